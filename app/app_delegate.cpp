@@ -1,0 +1,119 @@
+#include "app/app_delegate.h"
+
+#include "core/platform/input_source_switcher.h"
+#include "core/platform/linux/main_loop.h"
+#include "core/platform/linux/x11_guest_key_sender.h"
+#include "core/platform/linux/x11_input_devices.h"
+#include "core/platform/linux/x11_listen_source.h"
+#include "core/platform/linux/x11_shortcut_source.h"
+#include "core/platform/posix/posix_file_storage.h"
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <stdexcept>
+
+namespace hopsel {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto retryInterval = 2000ms;
+constexpr double tapMax = 0.5;
+
+/// What a user who started the program must see at once, wherever the log goes.
+void say(const std::string& line) { std::fprintf(stderr, "hopsel: %s\n", line.c_str()); }
+
+/// Throws `std::runtime_error` if the session lacks what nothing can work without.
+void requireSession() {
+    X11Connection connection;
+    x11_input_devices::requireXInput2(connection);
+    x11_input_devices::requireXkb(connection);
+}
+
+std::int64_t secondsSince1970() {
+    return std::chrono::duration_cast<std::chrono::seconds>(
+               std::chrono::system_clock::now().time_since_epoch())
+        .count();
+}
+
+} // namespace
+
+AppDelegate::Launch AppDelegate::didFinishLaunching() {
+    try {
+        requireSession();
+    } catch (const std::runtime_error& error) {
+        say(error.what());
+        return Launch::impossible;
+    }
+    if (!singleInstance_.acquire()) {
+        const auto process = singleInstance_.otherProcess();
+        say("another copy is running already" +
+            (process ? " (process " + std::to_string(*process) + ")" : std::string()));
+        return Launch::alreadyRunning;
+    }
+    buildEngine();
+    storage_ = std::make_shared<PosixFileStorage>(PosixFileStorage::xdgDataHome());
+    store_ = std::make_unique<RuleStore>(configURL(*storage_), storage_, secondsSince1970);
+    observePlatform();
+    loadRules();
+    engine_->apply(store_->config());
+    engine_->start();
+    startRetrying();
+    return Launch::running;
+}
+
+void AppDelegate::willTerminate() {
+    retryTimer_.stop();
+    if (engine_) engine_->stop();
+}
+
+std::filesystem::path AppDelegate::configURL(const FileStorage& storage) {
+    const char* path = std::getenv("HOPSEL_CONFIG");
+    if (path != nullptr && *path != '\0') return path;
+    return RuleStore::defaultFileURL(storage);
+}
+
+void AppDelegate::buildEngine() {
+    hook_ = std::make_shared<X11KeyHook>(uptimeSeconds);
+    sources_ = std::make_shared<XkbInputSources>();
+    engine_ = EngineCoordinator::create({
+        .source = std::make_shared<X11ListenSource>(hook_),
+        .shortcutSource = std::make_shared<X11ShortcutSource>(hook_, log_),
+        .service = std::make_shared<LiveInputSourceService>(sources_, uptimeSeconds, runFor),
+        .secureInput = std::make_shared<NoSecureInput>(),
+        .guestKeySender = std::make_shared<X11GuestKeySender>(hook_, uptimeSeconds),
+        .tapMax = tapMax,
+        .clock = uptimeSeconds,
+        .schedule = schedule,
+    });
+}
+
+void AppDelegate::loadRules() {
+    try {
+        store_->load();
+    } catch (const std::exception& error) {
+        say(store_->fileURL().string() + ": " + error.what());
+    }
+}
+
+void AppDelegate::observePlatform() {
+    const std::weak_ptr<EngineCoordinator> engine = engine_;
+    sources_->onSourcesChanged = [engine] {
+        if (const auto alive = engine.lock()) alive->refreshSources();
+    };
+}
+
+void AppDelegate::startRetrying() {
+    QObject::connect(&retryTimer_, &QTimer::timeout, &retryTimer_, [this] { retryPermissionIfNeeded(); });
+    retryTimer_.start(retryInterval);
+}
+
+void AppDelegate::retryPermissionIfNeeded() {
+    if (sources_->isLost() && sources_->reconnect()) engine_->refreshSources();
+    if (std::holds_alternative<engine_state::Degraded>(engine_->state())) engine_->start();
+    engine_->retryShortcutIfNeeded();
+}
+
+} // namespace hopsel

@@ -1,0 +1,22 @@
+// The process entry: the event loop, the signals that end it, and the delegate that builds everything.
+#include "app/app_delegate.h"
+#include "app/termination_signals.h"
+
+#include <QCoreApplication>
+#include <cstdlib>
+
+int main(int argc, char** argv) {
+    QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName("hopsel");
+
+    hopsel::AppDelegate delegate;
+    switch (delegate.didFinishLaunching()) {
+    case hopsel::AppDelegate::Launch::running: break;
+    case hopsel::AppDelegate::Launch::alreadyRunning: return EXIT_SUCCESS;
+    case hopsel::AppDelegate::Launch::impossible: return EXIT_FAILURE;
+    }
+    const hopsel::TerminationSignals signals([] { QCoreApplication::quit(); });
+    const int status = QCoreApplication::exec();
+    delegate.willTerminate();
+    return status;
+}

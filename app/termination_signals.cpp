@@ -1,0 +1,59 @@
+#include "app/termination_signals.h"
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace hopsel {
+
+namespace {
+
+// A signal handler may do little more than write to a pipe, and can be given nothing but globals.
+std::array<int, 2> signalPipe{-1, -1};
+
+void onSignalReceived(int) {
+    const int savedError = errno;
+    const char byte = 0;
+    // A full pipe says what this byte would say.
+    [[maybe_unused]] const ssize_t written = write(signalPipe[1], &byte, 1);
+    errno = savedError;
+}
+
+void handle(int signal, void (*handler)(int)) {
+    struct sigaction action{};
+    action.sa_handler = handler;
+    action.sa_flags = SA_RESTART;
+    sigaction(signal, &action, nullptr);
+}
+
+} // namespace
+
+TerminationSignals::TerminationSignals(std::function<void()> onSignal) {
+    if (pipe2(signalPipe.data(), O_CLOEXEC | O_NONBLOCK) != 0)
+        throw std::system_error(errno, std::generic_category(), "cannot watch for signals");
+    notifier_ = std::make_unique<QSocketNotifier>(signalPipe[0], QSocketNotifier::Read);
+    QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(),
+                     [callback = std::move(onSignal)](QSocketDescriptor descriptor) {
+                         std::array<char, 16> bytes{};
+                         while (read(static_cast<int>(descriptor), bytes.data(), bytes.size()) > 0) {
+                         }
+                         callback();
+                     });
+    handle(SIGTERM, onSignalReceived);
+    handle(SIGINT, onSignalReceived);
+}
+
+TerminationSignals::~TerminationSignals() {
+    handle(SIGTERM, SIG_DFL);
+    handle(SIGINT, SIG_DFL);
+    notifier_.reset();
+    for (int& end : signalPipe) {
+        close(end);
+        end = -1;
+    }
+}
+
+} // namespace hopsel

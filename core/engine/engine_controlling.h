@@ -1,0 +1,50 @@
+// What the application needs of the engine. The coordinator implements it; previews and tests have their own.
+#pragma once
+
+#include "core/engine/engine_event.h"
+#include "core/platform/remote_apps.h"
+#include "core/platform/system_event.h"
+#include "core/rules/rule.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace hopsel {
+
+class DiagnosticsRecorder;
+
+class EngineControlling {
+  public:
+    using EventObserver = std::function<void(const EngineEvent&)>;
+    using CaptureHandler = std::function<void(ModifierKey)>;
+
+    EngineControlling() = default;
+    EngineControlling(const EngineControlling&) = delete;
+    EngineControlling& operator=(const EngineControlling&) = delete;
+    virtual ~EngineControlling() = default;
+
+    virtual EngineState state() const = 0;
+    virtual ShortcutStatus shortcutStatus() const = 0;
+    /// The one observer of engine events, called synchronously; an empty function takes it away.
+    virtual void setOnEvent(EventObserver observer) = 0;
+    virtual bool isCapturing() const = 0;
+    virtual std::shared_ptr<DiagnosticsRecorder> diagnostics() const = 0;
+    virtual void setDiagnostics(std::shared_ptr<DiagnosticsRecorder> recorder) = 0;
+    /// The kind of the application in front, if it shows another computer.
+    virtual std::optional<remote_apps::Kind> frontmostRemoteKind() const = 0;
+    virtual void setFrontmostRemoteKind(std::optional<remote_apps::Kind> kind) = 0;
+    virtual ShortcutKey guestKey() const = 0;
+    virtual void setGuestKey(ShortcutKey key) = 0;
+    virtual void start() = 0;
+    virtual void stop() = 0;
+    virtual void apply(const Config& config) = 0;
+    virtual void refreshSources() = 0;
+    virtual void retryShortcutIfNeeded() = 0;
+    virtual void handle(SystemEvent event) = 0;
+    /// The next tapped modifier goes to the handler instead of firing rules, for 15 seconds at most.
+    virtual void beginTriggerCapture(CaptureHandler handler) = 0;
+    virtual void cancelTriggerCapture() = 0;
+};
+
+} // namespace hopsel

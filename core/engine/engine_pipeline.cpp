@@ -1,0 +1,134 @@
+// Events in, decisions out. Everything here runs while the platform waits for the answer to a key: no switch,
+// no waiting, and no allocation for an event that triggers nothing.
+#include "core/engine/engine_coordinator.h"
+
+#include <utility>
+
+namespace hopsel {
+
+void EngineCoordinator::process(const RawEvent& raw) {
+    if (!isRunning() || raw.synthetic) return;
+    const std::optional<KeyEvent> event = normalizer_.normalize(raw);
+    if (!event) return;
+    if (captureHandler_ && captureEvent(*event)) return;
+    const bool suppressSwitch = noteSecureInput(event->kind);
+    act(machine_.handle(*event, suppressSwitch), *event);
+}
+
+// True when the event went to trigger capture; false when the capture had expired, and the event is an
+// ordinary one.
+bool EngineCoordinator::captureEvent(const KeyEvent& event) {
+    if (captureDeadline_ < clock_()) {
+        captureHandler_ = nullptr;
+        machine_.reset();
+        return false;
+    }
+    recordKey(event, KeyVerdict::captured);
+    const Decision decision = captureMachine_.handle(event, false);
+    if (const auto* tap = std::get_if<decision::SwitchTriggered>(&decision)) {
+        // The handler may begin the next capture, so this one is over before it is called.
+        const CaptureHandler handler = std::exchange(captureHandler_, nullptr);
+        normalizer_.reset();
+        machine_.reset();
+        handler(tap->key);
+    }
+    return true;
+}
+
+// Whether a tap that this event completes is suppressed: secure text entry was on when the trigger went down,
+// or is on now that it comes up. A password field that is left between the two must not switch the next one.
+bool EngineCoordinator::noteSecureInput(const KeyEventKind& kind) {
+    if (const auto* down = std::get_if<key_event_kind::ModifierDown>(&kind)) {
+        if (rulesByKey_.contains(down->key) && secureInput_->isEnabled()) {
+            secureAtDown_.insert(down->key);
+        } else {
+            secureAtDown_.remove(down->key);
+        }
+        return false;
+    }
+    if (const auto* up = std::get_if<key_event_kind::ModifierUp>(&kind)) {
+        const bool suppress = secureInput_->isEnabled() || secureAtDown_.contains(up->key);
+        secureAtDown_.remove(up->key);
+        return suppress;
+    }
+    return false;
+}
+
+void EngineCoordinator::act(const Decision& decision, const KeyEvent& event) {
+    if (const auto* triggered = std::get_if<decision::SwitchTriggered>(&decision)) {
+        recordKey(event, KeyVerdict::switchRequested);
+        const auto rule = rulesByKey_.find(triggered->key);
+        if (rule != rulesByKey_.end()) enqueue(rule->second);
+    } else if (const auto* suppressed = std::get_if<decision::SwitchSuppressed>(&decision)) {
+        recordKey(event, KeyVerdict::suppressed);
+        const auto rule = rulesByKey_.find(suppressed->key);
+        if (rule != rulesByKey_.end()) {
+            emit(engine_event::SwitchSuppressed{rule->second.id, SuppressReason::secureInput});
+        }
+    } else {
+        recordKey(event, KeyVerdict::passed);
+    }
+}
+
+void EngineCoordinator::recordKey(const KeyEvent& event, KeyVerdict verdict) {
+    if (isRefeeding_ || !diagnostics_ || !diagnostics_->isRecording()) return;
+    const std::shared_ptr<DiagnosticsRecorder> recorder = diagnostics_; // its listener may exchange it
+    recorder->record(diagnostic_kind::Key{event.kind, event.held, verdict}, clock_());
+}
+
+bool EngineCoordinator::processShortcut(const ShortcutInput& input) {
+    if (!isRunning() || shortcutStatus_ != ShortcutStatus::running) return false;
+    if (captureHandler_ || input.synthetic) return false;
+    if (frontmostRemoteKind_ && skipsLocalSwitchInRemoteApps_) {
+        // A guest gets the guest key instead; a remote screen has the combination for itself.
+        if (frontmostRemoteKind_ != remote_apps::Kind::guestOS || !guestKeyEnabled_) return false;
+    }
+    const ShortcutDecision decision = shortcutMatcher_.handle(input);
+    if (decision.consume) {
+        const bool isDown = input.kind == ShortcutInput::Kind::keyDown;
+        const KeyEventKind kind =
+            isDown ? KeyEventKind{key_event_kind::KeyDown{}} : KeyEventKind{key_event_kind::KeyUp{}};
+        recordKey({kind, heldModifiers(input.flags), 0},
+                  decision.fire ? KeyVerdict::shortcutFired : KeyVerdict::shortcutConsumed);
+        refeed(input);
+    }
+    if (decision.fire) {
+        const auto rule = shortcutRules_.find(*decision.fire);
+        if (rule != shortcutRules_.end()) enqueue(rule->second);
+    }
+    return decision.consume;
+}
+
+// The listening source never sees a swallowed event. Without it the Shift of a swallowed Shift+Space would
+// come up as a tap of Shift alone.
+void EngineCoordinator::refeed(const ShortcutInput& input) {
+    const bool isDown = input.kind == ShortcutInput::Kind::keyDown;
+    RawEvent raw;
+    raw.type = isDown ? RawEventType::keyDown : RawEventType::keyUp;
+    raw.flags = input.flags;
+    raw.timestamp = clock_();
+    isRefeeding_ = true;
+    process(raw);
+    isRefeeding_ = false;
+}
+
+void EngineCoordinator::beginTriggerCapture(CaptureHandler handler) {
+    beginTriggerCapture(captureTimeout, std::move(handler));
+}
+
+void EngineCoordinator::beginTriggerCapture(double timeout, CaptureHandler handler) {
+    captureHandler_ = std::move(handler);
+    captureDeadline_ = clock_() + timeout;
+    captureMachine_.reset();
+    normalizer_.reset();
+    queue_.clear();
+}
+
+void EngineCoordinator::cancelTriggerCapture() {
+    if (!captureHandler_) return;
+    captureHandler_ = nullptr;
+    normalizer_.reset();
+    machine_.reset();
+}
+
+} // namespace hopsel

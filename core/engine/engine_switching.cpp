@@ -1,0 +1,69 @@
+// The queue, and the switch itself: what happens on a later turn of the main loop, outside every key
+// callback.
+#include "core/engine/engine_coordinator.h"
+
+namespace hopsel {
+
+void EngineCoordinator::refreshSources() { availableIDs_ = service_->availableSourceIDs(); }
+
+void EngineCoordinator::enqueue(const Rule& rule) {
+    queue_.push_back(rule);
+    if (isDraining_) return;
+    isDraining_ = true;
+    schedule_([weak = weak_from_this()] {
+        if (const auto self = weak.lock()) self->drain();
+    });
+}
+
+// A perform may run the event loop; rules that are triggered meanwhile are taken by this same loop.
+void EngineCoordinator::drain() {
+    while (!queue_.empty()) {
+        const Rule rule = std::move(queue_.front());
+        queue_.pop_front();
+        perform(rule);
+    }
+    isDraining_ = false;
+}
+
+void EngineCoordinator::perform(const Rule& rule) {
+    if (!isRunning()) return;
+    if (frontmostRemoteKind_ && skipsLocalSwitchInRemoteApps_) {
+        performInRemoteApp(rule, *frontmostRemoteKind_);
+        return;
+    }
+    const auto& toggle = std::get<action::Toggle>(rule.action);
+    const std::string& sourceA = toggle.sourceA.sourceId;
+    const std::string& sourceB = toggle.sourceB.sourceId;
+    std::vector<std::string> missing;
+    for (const std::string* id : {&sourceA, &sourceB}) {
+        if (!availableIDs_.contains(*id)) missing.push_back(*id);
+    }
+    if (!missing.empty()) {
+        emit(engine_event::RuleSkipped{rule.id, skip_reason::BrokenSource{std::move(missing)}});
+        return;
+    }
+
+    const std::optional<std::string> from = service_->currentID();
+    const std::string target = switch_planner::target(sourceA, sourceB, from, pending_, clock_());
+    const SwitchOutcome outcome = service_->switchTo(target);
+    pending_.reset();
+    if (!std::holds_alternative<select_result::Selected>(outcome.result)) {
+        emit(engine_event::SwitchFailed{rule.id, target, outcome.result});
+        return;
+    }
+    // Read after the switch: the time it took to give up waiting must not count against the pending switch.
+    if (!outcome.verified) pending_ = PendingSwitch{target, clock_()};
+    emit(engine_event::Switched{rule.id, from, target, outcome.verified, outcome.latencyMs});
+}
+
+void EngineCoordinator::performInRemoteApp(const Rule& rule, remote_apps::Kind kind) {
+    if (kind != remote_apps::Kind::guestOS || !guestKeyEnabled_) {
+        emit(engine_event::RuleSkipped{rule.id, skip_reason::RemoteApp{}});
+    } else if (guestKeySender_ && guestKeySender_->send(guestKey_)) {
+        emit(engine_event::GuestKeySent{rule.id, guestKey_});
+    } else {
+        emit(engine_event::RuleSkipped{rule.id, skip_reason::GuestKeyUnavailable{}});
+    }
+}
+
+} // namespace hopsel

@@ -1,0 +1,36 @@
+// The seam of the listening source: it sees modifier changes, key presses and mouse buttons, and can alter
+// none.
+//
+// Implemented once per platform and by a recording fake in the tests. The engine holds one, installs the two
+// callbacks at construction and is the only caller. Everything happens on the main thread.
+#pragma once
+
+#include "core/keys/key_event.h"
+
+#include <functional>
+
+namespace hopsel {
+
+class EventSource {
+  public:
+    using EventHandler = std::function<void(const RawEvent&)>;
+    /// The argument says whether the source works again already.
+    using DisabledHandler = std::function<void(bool reenabled)>;
+
+    EventSource() = default;
+    EventSource(const EventSource&) = delete;
+    EventSource& operator=(const EventSource&) = delete;
+    /// Releasing a source stops it.
+    virtual ~EventSource() = default;
+
+    /// Throws `TapFailure` (tap_failure.h) when the platform refuses. Starting a started source does nothing.
+    virtual void start() = 0;
+    /// Stopping a stopped source does nothing.
+    virtual void stop() = 0;
+
+    EventHandler onEvent;
+    /// The platform took the source away: too slow, a lost connection, an unplugged device.
+    DisabledHandler onDisabled;
+};
+
+} // namespace hopsel

@@ -1,0 +1,41 @@
+// The seam between the settings store and the disk.
+//
+// The store decides what is written and when; this decides how, so that a crash or a full disk never costs
+// the user the file. Failures are `std::system_error` with the platform's own text and are passed on
+// unchanged.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace hopsel {
+
+class FileStorage {
+  public:
+    FileStorage() = default;
+    FileStorage(const FileStorage&) = delete;
+    FileStorage& operator=(const FileStorage&) = delete;
+    virtual ~FileStorage() = default;
+
+    /// Where applications keep the user's data; "Hopsel/config.json" lies beneath.
+    virtual std::filesystem::path userDataDirectory() const = 0;
+
+    /// True also for what cannot be read, and for a dangling link's target never.
+    virtual bool exists(const std::filesystem::path& file) const = 0;
+
+    /// The whole file. Anything but a regular file is an error, and is never waited for.
+    virtual std::string read(const std::filesystem::path& file) const = 0;
+
+    virtual void createDirectories(const std::filesystem::path& folder) = 0;
+
+    /// Replaces the file's contents in one durable step: after a crash there is the old text or the new one.
+    /// Follows symbolic links to the file they name, and keeps that file's mode.
+    virtual void writeAtomically(const std::filesystem::path& file, std::string_view bytes) = 0;
+
+    /// Copies to a name that must not exist yet.
+    virtual void copy(const std::filesystem::path& from, const std::filesystem::path& to) = 0;
+};
+
+} // namespace hopsel

@@ -1,0 +1,46 @@
+// The seams of input-source handling: the engine's service, and the catalog that platforms implement.
+//
+// A platform writes an `InputSourceCatalog`; the service the engine talks to is the catalog with a switcher
+// around it (input_source_switcher.h). Main thread.
+#pragma once
+
+#include "core/platform/input_source.h"
+
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace hopsel {
+
+/// The platform's enabled keyboard input sources.
+class InputSourceCatalog {
+  public:
+    InputSourceCatalog() = default;
+    InputSourceCatalog(const InputSourceCatalog&) = delete;
+    InputSourceCatalog& operator=(const InputSourceCatalog&) = delete;
+    virtual ~InputSourceCatalog() = default;
+
+    /// In the platform's order; also those that cannot be selected.
+    virtual std::vector<InputSourceInfo> enabledKeyboardSources() = 0;
+    /// Absent when the platform reports none.
+    virtual std::optional<std::string> currentID() = 0;
+    /// Asks the platform to make the source current; does not wait until it is.
+    virtual SelectResult select(const std::string& id) = 0;
+};
+
+/// What the engine needs. `switchTo` selects and verifies; it may run the event loop meanwhile.
+class InputSourceService {
+  public:
+    InputSourceService() = default;
+    InputSourceService(const InputSourceService&) = delete;
+    InputSourceService& operator=(const InputSourceService&) = delete;
+    virtual ~InputSourceService() = default;
+
+    /// Identifiers of the enabled keyboard sources that can be selected.
+    virtual std::set<std::string> availableSourceIDs() = 0;
+    virtual SwitchOutcome switchTo(const std::string& id) = 0;
+    virtual std::optional<std::string> currentID() = 0;
+};
+
+} // namespace hopsel

@@ -1,0 +1,62 @@
+#include "core/platform/input_source_switcher.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace hopsel {
+
+InputSourceSwitcher::InputSourceSwitcher(InputSourceCatalog& catalog, Clock clock, RunLoop runLoop)
+    : catalog_(catalog),
+      clock_(std::move(clock)),
+      runLoop_(std::move(runLoop)),
+      mainThread_(std::this_thread::get_id()) {}
+
+SwitchOutcome InputSourceSwitcher::switchTo(const std::string& id, const std::optional<std::string>& via,
+                                            double verifyTimeout) {
+    if (std::this_thread::get_id() != mainThread_) {
+        // A programming error: input-source services and the loop belong to the main thread.
+        std::fputs("InputSourceSwitcher::switchTo was called outside the main thread\n", stderr);
+        std::abort();
+    }
+    const double start = clock_();
+    const auto isSelected = [](const SelectResult& result) {
+        return std::holds_alternative<select_result::Selected>(result);
+    };
+    if (via && isSelected(catalog_.select(*via))) waitUntilCurrent(*via, verifyTimeout);
+
+    const SelectResult result = catalog_.select(id);
+    const bool verified = isSelected(result) && waitUntilCurrent(id, verifyTimeout);
+    return {id, result, verified, (clock_() - start) * 1000};
+}
+
+// The comparison stands before the first pump: most platforms have switched when `select` returns.
+bool InputSourceSwitcher::waitUntilCurrent(const std::string& id, double timeout) {
+    const double start = clock_();
+    if (catalog_.currentID() == id) return true;
+    while (start + timeout > clock_()) {
+        runLoop_(pumpStep);
+        if (catalog_.currentID() == id) return true;
+    }
+    return false;
+}
+
+LiveInputSourceService::LiveInputSourceService(std::shared_ptr<InputSourceCatalog> catalog,
+                                               InputSourceSwitcher::Clock clock,
+                                               InputSourceSwitcher::RunLoop runLoop)
+    : catalog_(std::move(catalog)), switcher_(*catalog_, std::move(clock), std::move(runLoop)) {}
+
+std::set<std::string> LiveInputSourceService::availableSourceIDs() {
+    std::set<std::string> ids;
+    for (InputSourceInfo& source : catalog_->enabledKeyboardSources()) {
+        if (source.isSelectCapable) ids.insert(std::move(source.id));
+    }
+    return ids;
+}
+
+SwitchOutcome LiveInputSourceService::switchTo(const std::string& id) {
+    return switcher_.switchTo(id, std::nullopt, verifyTimeout);
+}
+
+std::optional<std::string> LiveInputSourceService::currentID() { return catalog_->currentID(); }
+
+} // namespace hopsel

@@ -1,0 +1,59 @@
+// Selects an input source and waits until the platform reports it as current; and the service made of that.
+//
+// Platform-free: the catalog, the clock and the function that runs the event loop are given. Nothing is
+// polled faster than events arrive: the loop function waits for at most 5 ms and returns early when something
+// happened, so a switch is verified as soon as the platform tells. Main thread only; another thread stops the
+// process.
+#pragma once
+
+#include "core/platform/input_source_service.h"
+
+#include <functional>
+#include <memory>
+#include <thread>
+
+namespace hopsel {
+
+class InputSourceSwitcher {
+  public:
+    /// Seconds of system uptime.
+    using Clock = std::function<double()>;
+    /// Runs the event loop once, for at most `seconds`.
+    using RunLoop = std::function<void(double seconds)>;
+
+    static constexpr double pumpStep = 0.005;
+
+    /// `catalog` must outlive the switcher. The thread that constructs it is the main thread.
+    InputSourceSwitcher(InputSourceCatalog& catalog, Clock clock, RunLoop runLoop);
+
+    /// `via`: a source to pass through first, whose outcome is not reported. `verifyTimeout` in seconds.
+    SwitchOutcome switchTo(const std::string& id, const std::optional<std::string>& via,
+                           double verifyTimeout);
+
+  private:
+    bool waitUntilCurrent(const std::string& id, double timeout);
+
+    InputSourceCatalog& catalog_;
+    Clock clock_;
+    RunLoop runLoop_;
+    std::thread::id mainThread_;
+};
+
+/// The live service: the platform's catalog, switched with half a second to verify.
+class LiveInputSourceService final : public InputSourceService {
+  public:
+    static constexpr double verifyTimeout = 0.5;
+
+    LiveInputSourceService(std::shared_ptr<InputSourceCatalog> catalog, InputSourceSwitcher::Clock clock,
+                           InputSourceSwitcher::RunLoop runLoop);
+
+    std::set<std::string> availableSourceIDs() override;
+    SwitchOutcome switchTo(const std::string& id) override;
+    std::optional<std::string> currentID() override;
+
+  private:
+    std::shared_ptr<InputSourceCatalog> catalog_;
+    InputSourceSwitcher switcher_;
+};
+
+} // namespace hopsel

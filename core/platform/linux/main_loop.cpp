@@ -1,0 +1,88 @@
+#include "core/platform/linux/main_loop.h"
+
+#include <QAbstractEventDispatcher>
+#include <QCoreApplication>
+#include <QEvent>
+#include <QTimer>
+#include <cmath>
+#include <ctime>
+#include <poll.h>
+#include <utility>
+
+namespace hopsel {
+
+namespace {
+
+const QEvent::Type scheduledType = static_cast<QEvent::Type>(QEvent::registerEventType());
+
+class ScheduledEvent final : public QEvent {
+  public:
+    explicit ScheduledEvent(std::function<void()> function)
+        : QEvent(scheduledType), function_(std::move(function)) {}
+    void run() const { function_(); }
+
+  private:
+    std::function<void()> function_;
+};
+
+class ScheduledReceiver final : public QObject {
+  public:
+    bool event(QEvent* event) override {
+        if (event->type() != scheduledType) return QObject::event(event);
+        static_cast<ScheduledEvent*>(event)->run();
+        return true;
+    }
+};
+
+/// Ends the wait of the loop's current turn when an event is handled before it.
+///
+/// The loop delivers posted events (calls from D-Bus, scheduled functions) and then goes on to wait in the
+/// same turn; only what comes from a descriptor or a timer ends a turn by itself.
+class TurnEnder final : public QObject {
+  public:
+    TurnEnder() { QCoreApplication::instance()->installEventFilter(this); }
+    ~TurnEnder() override { QCoreApplication::instance()->removeEventFilter(this); }
+
+    bool eventFilter(QObject*, QEvent* event) override {
+        const bool endsTurn = event->type() == QEvent::Timer || event->type() == QEvent::SockAct;
+        if (!endsTurn && !isEnding_) {
+            isEnding_ = true;
+            QAbstractEventDispatcher::instance()->wakeUp();
+        }
+        return false;
+    }
+
+  private:
+    bool isEnding_ = false;
+};
+
+} // namespace
+
+double uptimeSeconds() {
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
+}
+
+void schedule(std::function<void()> function) {
+    static ScheduledReceiver receiver; // lives in the thread of the first call: the main thread
+    QCoreApplication::postEvent(&receiver, new ScheduledEvent(std::move(function)), Qt::HighEventPriority);
+}
+
+void runFor(double seconds) {
+    const int milliseconds = static_cast<int>(std::ceil(std::fmax(seconds, 0) * 1000));
+    if (QCoreApplication::instance() == nullptr) {
+        poll(nullptr, 0, milliseconds); // the program is coming down, but whoever waits must not spin
+        return;
+    }
+    // `processEvents` with a time limit spins until the limit; a turn that may wait, and a timer to end it,
+    // wait.
+    QTimer limit;
+    limit.setSingleShot(true);
+    limit.setTimerType(Qt::PreciseTimer);
+    limit.start(milliseconds);
+    const TurnEnder ender;
+    QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+}
+
+} // namespace hopsel

@@ -1,0 +1,6 @@
+// <xcb/xkb.h> for C++, in which `explicit` is a keyword and cannot be the name of a member.
+#pragma once
+
+#define explicit explicit_
+#include <xcb/xkb.h>
+#undef explicit

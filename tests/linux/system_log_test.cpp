@@ -1,0 +1,29 @@
+#include "core/platform/linux/system_log.h"
+
+#include "support/file_descriptor.h"
+
+#include <array>
+#include <gmock/gmock.h>
+
+namespace hopsel {
+namespace {
+
+TEST(SystemLog, WritesOneLineToStandardErrorWhereNoJournalRuns) {
+    std::array<int, 2> ends{};
+    ASSERT_EQ(pipe(ends.data()), 0);
+    const test::FileDescriptor readEnd(ends[0]);
+    test::FileDescriptor writeEnd(ends[1]);
+
+    SystemLog log(writeEnd.get(), "/nonexistent/journal");
+    const std::string message = "start failed: 100%s of it";
+    log.write(Log::Level::error, std::string_view("ActiveTapXX", 9), message);
+    log.write(Log::Level::info, "ActiveTap", std::string_view(message).substr(0, 5));
+    writeEnd.reset();
+
+    std::string text(200, '\0');
+    text.resize(static_cast<std::size_t>(read(readEnd.get(), text.data(), text.size())));
+    EXPECT_EQ(text, "hopsel: ActiveTap: start failed: 100%s of it\nhopsel: ActiveTap: start\n");
+}
+
+} // namespace
+} // namespace hopsel

@@ -1,0 +1,15 @@
+// XCB's binding of the X keyboard extension, whose header uses a C++ keyword as a name.
+#pragma once
+
+#include "support/x_display.h"
+
+#define explicit explicit_
+#include <xcb/xkb.h>
+#undef explicit
+
+namespace hopsel::test {
+
+/// Announces the extension on the connection and returns its first event code. Throws `std::runtime_error`.
+std::uint8_t useXkb(XDisplay& display);
+
+} // namespace hopsel::test
