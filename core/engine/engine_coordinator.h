@@ -100,7 +100,7 @@ class EngineCoordinator final : public EngineControlling,
     // engine_lifecycle.cpp
     void setState(EngineState state);
     void setShortcutStatus(ShortcutStatus status);
-    void emit(EngineEvent event);
+    void emit(const EngineEvent& event);
     void reset(ResetReason reason);
     void listenTapDisabled(bool reenabled);
     void shortcutTapDisabled(bool reenabled);

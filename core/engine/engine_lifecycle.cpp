@@ -148,7 +148,7 @@ void EngineCoordinator::setShortcutStatus(ShortcutStatus status) {
     emit(engine_event::ShortcutStatusChanged{status});
 }
 
-void EngineCoordinator::emit(EngineEvent event) {
+void EngineCoordinator::emit(const EngineEvent& event) {
     // Copies, because either listener may exchange the recorder or the observer.
     if (const auto recorder = diagnostics_; recorder && recorder->isRecording()) {
         recorder->record(diagnostic_kind::Engine{event}, clock_());

@@ -104,7 +104,8 @@ class EngineStream {
         } else if (what < 26) { // a whole tap: the thing that must not get lost in all this
             if (how >= 96) releaseAll();
             toggle(key);
-            rig_.time.advance(how / 32 * 0.1);
+            const int tenths = how / 32;
+            rig_.time.advance(tenths * 0.1);
             toggle(key);
         } else if (what < 40) {
             toggleKey(codes[how % 4], how >= 192);

@@ -12,7 +12,7 @@ struct Case {
     std::string outcomes;
 };
 
-void PrintTo(const Case& scenario, std::ostream* stream) { *stream << scenario.script; }
+std::ostream& operator<<(std::ostream& stream, const Case& scenario) { return stream << scenario.script; }
 
 class EngineScenario : public testing::TestWithParam<Case> {};
 

@@ -25,13 +25,24 @@ class ScheduledEvent final : public QEvent {
     std::function<void()> function_;
 };
 
+/// A quit was asked for while a scheduled function waited.
+bool quitDuringWait = false;
+
 class ScheduledReceiver final : public QObject {
   public:
     bool event(QEvent* event) override {
         if (event->type() != scheduledType) return QObject::event(event);
+        ++depth_;
         static_cast<ScheduledEvent*>(event)->run();
+        if (--depth_ == 0 && std::exchange(quitDuringWait, false)) {
+            // The turns of the wait took back what would keep the loop that quits from waiting once more.
+            QAbstractEventDispatcher::instance()->interrupt();
+        }
         return true;
     }
+
+  private:
+    int depth_ = 0;
 };
 
 /// Ends the wait of the loop's current turn when an event is handled before it.
@@ -44,6 +55,7 @@ class TurnEnder final : public QObject {
     ~TurnEnder() override { QCoreApplication::instance()->removeEventFilter(this); }
 
     bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Quit) quitDuringWait = true;
         const bool endsTurn = event->type() == QEvent::Timer || event->type() == QEvent::SockAct;
         if (!endsTurn && !isEnding_) {
             isEnding_ = true;

@@ -94,7 +94,7 @@ class FakeCatalog final : public InputSourceCatalog {
   public:
     std::vector<InputSourceInfo> enabledKeyboardSources() override { return sources; }
     std::optional<std::string> currentID() override {
-        if (wanted && looks++ >= lag) current = std::exchange(wanted, std::nullopt);
+        if (wanted_ && looks_++ >= lag) current = std::exchange(wanted_, std::nullopt);
         return current;
     }
     SelectResult select(const std::string& id) override {
@@ -103,8 +103,8 @@ class FakeCatalog final : public InputSourceCatalog {
                                           [&](const InputSourceInfo& source) { return source.id == id; });
         if (!isListed) return select_result::NotFound{};
         if (status != 0) return select_result::Failed{status};
-        wanted = id;
-        looks = 0;
+        wanted_ = id;
+        looks_ = 0;
         return select_result::Selected{};
     }
 
@@ -115,8 +115,8 @@ class FakeCatalog final : public InputSourceCatalog {
     std::vector<std::string> selections;
 
   private:
-    std::optional<std::string> wanted;
-    int looks = 0;
+    std::optional<std::string> wanted_;
+    int looks_ = 0;
 };
 
 class FakeSecureInput final : public SecureInputProviding {

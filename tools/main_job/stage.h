@@ -1,0 +1,50 @@
+// The stage on which the main job is played: a private X server with a window manager, two layouts and an
+// application's window, the program, and the hands on the keyboard.
+#pragma once
+
+#include "support/hopsel_program.h"
+#include "support/x_keyboard.h"
+#include "support/x_layouts.h"
+#include "support/x_server.h"
+#include "support/x_window.h"
+
+#include <functional>
+#include <string>
+
+namespace hopsel::main_job {
+
+/// What the X server says of one press, measured from outside the program.
+struct Observation {
+    std::string before;
+    std::string after;
+    bool verified = false;   ///< the server reported another locked layout
+    double milliseconds = 0; ///< from the last key event until then
+};
+
+class Stage {
+  public:
+    explicit Stage(const std::string& executable);
+
+    /// `play` presses keys and returns when the last of them was posted, on the monotonic clock. With
+    /// `expectSwitch` the change is waited for, else that there is none for a moment.
+    Observation observe(const std::function<double(test::XKeyboard&)>& play, bool expectSwitch);
+
+    /// Types with the shortcut in the middle, and returns what the application got.
+    std::string typeAcrossTheShortcut();
+
+    /// Asks the program to end; true if it did, with status 0.
+    bool endProgram();
+
+    const std::string& display() const { return server_.display(); }
+
+  private:
+    void waitForProgram();
+
+    test::XServer server_;
+    test::XLayouts layouts_;
+    std::unique_ptr<test::XTestWindow> window_;
+    test::XKeyboard keyboard_;
+    std::unique_ptr<test::HopselProgram> program_;
+};
+
+} // namespace hopsel::main_job

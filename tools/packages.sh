@@ -1,0 +1,31 @@
+# Sourced by ./run, ./test and ./bench: makes sure that Debian packages are installed.
+#
+# On Debian and its relatives what is missing is installed with apt, through sudo when the user is not root. On
+# other systems the packages are named, and it is up to the user.
+
+packages_to_build="cmake ninja-build g++ pkg-config qt6-base-dev libxcb1-dev libxcb-xinput-dev libxcb-xtest0-dev
+  libxcb-xkb-dev libxkbcommon-dev libxkbcommon-x11-dev libxkbregistry-dev libsystemd-dev nlohmann-json3-dev xkb-data"
+packages_to_play="xvfb openbox x11-xkb-utils xkb-data"
+packages_to_test="libgtest-dev libgmock-dev clang libclang-rt-dev xauth"
+packages_to_check="clang-format-19 clang-tidy-19"
+packages_to_bench="libbenchmark-dev xcape"
+
+is_installed() { dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null | grep -qx installed; }
+
+as_root() { if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi; }
+
+# need_packages <name>...
+need_packages() {
+    if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
+        echo "This system has no apt. Please see to it that what these Debian packages hold is installed:" >&2
+        printf '  %s\n' "$@" >&2
+        return 0
+    fi
+    local missing=() name
+    for name in "$@"; do is_installed "$name" || missing+=("$name"); done
+    [ ${#missing[@]} -eq 0 ] && return 0
+    echo "Installing ${missing[*]}" >&2
+    as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends "${missing[@]}" >/dev/null 2>&1 ||
+        { as_root apt-get update >/dev/null &&
+            as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends "${missing[@]}" >/dev/null; }
+}
