@@ -94,7 +94,8 @@ void AppDelegate::loadRules() {
     try {
         store_->load();
     } catch (const std::exception& error) {
-        say(store_->fileURL().string() + ": " + error.what());
+        say(store_->fileURL().string() + ": " + error.what() +
+            ". No rule runs; the file is left as it is. Repair or move it and start again.");
     }
 }
 

@@ -9,13 +9,14 @@ int main(int argc, char** argv) {
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName("hopsel");
 
+    // First, so that a signal during the start ends the program in order as soon as the loop runs.
+    const hopsel::TerminationSignals signals([] { QCoreApplication::quit(); });
     hopsel::AppDelegate delegate;
     switch (delegate.didFinishLaunching()) {
     case hopsel::AppDelegate::Launch::running: break;
     case hopsel::AppDelegate::Launch::alreadyRunning: return EXIT_SUCCESS;
     case hopsel::AppDelegate::Launch::impossible: return EXIT_FAILURE;
     }
-    const hopsel::TerminationSignals signals([] { QCoreApplication::quit(); });
     const int status = QCoreApplication::exec();
     delegate.willTerminate();
     return status;

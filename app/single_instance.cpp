@@ -1,18 +1,19 @@
 #include "app/single_instance.h"
 
 #include <QDir>
-#include <QStandardPaths>
+#include <unistd.h>
 
 namespace hopsel {
 
 namespace {
 
 QString lockPath() {
-    QString folder = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
-    if (folder.isEmpty()) folder = QDir::tempPath();
     QString display = qEnvironmentVariable("DISPLAY");
+    if (display.endsWith(".0")) display.chop(2); // the first screen of the same display
     display.replace('/', '_');
-    return folder + "/hopsel" + display + ".lock";
+    const QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    if (!folder.isEmpty()) return folder + "/hopsel" + display + ".lock";
+    return QDir::tempPath() + "/hopsel-" + QString::number(getuid()) + display + ".lock";
 }
 
 } // namespace

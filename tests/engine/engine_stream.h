@@ -1,5 +1,5 @@
-// Turns any bytes into a stream of what can happen to the engine, and checks what comes of it. Driven by the seeded
-// random test and by the fuzz target.
+// Turns any bytes into a stream of what can happen to the engine, and checks what comes of it. Driven by the
+// seeded random test and by the fuzz target.
 #pragma once
 
 #include <cstddef>
@@ -16,7 +16,8 @@ enum class StreamKind {
     wild,
 };
 
-/// Throws std::logic_error that says what broke. Returns how many switches there were, so that a test can see some.
+/// Throws std::logic_error that says what broke. Returns how many switches there were, so that a test can see
+/// some.
 std::size_t runEngineStream(std::span<const std::uint8_t> bytes, StreamKind kind);
 
 } // namespace hopsel

@@ -63,7 +63,7 @@ TEST(RunFor, ReturnsAsSoonAsADescriptorWasHandled) {
     close(ends[1]);
 }
 
-// The loop handles what was posted before the call and would then go on to wait in the same turn.
+// The loop must not go on to wait in the turn in which it handled what was posted before the call.
 TEST(RunFor, ReturnsAsSoonAsAPostedFunctionRan) {
     bool ran = false;
     schedule([&] { ran = true; });

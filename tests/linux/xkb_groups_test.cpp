@@ -1,16 +1,17 @@
 #include "core/platform/linux/xkb_groups.h"
 
-#include <gmock/gmock.h>
+#include <algorithm>
+#include <gtest/gtest.h>
 #include <random>
 
 namespace hopsel {
 namespace {
 
 using namespace std::string_literals;
-using testing::ElementsAre;
 
 std::vector<std::string> ids(const std::vector<XkbGroup>& groups) {
     std::vector<std::string> result;
+    result.reserve(groups.size());
     for (const XkbGroup& group : groups)
         result.push_back(group.id + (group.isLockable ? "" : " (listed only)"));
     return result;

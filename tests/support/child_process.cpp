@@ -10,9 +10,8 @@
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <system_error>
+#include <unistd.h> // environ
 #include <utility>
-
-extern char** environ;
 
 namespace hopsel::test {
 
@@ -79,6 +78,7 @@ ChildProcess::ChildProcess(const Options& options) : program_(options.program) {
     Pipe capture = makePipe();
     Pipe failure = makePipe();
     const FileDescriptor nowhere(open("/dev/null", O_RDWR | O_CLOEXEC));
+    if (!nowhere.isOpen()) fail("cannot open /dev/null", errno);
     const pid_t parent = getpid();
 
     id_ = fork();

@@ -31,7 +31,8 @@ const std::string_view twoRules = R"json({
 )json";
 
 HopselProgram::HopselProgram(const std::filesystem::path& executable, std::string_view settings)
-    : executable_(std::filesystem::absolute(executable)), settingsFile_(folder_.write("config.json", settings)) {
+    : executable_(std::filesystem::absolute(executable)),
+      settingsFile_(folder_.write("config.json", settings)) {
     process_ = startAnother();
 }
 

@@ -59,6 +59,7 @@ XServer::~XServer() {
 void XServer::kill() {
     server_->kill(SIGKILL);
     server_->terminate(); // waits until it has gone
+    setenv("DISPLAY", ":gone", 1);
 }
 
 void XServer::startWindowManager(const std::string& rcXml) {

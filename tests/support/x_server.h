@@ -24,8 +24,8 @@ class XServer {
     /// For example ":1".
     const std::string& display() const { return display_; }
 
-    /// Kills the server as a crash would, and returns when it is gone, without running the event loop. The
-    /// display stays set.
+    /// Kills the server as a crash would, and returns when it is gone, without running the event loop.
+    /// $DISPLAY then names no server: another test's may take over the number at once.
     void kill();
 
     /// Starts openbox and returns when it manages the screen. `rcXml` is its whole configuration; when empty,

@@ -1,5 +1,6 @@
 // XCB's binding of the X keyboard extension, whose header uses a C++ keyword as a name.
 #pragma once
+#pragma GCC system_header // Clang warns of the keyword in the macro below
 
 #include "support/x_display.h"
 

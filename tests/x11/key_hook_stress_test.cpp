@@ -71,6 +71,7 @@ class RandomTypist {
     }
     std::vector<KeyStroke> letGo() {
         std::vector<KeyStroke> strokes;
+        strokes.reserve(down_.size());
         for (const std::uint16_t code : down_) strokes.push_back({code, false});
         down_.clear();
         return strokes;

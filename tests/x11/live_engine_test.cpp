@@ -11,7 +11,6 @@
 
 using namespace hopsel;
 using namespace hopsel::test;
-using testing::ElementsAre;
 
 namespace {
 

@@ -45,27 +45,15 @@ class ScheduledReceiver final : public QObject {
     int depth_ = 0;
 };
 
-/// Ends the wait of the loop's current turn when an event is handled before it.
-///
-/// The loop delivers posted events (calls from D-Bus, scheduled functions) and then goes on to wait in the
-/// same turn; only what comes from a descriptor or a timer ends a turn by itself.
-class TurnEnder final : public QObject {
+class QuitWatcher final : public QObject {
   public:
-    TurnEnder() { QCoreApplication::instance()->installEventFilter(this); }
-    ~TurnEnder() override { QCoreApplication::instance()->removeEventFilter(this); }
+    QuitWatcher() { QCoreApplication::instance()->installEventFilter(this); }
+    ~QuitWatcher() override { QCoreApplication::instance()->removeEventFilter(this); }
 
     bool eventFilter(QObject*, QEvent* event) override {
         if (event->type() == QEvent::Quit) quitDuringWait = true;
-        const bool endsTurn = event->type() == QEvent::Timer || event->type() == QEvent::SockAct;
-        if (!endsTurn && !isEnding_) {
-            isEnding_ = true;
-            QAbstractEventDispatcher::instance()->wakeUp();
-        }
         return false;
     }
-
-  private:
-    bool isEnding_ = false;
 };
 
 } // namespace
@@ -93,7 +81,7 @@ void runFor(double seconds) {
     limit.setSingleShot(true);
     limit.setTimerType(Qt::PreciseTimer);
     limit.start(milliseconds);
-    const TurnEnder ender;
+    const QuitWatcher watcher;
     QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
 }
 

@@ -150,7 +150,9 @@ void X11KeyHook::dispatch() {
 void X11KeyHook::dispatchFor(double seconds) {
     const double end = clock_() + seconds;
     dispatch();
-    for (double left = seconds; left > 0; left = end - clock_()) {
+    while (true) {
+        const double left = end - clock_();
+        if (left <= 0) return;
         std::array<pollfd, 2> sockets{};
         const nfds_t count = session_ ? sockets.size() : 0;
         if (session_) {

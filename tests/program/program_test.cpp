@@ -1,0 +1,153 @@
+// The program as its user meets it, in a real X session.
+#include "support/hopsel_program.h"
+#include "support/x_keyboard.h"
+#include "support/x_layouts.h"
+#include "support/x_server.h"
+#include "support/x_window.h"
+
+#include <csignal>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using namespace hopsel::test;
+using namespace std::chrono_literals;
+using testing::HasSubstr;
+
+namespace {
+
+constexpr auto patience = 10s;
+
+std::string contents(const std::filesystem::path& file) {
+    std::ifstream input(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(input), {}};
+}
+
+class Session : public testing::Test {
+  protected:
+    Session() {
+        setLayouts("us,ru");
+        server.startWindowManager();
+        window = std::make_unique<XTestWindow>();
+    }
+
+    bool tapsUntilGroup(int group) {
+        const Deadline deadline(patience);
+        while (!layouts.waitForGroup(group, 100ms)) {
+            if (deadline.hasPassed()) return false;
+            keyboard.tap(key::rightSuper);
+        }
+        return true;
+    }
+    void typeShiftSpace() {
+        keyboard.press(key::leftShift);
+        keyboard.tap(key::space);
+        keyboard.release(key::leftShift);
+    }
+    /// A keyboard on which nothing is grabbed, swallowed or stuck.
+    void expectPlainKeyboard() {
+        layouts.lockGroup(0);
+        window->records();
+        window->clear();
+        typeShiftSpace();
+        keyboard.tap(key::rightSuper);
+        keyboard.tap(key::a);
+        EXPECT_TRUE(window->waitForText(" a"));
+        EXPECT_EQ(layouts.lockedGroup(), 0);
+    }
+
+    XServer server;
+    XLayouts layouts;
+    XKeyboard keyboard;
+    std::unique_ptr<XTestWindow> window;
+};
+
+TEST_F(Session, EndsInOrderAndLeavesThePlainKeyboard) {
+    for (const int signal : {SIGTERM, SIGINT}) {
+        HopselProgram program(HOPSEL_EXECUTABLE, twoRules);
+        ASSERT_TRUE(tapsUntilGroup(1));
+        program.process().kill(signal);
+        EXPECT_EQ(program.process().waitForExit(patience), 0);
+        expectPlainKeyboard();
+    }
+}
+
+TEST_F(Session, KilledWhileASwallowedKeyIsHeldItLeavesAWorkingKeyboard) {
+    HopselProgram program(HOPSEL_EXECUTABLE, twoRules);
+    ASSERT_TRUE(tapsUntilGroup(1));
+    keyboard.press(key::leftShift);
+    keyboard.press(key::space);
+    ASSERT_TRUE(layouts.waitForGroup(0, patience));
+    program.process().kill(SIGKILL);
+    ASSERT_TRUE(program.process().waitForExit(patience));
+    keyboard.release(key::space);
+    keyboard.release(key::leftShift);
+    expectPlainKeyboard();
+}
+
+TEST_F(Session, ASecondCopySaysSoAndLeaves) {
+    HopselProgram program(HOPSEL_EXECUTABLE, twoRules);
+    ASSERT_TRUE(tapsUntilGroup(1));
+    const auto second = program.startAnother();
+    EXPECT_THAT(second->waitForLine("", patience).value_or(""), HasSubstr("another copy is running already"));
+    EXPECT_EQ(second->waitForExit(patience), 0);
+    EXPECT_TRUE(tapsUntilGroup(0)) << "the first goes on";
+
+    program.process().kill(SIGKILL);
+    program.process().waitForExit(patience);
+    const auto third = program.startAnother();
+    EXPECT_TRUE(tapsUntilGroup(1)) << "the lock of a killed copy does not count";
+}
+
+TEST_F(Session, FilesThatItMustNotTouchAreNamedInOneLineAndStay) {
+    struct Case {
+        std::string settings;
+        std::string complaint;
+        bool backup;
+    };
+    const Case cases[] = {{"{\"schemaVersion\" : 1, \"rules\" : [,]}", "cannot be read; a copy is at", true},
+                          {"{\"schemaVersion\" : 3, \"rules\" : \"anything\"}", "newer than this program", false}};
+    for (const Case& c : cases) {
+        HopselProgram program(HOPSEL_EXECUTABLE, c.settings);
+        const auto line = program.process().waitForLine("", patience).value_or("");
+        EXPECT_THAT(line, HasSubstr(program.settingsFile().string()));
+        EXPECT_THAT(line, HasSubstr(c.complaint));
+        program.process().kill(SIGTERM);
+        EXPECT_EQ(program.process().waitForExit(patience), 0) << "it runs on without rules";
+        EXPECT_EQ(contents(program.settingsFile()), c.settings);
+        const auto folder = program.settingsFile().parent_path();
+        const bool hasBackup =
+            std::any_of(std::filesystem::directory_iterator(folder), {}, [](const auto& entry) {
+                return entry.path().filename().string().rfind("config.json.corrupt-", 0) == 0;
+            });
+        EXPECT_EQ(hasBackup, c.backup);
+    }
+}
+
+TEST_F(Session, AnEmptyVariableMeansTheDefaultPlace) {
+    const TemporaryFolder home;
+    home.write("data/Hopsel/config.json", twoRules);
+    ChildProcess::Options options;
+    options.program = HOPSEL_EXECUTABLE;
+    options.environment = {{"HOPSEL_CONFIG", ""},
+                           {"XDG_DATA_HOME", (home.path() / "data").string()},
+                           {"XDG_RUNTIME_DIR", home.path().string()}};
+    const ChildProcess program(options);
+    EXPECT_TRUE(tapsUntilGroup(1));
+}
+
+TEST(NoSession, SaysWhatIsMissingAndLeaves) {
+    for (const auto& display : {std::optional<std::string>(), std::optional<std::string>(":4099")}) {
+        ChildProcess::Options options;
+        options.program = HOPSEL_EXECUTABLE;
+        options.environment = {{"DISPLAY", display}};
+        options.errors = ChildProcess::Output::capture;
+        ChildProcess program(options);
+        const std::string said = program.readAll(patience);
+        EXPECT_THAT(said, HasSubstr(display ? "cannot connect" : "DISPLAY is not set"));
+        EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 1);
+        EXPECT_EQ(program.waitForExit(patience), 1);
+    }
+}
+
+} // namespace
