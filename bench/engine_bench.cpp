@@ -3,34 +3,24 @@
 //
 // Run it alone on a quiet machine, in a RelWithDebInfo or Release build. Times are medians over the
 // repetitions.
+#include "bench/allocation_count.h"
+#include "bench/measurement.h"
+#include "bench/process_figures.h"
 #include "support/fakes/engine_rig.h"
 
 #include <benchmark/benchmark.h>
-#include <cstdio>
-#include <cstdlib>
-#include <fstream>
-#include <new>
+#include <map>
+#include <string>
 #include <thread>
-
-namespace {
-
-std::size_t allocations = 0;
-
-} // namespace
-
-// All replaceable forms that the standard library falls back to end in these two.
-void* operator new(std::size_t size) {
-    ++allocations;
-    if (void* memory = std::malloc(size == 0 ? 1 : size)) return memory;
-    throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+#include <unistd.h>
 
 namespace hopsel {
 namespace {
 
 using enum ModifierKey;
+
+constexpr const char* eventThatTriggersNothing = "listening, an event that triggers nothing";
+constexpr const char* keyThatTriggersNothing = "filtering, a key that triggers nothing";
 
 class Engine {
   public:
@@ -92,10 +82,10 @@ std::vector<ShortcutInput> ordinaryInputs() {
 
 template <typename Step>
 void measure(benchmark::State& state, std::size_t events, const Step& step) {
-    const std::size_t before = allocations;
+    const std::size_t before = bench::allocations();
     for (auto _ : state) step();
     const auto total = static_cast<double>(state.iterations()) * static_cast<double>(events);
-    state.counters["allocations"] = static_cast<double>(allocations - before) / total;
+    state.counters["allocations"] = static_cast<double>(bench::allocations() - before) / total;
     state.counters["per_event"] =
         benchmark::Counter(total, benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
@@ -137,50 +127,42 @@ class ResultLines : public benchmark::ConsoleReporter {
         for (const Run& run : runs) {
             if (run.error_occurred) failed = true;
             if (run.aggregate_name != "median") continue;
-            const std::string& name = run.run_name.function_name;
-            std::printf("RESULT %s %.1f ns\n", name.c_str(), run.counters.at("per_event").value * 1e9);
-            std::printf("RESULT %s_allocations %.3f per_event\n", name.c_str(),
-                        run.counters.at("allocations").value);
+            const std::string name = "engine: " + run.run_name.function_name;
+            const auto budget = budgets_.find(run.run_name.function_name);
+            bench::report(name + " median", run.counters.at("per_event").value * 1e9, "ns",
+                          budget != budgets_.end() ? bench::Budget(budget->second) : std::nullopt);
+            bench::report(name + ", allocations", run.counters.at("allocations").value, "each",
+                          budget != budgets_.end() ? bench::Budget(0) : std::nullopt);
         }
     }
 
     bool failed = false;
+
+  private:
+    /// Nanoseconds. What has a budget must not allocate either.
+    std::map<std::string, double> budgets_{{eventThatTriggersNothing, 100}, {keyThatTriggersNothing, 150}};
 };
 
-long kibibytes(const char* file, const std::string& wanted) {
-    std::ifstream lines(file);
-    for (std::string name; lines >> name;) {
-        long value = 0;
-        if (name == wanted && lines >> value) return value;
-    }
-    return 0;
-}
-
 template <typename Work>
-void measureGrowth(const char* name, const Work& work) {
-    const auto pss = [] { return kibibytes("/proc/self/smaps_rollup", "Pss:"); };
-    const auto rss = [] { return kibibytes("/proc/self/status", "VmRSS:"); };
+void measureGrowth(const std::string& name, const Work& work) {
     work(); // what the first round takes is its working memory, not growth
-    const long pssBefore = pss();
-    const long rssBefore = rss();
+    const long before = bench::memoryOf(getpid()).own;
     work();
-    std::printf("RESULT %s_rss %ld KiB\nRESULT %s_rss_growth %ld KiB\n", name, rss(), name,
-                rss() - rssBefore);
-    std::printf("RESULT %s_pss %ld KiB\nRESULT %s_pss_growth %ld KiB\n", name, pss(), name,
-                pss() - pssBefore);
+    bench::report("engine: growth by " + name, static_cast<double>(bench::memoryOf(getpid()).own - before),
+                  "kB", 0.0);
 }
 
 void measureLongLife() {
     Engine engine;
     const std::vector<RawEvent> events = ordinaryEvents();
-    measureGrowth("events_1000000", [&] {
+    measureGrowth("1,000,000 key events", [&] {
         for (std::size_t count = 0; count < 1000000; ++count)
             engine.rig.source->onEvent(events[count % events.size()]);
     });
-    measureGrowth("switches_10000", [&] {
+    measureGrowth("10,000 switches", [&] {
         for (int count = 0; count < 10000; ++count) engine.switchOnce();
     });
-    measureGrowth("suspends_1000", [&] {
+    measureGrowth("1,000 suspends", [&] {
         for (int count = 0; count < 1000; ++count) {
             engine.rig.engine->handle(SystemEvent::willSleep);
             engine.rig.engine->handle(SystemEvent::didWake);
@@ -197,9 +179,9 @@ int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
     const std::pair<const char*, void (*)(benchmark::State&)> runs[]{
-        {"engine_process", hopsel::process},
-        {"engine_process_shortcut", hopsel::processShortcut},
-        {"engine_tap_to_switch", hopsel::tapToSwitch},
+        {hopsel::eventThatTriggersNothing, hopsel::process},
+        {hopsel::keyThatTriggersNothing, hopsel::processShortcut},
+        {"tap and switch", hopsel::tapToSwitch},
     };
     for (const auto& [name, run] : runs) {
         benchmark::RegisterBenchmark(name, run)->Repetitions(15)->ReportAggregatesOnly()->MinTime(0.1);

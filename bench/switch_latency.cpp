@@ -8,8 +8,9 @@ namespace hopsel::bench {
 
 namespace {
 
-constexpr int rounds = 5;
-constexpr int samplesPerRound = 200;
+// Many short rounds: a program can be lucky or unlucky with its processor for as long as it runs.
+constexpr int rounds = 20;
+constexpr int samplesPerRound = 50;
 
 struct Contestant {
     Switcher switcher;

@@ -25,7 +25,8 @@ Switcher xcapeSwitcher() {
                 ChildProcess::Options options;
                 options.program = "xcape";
                 options.package = "xcape";
-                // -d keeps it in the foreground, at the price of a few lines to nowhere; a tap may last 900 ms.
+                // -d keeps it in the foreground, at the price of a few lines to nowhere; a tap may last 900
+                // ms.
                 options.arguments = {"-d", "-t", "900", "-e", "Super_R=ISO_Next_Group"};
                 options.errors = ChildProcess::Output::discard;
                 return std::make_shared<ChildProcess>(options);

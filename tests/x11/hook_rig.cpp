@@ -61,27 +61,6 @@ void HookRig::settle() {
     });
 }
 
-void HookRig::settleWindowManager() {
-    // Any window may ask for the extents of its future frame; the answer is a property on it.
-    XDisplay display;
-    const xcb_window_t asker = xcb_generate_id(display.get());
-    const std::uint32_t wanted = XCB_EVENT_MASK_PROPERTY_CHANGE;
-    xcb_create_window(display.get(), XCB_COPY_FROM_PARENT, asker, display.root(), 0, 0, 1, 1, 0,
-                      XCB_WINDOW_CLASS_COPY_FROM_PARENT, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &wanted);
-    xcb_client_message_event_t message{};
-    message.response_type = XCB_CLIENT_MESSAGE;
-    message.format = 32;
-    message.window = asker;
-    message.type = display.atom("_NET_REQUEST_FRAME_EXTENTS");
-    xcb_send_event(display.get(), 0, display.root(),
-                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                   reinterpret_cast<const char*>(&message));
-    display.flush();
-    bool answered = false;
-    display.waitFor([&](const auto& event) { answered |= typeOf(event) == XCB_PROPERTY_NOTIFY; },
-                    [&] { return answered; }, std::chrono::seconds(5));
-}
-
 std::string HookRig::heard() const {
     EventNormalizer normalizer;
     std::string all;

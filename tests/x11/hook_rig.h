@@ -33,9 +33,6 @@ class HookRig {
     /// Types a Q and waits until the window and the listener have it: everything before has been handled.
     void settle();
 
-    /// Returns when the window manager has handled every event it got so far.
-    void settleWindowManager();
-
     /// What was listened to, as "+leftShift k+ k- -leftShift click".
     std::string heard() const;
     std::string typed() { return window->typed(); }

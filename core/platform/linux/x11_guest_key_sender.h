@@ -1,8 +1,9 @@
 // Posts the guest key through XTEST, over the key hook, which recognises its own posts.
 //
-// Owned by the engine. X has no flags to set on a posted event: what the guest sees is what is down, and a key that
-// is down already cannot be pressed. A trigger like Shift+Space still has the user's fingers on it when its rule
-// runs, so the sender waits for the modifiers and the key to come up, and gives up on someone who holds them.
+// Owned by the engine. X has no flags to set on a posted event: what the guest sees is what is down, and a
+// key that is down already cannot be pressed. A trigger like Shift+Space still has the user's fingers on it
+// when its rule runs, so the sender waits for the modifiers and the key to come up, and gives up on someone
+// who holds them.
 #pragma once
 
 #include "core/platform/guest_key.h"

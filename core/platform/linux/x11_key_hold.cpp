@@ -26,10 +26,7 @@ void X11KeyHold::begin(MasterKeyboard master, XKeyCode key) {
     // The passive grab that brought the event sits on the root window, and to the focused application the
     // focus seems to have left. Moving the grab to its own window makes it active again at once.
     window_ = focusWindow(primary_, master.keyboard);
-    if (window_ == XCB_WINDOW_NONE || !grabKeyboard(primary_, window_)) {
-        window_ = primary_.root();
-        grabKeyboard(primary_, window_);
-    }
+    grabKeyboard(primary_);
     next();
 }
 
@@ -61,10 +58,22 @@ void X11KeyHold::handOn() {
     // Where the pointer is grabbed already (a menu, a drag) the keyboard could not be frozen a second time.
     // Then an event that waited behind this one may slip through, and taking the keyboard back is all we can
     // do.
-    if (!grabKeyboard(taker, window_)) grabKeyboard(taker, taker.root());
+    grabKeyboard(taker);
     if (frozen) xcb_input_xi_ungrab_device(taker.get(), XCB_CURRENT_TIME, master_.pointer);
     holder_ = &taker;
     next();
+}
+
+void X11KeyHold::abandon() {
+    keys_.reset();
+    holder_ = &primary_;
+}
+
+void X11KeyHold::grabKeyboard(X11Connection& connection) {
+    if (window_ != XCB_WINDOW_NONE && grabKeyboard(connection, window_)) return;
+    // No window has the focus, or it was closed this very moment.
+    window_ = connection.root();
+    grabKeyboard(connection, window_);
 }
 
 bool X11KeyHold::grabKeyboard(X11Connection& connection, xcb_window_t window) {

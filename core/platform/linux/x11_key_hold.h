@@ -34,15 +34,23 @@ class X11KeyHold {
     void handOn();
     /// Someone took the keyboard from us: the key is out of our hands.
     void forget(XKeyCode key);
+    /// The grab is gone, and with it whatever was held: the window it was on has been closed.
+    void abandon();
 
     bool isActive() const { return keys_.any(); }
     bool contains(XKeyCode key) const { return keys_[key]; }
     bool isOn(XDeviceId keyboard) const { return master_.keyboard == keyboard; }
+    /// Did the hold's own grab bring this event, of the keyboard the hold is on? A passive grab that does so
+    /// shows that the hold is no more.
+    bool owns(const X11Connection& connection, xcb_window_t window) const {
+        return holder_ == &connection && window_ == window;
+    }
     /// The events of the hold come on the helper connection.
     bool isWithHelper() const { return isActive() && holder_ == &helper_; }
 
   private:
     X11Connection& other() { return holder_ == &primary_ ? helper_ : primary_; }
+    void grabKeyboard(X11Connection& connection);
     bool grabKeyboard(X11Connection& connection, xcb_window_t window);
     bool freezeThroughPointer(X11Connection& connection);
     void allow(X11Connection& connection, std::uint8_t mode);

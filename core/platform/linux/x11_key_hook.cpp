@@ -131,7 +131,7 @@ void X11KeyHook::lose() {
     filter_ = nullptr;
     shortcuts_.clear();
     closeIfUnused();
-    if (onLost) onLost();
+    if (const auto callback = onLost) callback();
 }
 
 void X11KeyHook::dispatch() {
@@ -174,7 +174,8 @@ bool X11KeyHook::step() {
 
 void X11KeyHook::handlePrimary(const xcb_generic_event_t& event) {
     // An event with the number of a later request came after the answers of the earlier ones.
-    while (!barriers_.empty() && !isEarlier(event.full_sequence, barriers_.front().sequence)) settleFrontBarrier();
+    while (!barriers_.empty() && !isEarlier(event.full_sequence, barriers_.front().sequence))
+        settleFrontBarrier();
     if (!handleXInput(session_->primary, event) && eventType(event) == session_->xkbFirstEvent)
         handleXkb(event);
 }
@@ -235,10 +236,16 @@ bool X11KeyHook::settleAnsweredBarrier() {
     void* reply = nullptr;
     xcb_generic_error_t* error = nullptr;
     const std::uint32_t sequence = barriers_.front().sequence;
-    if (xcb_poll_for_reply(session_->primary.get(), sequence, &reply, &error) == 0) return false;
+    if (xcb_poll_for_reply(session_->primary.get(), sequence, &reply, &error) == 0) {
+        // Looking for the answer may have read an event, of which the descriptor will not tell any more.
+        const auto event = session_->primary.nextQueuedEvent();
+        if (event) handlePrimary(*event);
+        return event != nullptr;
+    }
     barriers_.front().reply.reset(static_cast<xcb_query_keymap_reply_t*>(reply));
     const XcbPtr<xcb_generic_error_t> ownedError(error);
-    // Events may have been read along with the answer. Those that came after it settle the barrier themselves.
+    // Events may have been read along with the answer. Those that came after it settle the barrier
+    // themselves.
     while (const auto event = session_->primary.nextQueuedEvent()) handlePrimary(*event);
     if (!barriers_.empty() && barriers_.front().sequence == sequence) settleFrontBarrier();
     return true;
@@ -253,8 +260,8 @@ void X11KeyHook::settleFrontBarrier() {
         barrier.reply.reset(xcb_query_keymap_reply(session.primary.get(), cookie, nullptr));
     }
     if (session.hold.isWithHelper()) {
-        // A grab event may be on its way on the other connection. It is handled now only if it belongs to a key
-        // that this barrier settles: a later one waits for its own raw event.
+        // A grab event may be on its way on the other connection. It is handled now only if it belongs to a
+        // key that this barrier settles: a later one waits for its own raw event.
         if (!helperEvent_) session.helper.roundTrip();
         if (readHelperEvent()) {
             const auto& event = asKey(*helperEvent_);
@@ -286,7 +293,7 @@ void X11KeyHook::refreshKeyboard() {
         dispatch();
     } catch (const std::runtime_error&) {
         filter_ = nullptr;
-        if (onFilterLost) onFilterLost();
+        if (const auto callback = onFilterLost) callback();
     }
 }
 

@@ -110,7 +110,8 @@ class X11KeyHook {
     void onGrabbedKey(X11Connection& connection, const xcb_input_key_press_event_t& event, bool press);
     void onGrabbedPress(X11Connection& connection, const xcb_input_key_press_event_t& event,
                         const std::optional<X11PendingKey>& raw);
-    void onGrabbedRelease(XKeyCode key, const std::optional<X11PendingKey>& raw);
+    void onGrabbedRelease(X11Connection& connection, const xcb_input_key_release_event_t& event,
+                          const std::optional<X11PendingKey>& raw);
     void onUngrabbed(const X11PendingKey& raw);
     bool ask(ShortcutInput::Kind kind, XKeyCode key, const std::optional<X11PendingKey>& raw, bool isRepeat);
     void listen(const std::optional<RawEvent>& event);
@@ -127,7 +128,8 @@ class X11KeyHook {
     X11OwnPosts ownPosts_;
     X11PendingKeys pending_;
     std::deque<Barrier> barriers_;
-    /// Read from the helper connection but not handled yet. There is never a second one: the keyboard stands still.
+    /// Read from the helper connection but not handled yet. There is never a second one: the keyboard stands
+    /// still.
     XcbPtr<xcb_generic_event_t> helperEvent_;
     bool isDispatching_ = false;
 };

@@ -47,10 +47,13 @@ void X11KeyHook::onGrabbedKey(X11Connection& connection, const xcb_input_key_pre
     const auto key = static_cast<XKeyCode>(event.detail);
     const auto raw =
         pending_.take(key, press, event.time, [this](const X11PendingKey& earlier) { onUngrabbed(earlier); });
+    if (session_->hold.isActive() && session_->hold.isOn(event.deviceid) &&
+        !session_->hold.owns(connection, event.event))
+        session_->hold.abandon();
     if (press)
         onGrabbedPress(connection, event, raw);
     else
-        onGrabbedRelease(key, raw);
+        onGrabbedRelease(connection, event, raw);
     // What waited behind this one only for the sake of order can go now.
     pending_.settle(0, [this](const X11PendingKey& later) { onUngrabbed(later); });
 }
@@ -79,18 +82,28 @@ void X11KeyHook::onGrabbedPress(X11Connection& connection, const xcb_input_key_p
     if (raw) listen(raw->event);
 }
 
-void X11KeyHook::onGrabbedRelease(XKeyCode key, const std::optional<X11PendingKey>& raw) {
+void X11KeyHook::onGrabbedRelease(X11Connection& connection, const xcb_input_key_release_event_t& event,
+                                  const std::optional<X11PendingKey>& raw) {
     X11KeyHold& hold = session_->hold;
+    const auto key = static_cast<XKeyCode>(event.detail);
     if (hold.contains(key)) {
         // The application never saw the key go down, so it never sees it come up, even if the engine has
         // forgotten the key meanwhile. Then the listener is told, which has not heard of it either way.
         const bool consumed = ask(ShortcutInput::Kind::keyUp, key, raw, false);
         hold.remove(key);
         if (!consumed && raw) listen(raw->event);
-    } else if (hold.isActive()) {
-        hold.handOn();
-        if (raw) listen(raw->event);
+        return;
     }
+    if (hold.isActive()) {
+        hold.handOn();
+    } else {
+        // Left over from a grab that ended. The keyboard must not stand still for it, nor may the answer
+        // reach a grab that came later, so it bears the time of the event.
+        xcb_input_xi_allow_events(connection.get(), event.time, event.deviceid,
+                                  XCB_INPUT_EVENT_MODE_ASYNC_DEVICE, 0, 0);
+        connection.flush();
+    }
+    if (raw) listen(raw->event);
 }
 
 void X11KeyHook::onUngrabbed(const X11PendingKey& raw) {

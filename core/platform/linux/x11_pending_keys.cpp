@@ -6,7 +6,8 @@ namespace hopsel {
 
 std::optional<X11PendingKey> X11PendingKeys::take(XKeyCode key, bool press, std::uint32_t time,
                                                   const Ungrabbed& ungrabbed) {
-    // The last one: times are whole milliseconds, and the keyboard stood still after the event that was grabbed.
+    // The last one: times are whole milliseconds, and the keyboard stood still after the event that was
+    // grabbed.
     const auto twin = std::find_if(keys_.rbegin(), keys_.rend(),
                                    [&](const Numbered& n) { return n.isTwin(key, press, time); });
     if (twin == keys_.rend()) return std::nullopt;

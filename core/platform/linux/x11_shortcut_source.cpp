@@ -5,7 +5,8 @@ namespace hopsel {
 void X11ShortcutSource::start() {
     if (isStarted_) return;
     try {
-        hook_->startFiltering(shortcuts_, [this](const ShortcutInput& input) { return onInput && onInput(input); });
+        hook_->startFiltering(shortcuts_,
+                              [this](const ShortcutInput& input) { return onInput && onInput(input); });
     } catch (const std::runtime_error& error) {
         failures_.failed(error.what());
         throw TapFailure(TapFailure::Kind::creationFailed, error.what());

@@ -1,8 +1,8 @@
 // The filtering source of an X session, over the key hook that it shares.
 //
-// Owned by the engine; the hook and the log outlive it. Runs only while the listening source does. A combination
-// that another program holds is a failure as a whole: a filter that works for some rules and silently not for
-// others would be worse. Each distinct failure is logged once.
+// Owned by the engine; the hook and the log outlive it. Runs only while the listening source does. A
+// combination that another program holds is a failure as a whole: a filter that works for some rules and
+// silently not for others would be worse. Each distinct failure is logged once.
 #pragma once
 
 #include "core/platform/linux/x11_key_hook.h"
