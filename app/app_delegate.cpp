@@ -2,10 +2,10 @@
 
 #include "core/platform/input_source_switcher.h"
 #include "core/platform/linux/main_loop.h"
-#include "core/platform/linux/x11_guest_key_sender.h"
-#include "core/platform/linux/x11_input_devices.h"
-#include "core/platform/linux/x11_listen_source.h"
-#include "core/platform/linux/x11_shortcut_source.h"
+#include "core/platform/linux/x11/x11_guest_key_sender.h"
+#include "core/platform/linux/x11/x11_input_devices.h"
+#include "core/platform/linux/x11/x11_listen_source.h"
+#include "core/platform/linux/x11/x11_shortcut_source.h"
 #include "core/platform/posix/posix_file_storage.h"
 
 #include <chrono>

@@ -7,8 +7,8 @@
 #include "app/single_instance.h"
 #include "core/engine/engine_coordinator.h"
 #include "core/platform/linux/system_log.h"
-#include "core/platform/linux/x11_key_hook.h"
-#include "core/platform/linux/xkb_input_sources.h"
+#include "core/platform/linux/x11/x11_key_hook.h"
+#include "core/platform/linux/xkb/xkb_input_sources.h"
 #include "core/rules/rule_store.h"
 
 #include <QTimer>

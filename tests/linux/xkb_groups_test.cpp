@@ -1,4 +1,4 @@
-#include "core/platform/linux/xkb_groups.h"
+#include "core/platform/linux/xkb/xkb_groups.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>

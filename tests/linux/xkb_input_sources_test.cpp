@@ -1,8 +1,8 @@
-#include "core/platform/linux/xkb_input_sources.h"
+#include "core/platform/linux/xkb/xkb_input_sources.h"
 
 #include "core/platform/input_source_switcher.h"
 #include "core/platform/linux/main_loop.h"
-#include "core/platform/linux/platform_errors.h"
+#include "core/platform/linux/xkb/platform_errors.h"
 #include "support/qt_waiting.h"
 #include "support/x_layouts.h"
 #include "support/x_server.h"

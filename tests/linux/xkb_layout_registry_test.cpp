@@ -1,4 +1,4 @@
-#include "core/platform/linux/xkb_layout_registry.h"
+#include "core/platform/linux/xkb/xkb_layout_registry.h"
 
 #include <clocale>
 #include <cstdlib>

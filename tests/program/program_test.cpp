@@ -105,8 +105,9 @@ TEST_F(Session, FilesThatItMustNotTouchAreNamedInOneLineAndStay) {
         std::string complaint;
         bool backup;
     };
-    const Case cases[] = {{"{\"schemaVersion\" : 1, \"rules\" : [,]}", "cannot be read; a copy is at", true},
-                          {"{\"schemaVersion\" : 3, \"rules\" : \"anything\"}", "newer than this program", false}};
+    const Case cases[] = {
+        {"{\"schemaVersion\" : 1, \"rules\" : [,]}", "cannot be read; a copy is at", true},
+        {"{\"schemaVersion\" : 3, \"rules\" : \"anything\"}", "newer than this program", false}};
     for (const Case& c : cases) {
         HopselProgram program(HOPSEL_EXECUTABLE, c.settings);
         const auto line = program.process().waitForLine("", patience).value_or("");

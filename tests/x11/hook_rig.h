@@ -6,9 +6,9 @@
 #pragma once
 
 #include "core/keys/shortcut_matcher.h"
-#include "core/platform/linux/x11_key_hook.h"
-#include "core/platform/linux/x11_listen_source.h"
-#include "core/platform/linux/x11_shortcut_source.h"
+#include "core/platform/linux/x11/x11_key_hook.h"
+#include "core/platform/linux/x11/x11_listen_source.h"
+#include "core/platform/linux/x11/x11_shortcut_source.h"
 #include "support/fakes/engine_fakes.h"
 #include "support/qt_waiting.h"
 #include "support/x_keyboard.h"

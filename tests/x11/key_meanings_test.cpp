@@ -1,7 +1,7 @@
 // What keys mean in keymaps that people use, and the table of key codes.
-#include "core/platform/linux/held_keys.h"
-#include "core/platform/linux/key_codes.h"
-#include "core/platform/linux/key_meanings.h"
+#include "core/platform/linux/keys/held_keys.h"
+#include "core/platform/linux/keys/key_codes.h"
+#include "core/platform/linux/keys/key_meanings.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -2,8 +2,8 @@
 #include "core/engine/engine_coordinator.h"
 #include "core/platform/input_source_switcher.h"
 #include "core/platform/linux/main_loop.h"
-#include "core/platform/linux/x11_guest_key_sender.h"
-#include "core/platform/linux/xkb_input_sources.h"
+#include "core/platform/linux/x11/x11_guest_key_sender.h"
+#include "core/platform/linux/xkb/xkb_input_sources.h"
 #include "hook_rig.h"
 
 #include <gmock/gmock.h>

@@ -1,0 +1,30 @@
+#include "core/platform/linux/x11/x11_listen_source.h"
+
+#include "core/platform/tap_failure.h"
+
+namespace hopsel {
+
+void X11ListenSource::start() {
+    if (isStarted_) return;
+    try {
+        hook_->startListening([this](const RawEvent& event) {
+            if (onEvent) onEvent(event);
+        });
+    } catch (const std::runtime_error& error) {
+        throw TapFailure(TapFailure::Kind::creationFailed, error.what());
+    }
+    isStarted_ = true;
+    hook_->onLost = [this] {
+        isStarted_ = false;
+        if (onDisabled) onDisabled(false);
+    };
+}
+
+void X11ListenSource::stopListening() {
+    if (!isStarted_) return;
+    isStarted_ = false;
+    hook_->onLost = nullptr;
+    hook_->stopListening();
+}
+
+} // namespace hopsel

@@ -1,0 +1,27 @@
+// The listening source of an X session, over the key hook that it shares.
+//
+// Owned by the engine; the hook outlives it. A lost connection is reported as a source that was taken away;
+// the next start opens a new connection.
+#pragma once
+
+#include "core/platform/event_source.h"
+#include "core/platform/linux/x11/x11_key_hook.h"
+
+namespace hopsel {
+
+class X11ListenSource final : public EventSource {
+  public:
+    explicit X11ListenSource(std::shared_ptr<X11KeyHook> hook) : hook_(std::move(hook)) {}
+    ~X11ListenSource() override { stopListening(); }
+
+    void start() override;
+    void stop() override { stopListening(); }
+
+  private:
+    void stopListening();
+
+    std::shared_ptr<X11KeyHook> hook_;
+    bool isStarted_ = false;
+};
+
+} // namespace hopsel
