@@ -3,6 +3,8 @@
 #include "core/keys/event_normalizer.h"
 #include "core/platform/linux/main_loop.h"
 
+#include <stdexcept>
+
 namespace hopsel::test {
 
 namespace {
@@ -53,12 +55,14 @@ void HookRig::settle() {
     const std::size_t heardBefore = events.size();
     const std::size_t keysBefore = window->records().size();
     keyboard->tap(key::q);
-    runLoopUntil(
+    const bool heardIt = runLoopUntil(
         [&] { return events.size() >= heardBefore + 2 && events.back().type == RawEventType::keyUp; });
-    window->waitFor([&](const XTestWindow::Records& records) {
+    const bool gotIt = window->waitFor([&](const XTestWindow::Records& records) {
         return records.size() > keysBefore && records.back().kind == XRecord::Kind::keyRelease &&
                records.back().code == key::q;
     });
+    if (!heardIt) throw std::runtime_error("the listener did not hear the last key");
+    if (!gotIt) throw std::runtime_error("the window did not get the last key");
 }
 
 std::string HookRig::heard() const {
