@@ -1,6 +1,6 @@
 #include "core/platform/linux/system_log.h"
 
-#include "support/file_descriptor.h"
+#include "session/file_descriptor.h"
 
 #include <array>
 #include <gmock/gmock.h>
@@ -11,8 +11,8 @@ namespace {
 TEST(SystemLog, WritesOneLineToStandardErrorWhereNoJournalRuns) {
     std::array<int, 2> ends{};
     ASSERT_EQ(pipe(ends.data()), 0);
-    const test::FileDescriptor readEnd(ends[0]);
-    test::FileDescriptor writeEnd(ends[1]);
+    const session::FileDescriptor readEnd(ends[0]);
+    session::FileDescriptor writeEnd(ends[1]);
 
     SystemLog log(writeEnd.get(), "/nonexistent/journal");
     const std::string message = "start failed: 100%s of it";

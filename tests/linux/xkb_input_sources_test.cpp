@@ -3,9 +3,9 @@
 #include "core/platform/input_source_switcher.h"
 #include "core/platform/linux/main_loop.h"
 #include "core/platform/linux/xkb/platform_errors.h"
+#include "session/x_layouts.h"
+#include "session/x_server.h"
 #include "support/qt_waiting.h"
-#include "support/x_layouts.h"
-#include "support/x_server.h"
 
 #include <QString>
 #include <algorithm>
@@ -16,8 +16,8 @@ namespace {
 
 using namespace std::chrono_literals;
 using namespace std::string_literals;
+using session::setLayouts;
 using test::runLoopUntil;
-using test::setLayouts;
 using test::staysFalse;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -28,7 +28,7 @@ class XkbInputSourcesTest : public testing::Test {
   protected:
     void start(const std::string& layouts, const std::string& variants = {}) {
         setLayouts(layouts, variants);
-        other = std::make_unique<test::XLayouts>();
+        other = std::make_unique<session::XLayouts>();
         other->lockGroup(0);
         sources = std::make_shared<XkbInputSources>();
         sources->onSourcesChanged = [this] { ++sourcesChanges; };
@@ -38,7 +38,7 @@ class XkbInputSourcesTest : public testing::Test {
 
     /// What any program can do to the property that names the layouts. Returns when the server has it.
     static void setProperty(const std::string& bytes, std::uint8_t format = 8) {
-        test::XDisplay display;
+        session::XDisplay display;
         xcb_change_property(display.get(), XCB_PROP_MODE_REPLACE, display.root(),
                             display.atom("_XKB_RULES_NAMES"),
                             format == 8 ? XCB_ATOM_STRING : XCB_ATOM_CARDINAL, format,
@@ -60,8 +60,8 @@ class XkbInputSourcesTest : public testing::Test {
         return result;
     }
 
-    test::XServer server;
-    std::unique_ptr<test::XLayouts> other;
+    session::XServer server;
+    std::unique_ptr<session::XLayouts> other;
     std::shared_ptr<XkbInputSources> sources;
     int sourcesChanges = 0;
     int selectedChanges = 0;
@@ -196,21 +196,21 @@ TEST_F(XkbInputSourcesTest, ReconnectsToANewServer) {
     server.kill();
     ASSERT_TRUE(runLoopUntil([this] { return losses > 0; }));
 
-    const test::XServer next;
+    const session::XServer next;
     setLayouts("de,us");
     ASSERT_TRUE(sources->reconnect());
     EXPECT_FALSE(sources->isLost());
     EXPECT_EQ(sources->currentID(), "xkb:de");
     EXPECT_TRUE(runLoopUntil([this] { return sourcesChanges == 1 && selectedChanges == 1; }));
 
-    test::XLayouts nextOther;
+    session::XLayouts nextOther;
     nextOther.lockGroup(1);
     EXPECT_TRUE(runLoopUntil([this] { return selectedChanges == 2; })) << "the new connection is watched";
     EXPECT_EQ(sources->currentID(), "xkb:us");
 }
 
 TEST(XkbInputSources, NeedAServer) {
-    const test::XServer server;
+    const session::XServer server;
     setenv("DISPLAY", ":nowhere", 1);
     EXPECT_THROW(XkbInputSources(), std::runtime_error);
 }
@@ -263,7 +263,7 @@ INSTANTIATE_TEST_SUITE_P(
 // The names in the keymap can be anything as well, and are what is shown where the property says nothing.
 TEST_F(XkbInputSourcesTest, RemovedPropertyLeavesTheNamesInTheKeymap) {
     start("us,ru");
-    test::XDisplay display;
+    session::XDisplay display;
     xcb_delete_property(display.get(), display.root(), display.atom("_XKB_RULES_NAMES"));
     display.roundTrip();
     ASSERT_TRUE(runLoopUntil([this] { return sourcesChanges == 1; }));

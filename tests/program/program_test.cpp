@@ -1,16 +1,16 @@
 // The program as its user meets it, in a real X session.
-#include "support/hopsel_program.h"
-#include "support/x_keyboard.h"
-#include "support/x_layouts.h"
-#include "support/x_server.h"
-#include "support/x_window.h"
+#include "session/hopsel_program.h"
+#include "session/x_keyboard.h"
+#include "session/x_layouts.h"
+#include "session/x_server.h"
+#include "session/x_window.h"
 
 #include <csignal>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-using namespace hopsel::test;
+using namespace hopsel::session;
 using namespace std::chrono_literals;
 using testing::HasSubstr;
 

@@ -7,6 +7,8 @@
 
 namespace hopsel::test {
 
+using session::Deadline;
+
 namespace {
 
 void runTurn(int milliseconds) {
@@ -30,7 +32,7 @@ bool waitReadableInLoop(int descriptor, const Deadline& deadline) {
 
 } // namespace
 
-void waitInEventLoop() { setReadableWaiter(waitReadableInLoop); }
+void waitInEventLoop() { session::setReadableWaiter(waitReadableInLoop); }
 
 bool runLoopUntil(const std::function<bool()>& condition, std::chrono::milliseconds timeout) {
     const Deadline deadline(timeout);

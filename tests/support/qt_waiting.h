@@ -1,7 +1,7 @@
 // Waiting while the toolkit's event loop runs, for tests whose code under test lives in that loop.
 #pragma once
 
-#include "support/waiting.h"
+#include "session/waiting.h"
 
 #include <chrono>
 #include <functional>

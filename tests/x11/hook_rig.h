@@ -9,17 +9,19 @@
 #include "core/platform/linux/x11/x11_key_hook.h"
 #include "core/platform/linux/x11/x11_listen_source.h"
 #include "core/platform/linux/x11/x11_shortcut_source.h"
+#include "session/x_keyboard.h"
+#include "session/x_layouts.h"
+#include "session/x_server.h"
+#include "session/x_window.h"
 #include "support/fakes/engine_fakes.h"
 #include "support/qt_waiting.h"
-#include "support/x_keyboard.h"
-#include "support/x_layouts.h"
-#include "support/x_server.h"
-#include "support/x_window.h"
 
 #include <string>
 #include <vector>
 
 namespace hopsel::test {
+
+using namespace session;
 
 inline const ShortcutKey leftShiftSpace{49, {ModifierKey::leftShift}};
 

@@ -1,10 +1,10 @@
 #include "main_job/acts.h"
 
-#include "support/waiting.h"
+#include "session/waiting.h"
 
 namespace hopsel::main_job {
 
-using namespace test;
+using namespace session;
 
 namespace {
 

@@ -1,7 +1,7 @@
 // The presses that are played, each with what it must do.
 #pragma once
 
-#include "support/x_keyboard.h"
+#include "session/x_keyboard.h"
 
 #include <functional>
 #include <string>
@@ -13,7 +13,7 @@ struct Act {
     std::string name;
     bool switches;
     /// Returns when the last event was posted.
-    std::function<double(test::XKeyboard&)> play;
+    std::function<double(session::XKeyboard&)> play;
 };
 
 std::vector<Act> acts();

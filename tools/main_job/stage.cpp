@@ -7,7 +7,7 @@
 namespace hopsel::main_job {
 
 using namespace std::chrono_literals;
-using namespace test;
+using namespace session;
 
 namespace {
 

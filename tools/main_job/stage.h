@@ -2,11 +2,11 @@
 // application's window, the program, and the hands on the keyboard.
 #pragma once
 
-#include "support/hopsel_program.h"
-#include "support/x_keyboard.h"
-#include "support/x_layouts.h"
-#include "support/x_server.h"
-#include "support/x_window.h"
+#include "session/hopsel_program.h"
+#include "session/x_keyboard.h"
+#include "session/x_layouts.h"
+#include "session/x_server.h"
+#include "session/x_window.h"
 
 #include <functional>
 #include <string>
@@ -27,7 +27,7 @@ class Stage {
 
     /// `play` presses keys and returns when the last of them was posted, on the monotonic clock. With
     /// `expectSwitch` the change is waited for, else that there is none for a moment.
-    Observation observe(const std::function<double(test::XKeyboard&)>& play, bool expectSwitch);
+    Observation observe(const std::function<double(session::XKeyboard&)>& play, bool expectSwitch);
 
     /// Types with the shortcut in the middle, and returns what the application got.
     std::string typeAcrossTheShortcut();
@@ -40,11 +40,11 @@ class Stage {
   private:
     void waitForProgram();
 
-    test::XServer server_;
-    test::XLayouts layouts_;
-    std::unique_ptr<test::XTestWindow> window_;
-    test::XKeyboard keyboard_;
-    std::unique_ptr<test::HopselProgram> program_;
+    session::XServer server_;
+    session::XLayouts layouts_;
+    std::unique_ptr<session::XTestWindow> window_;
+    session::XKeyboard keyboard_;
+    std::unique_ptr<session::HopselProgram> program_;
 };
 
 } // namespace hopsel::main_job

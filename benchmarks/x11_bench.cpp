@@ -1,0 +1,35 @@
+// Measures the whole program on an X server of its own: hopsel_x11_bench <hopsel> <bare switcher>.
+//
+// Run it alone on a quiet machine, with programs from a RelWithDebInfo or Release build. It takes about two
+// minutes and prints lines that are described in measurement.h. Budgets are not enforced here: how fast
+// things are depends on the machine, and no test may fail for that.
+#include "benchmarks/benchmarks.h"
+#include "session/x_layouts.h"
+#include "session/x_server.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <stdexcept>
+
+int main(int argc, char** argv) {
+    using namespace hopsel;
+    if (argc != 3) {
+        std::fputs("usage: hopsel_x11_bench <hopsel> <bare switcher>\n", stderr);
+        return EXIT_FAILURE;
+    }
+    const bench::Programs programs{.hopsel = argv[1], .bareSwitcher = argv[2]};
+    try {
+        session::XServer server;
+        session::setLayouts("us,ru", {}, bench::layoutOptions);
+        server.startWindowManager();
+        bench::measureSwitchLatency(programs);
+        bench::measurePassedKeys(programs);
+        bench::measureStart(programs);
+        bench::measureIdle(programs);
+        bench::measureMemory(programs);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "hopsel_x11_bench: %s\n", error.what());
+        return EXIT_FAILURE;
+    }
+    return EXIT_SUCCESS;
+}

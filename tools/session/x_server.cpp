@@ -1,0 +1,89 @@
+#include "session/x_server.h"
+
+#include "session/x_display.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <stdexcept>
+
+namespace hopsel::session {
+
+namespace {
+
+constexpr auto startTimeout = std::chrono::seconds(20);
+
+constexpr const char* plainConfiguration = R"(<?xml version="1.0" encoding="UTF-8"?>
+<openbox_config xmlns="http://openbox.org/3.4/rc">
+  <focus><focusNew>yes</focusNew><followMouse>no</followMouse></focus>
+  <desktops><number>1</number><popupTime>0</popupTime></desktops>
+  <keyboard>
+    <keybind key="A-Tab"><action name="NextWindow"><dialog>none</dialog></action></keybind>
+  </keyboard>
+  <mouse>
+    <context name="Client">
+      <mousebind button="Left" action="Press"><action name="Focus"/><action name="Raise"/></mousebind>
+    </context>
+  </mouse>
+</openbox_config>
+)";
+
+} // namespace
+
+XServer::XServer(const std::vector<std::string>& extraArguments) {
+    ChildProcess::Options options;
+    options.program = "Xvfb";
+    options.package = "xvfb";
+    options.arguments = {"-displayfd", "1", "-noreset", "-nolisten", "tcp", "-screen", "0", "1024x768x24"};
+    options.arguments.insert(options.arguments.end(), extraArguments.begin(), extraArguments.end());
+    options.output = ChildProcess::Output::capture;
+    options.errors = ChildProcess::Output::discard; // the keymap compiler's warnings at every layout change
+    server_ = std::make_unique<ChildProcess>(options);
+
+    const auto number = server_->waitForLine("", startTimeout);
+    if (!number || number->empty()) throw std::runtime_error("Xvfb did not start");
+    display_ = ":" + *number;
+    if (const char* previous = std::getenv("DISPLAY")) previousDisplay_ = previous;
+    setenv("DISPLAY", display_.c_str(), 1);
+}
+
+XServer::~XServer() {
+    windowManager_.reset();
+    server_.reset();
+    if (previousDisplay_) {
+        setenv("DISPLAY", previousDisplay_->c_str(), 1);
+    } else {
+        unsetenv("DISPLAY");
+    }
+}
+
+void XServer::kill() {
+    server_->kill(SIGKILL);
+    server_->terminate(); // waits until it has gone
+    setenv("DISPLAY", ":gone", 1);
+}
+
+void XServer::startWindowManager(const std::string& rcXml) {
+    configuration_ = std::make_unique<TemporaryFolder>();
+    const auto rc = configuration_->write("rc.xml", rcXml.empty() ? plainConfiguration : rcXml);
+    ChildProcess::Options options;
+    options.program = "openbox";
+    options.package = "openbox";
+    options.arguments = {"--sm-disable", "--config-file", rc.string(), "--startup", "echo started"};
+    options.environment = {{"HOME", configuration_->path().string()},
+                           {"XDG_CACHE_HOME", configuration_->path().string()},
+                           {"XDG_CONFIG_HOME", configuration_->path().string()},
+                           {"XDG_DATA_HOME", configuration_->path().string()}};
+    options.output = ChildProcess::Output::capture;
+    options.errors = ChildProcess::Output::discard;
+    windowManager_ = std::make_unique<ChildProcess>(options);
+
+    // Its properties on the root window come too early: a window that is mapped between them and the end of
+    // its start stays unmapped for ever.
+    XDisplay display;
+    if (!windowManager_->waitForLine("started", startTimeout) ||
+        display.numberProperty(display.root(), "_NET_SUPPORTING_WM_CHECK") == 0) {
+        throw std::runtime_error("openbox did not start");
+    }
+}
+
+} // namespace hopsel::session
