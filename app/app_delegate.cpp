@@ -8,6 +8,7 @@
 #include "core/platform/linux/x11/x11_shortcut_source.h"
 #include "core/platform/posix/posix_file_storage.h"
 
+#include <QCoreApplication>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -25,6 +26,12 @@ constexpr double tapMax = 0.5;
 /// What a user who started the program must see at once, wherever the log goes.
 void say(const std::string& line) { std::fprintf(stderr, "hopsel: %s\n", line.c_str()); }
 
+void sayAnotherRuns(const SingleInstance& instance) {
+    const auto process = instance.otherProcess();
+    say("another copy is running already" +
+        (process ? " (process " + std::to_string(*process) + ")" : std::string()));
+}
+
 /// Throws `std::runtime_error` if the session lacks what nothing can work without.
 void requireSession() {
     X11Connection connection;
@@ -41,25 +48,24 @@ std::int64_t secondsSince1970() {
 } // namespace
 
 AppDelegate::Launch AppDelegate::didFinishLaunching() {
+    if (!singleInstance_.acquire()) {
+        sayAnotherRuns(singleInstance_);
+        return Launch::alreadyRunning;
+    }
     try {
         requireSession();
+        buildEngine();
     } catch (const std::runtime_error& error) {
         say(error.what());
         return Launch::impossible;
     }
-    if (!singleInstance_.acquire()) {
-        const auto process = singleInstance_.otherProcess();
-        say("another copy is running already" +
-            (process ? " (process " + std::to_string(*process) + ")" : std::string()));
-        return Launch::alreadyRunning;
-    }
-    buildEngine();
     storage_ = std::make_shared<PosixFileStorage>(PosixFileStorage::xdgDataHome());
     store_ = std::make_unique<RuleStore>(configURL(*storage_), storage_, secondsSince1970);
     observePlatform();
     loadRules();
     engine_->apply(store_->config());
     engine_->start();
+    sayWhyNotListening();
     startRetrying();
     return Launch::running;
 }
@@ -77,9 +83,11 @@ std::filesystem::path AppDelegate::configURL(const FileStorage& storage) {
 
 void AppDelegate::buildEngine() {
     hook_ = std::make_shared<X11KeyHook>(uptimeSeconds);
+    hook_->onDispatched = runScheduled;
+    listenSource_ = std::make_shared<X11ListenSource>(hook_);
     sources_ = std::make_shared<XkbInputSources>();
     engine_ = EngineCoordinator::create({
-        .source = std::make_shared<X11ListenSource>(hook_),
+        .source = listenSource_,
         .shortcutSource = std::make_shared<X11ShortcutSource>(hook_, log_),
         .service = std::make_shared<LiveInputSourceService>(sources_, uptimeSeconds, runFor),
         .secureInput = std::make_shared<NoSecureInput>(),
@@ -104,6 +112,7 @@ void AppDelegate::observePlatform() {
     sources_->onSourcesChanged = [engine] {
         if (const auto alive = engine.lock()) alive->refreshSources();
     };
+    sources_->onLost = [this] { singleInstance_.release(); };
 }
 
 void AppDelegate::startRetrying() {
@@ -112,9 +121,29 @@ void AppDelegate::startRetrying() {
 }
 
 void AppDelegate::retryPermissionIfNeeded() {
-    if (sources_->isLost() && sources_->reconnect()) engine_->refreshSources();
+    if (sources_->isLost() && !reconnectSources()) return;
     if (std::holds_alternative<engine_state::Degraded>(engine_->state())) engine_->start();
+    sayWhyNotListening();
     engine_->retryShortcutIfNeeded();
+}
+
+// While there is no server, another copy may take over: the one that the next session starts may know the way
+// to its server better than this one.
+bool AppDelegate::reconnectSources() {
+    if (!sources_->reconnect()) return false;
+    if (!singleInstance_.acquire()) {
+        sayAnotherRuns(singleInstance_);
+        QCoreApplication::quit();
+        return false;
+    }
+    engine_->refreshSources();
+    return true;
+}
+
+void AppDelegate::sayWhyNotListening() {
+    const std::string& failure = listenSource_->failure();
+    if (failure != saidLast_ && !failure.empty()) say(failure + "; trying again every two seconds");
+    saidLast_ = failure;
 }
 
 } // namespace hopsel

@@ -8,6 +8,7 @@
 #include "core/engine/engine_coordinator.h"
 #include "core/platform/linux/system_log.h"
 #include "core/platform/linux/x11/x11_key_hook.h"
+#include "core/platform/linux/x11/x11_listen_source.h"
 #include "core/platform/linux/xkb/xkb_input_sources.h"
 #include "core/rules/rule_store.h"
 
@@ -32,16 +33,21 @@ class AppDelegate {
     static std::filesystem::path configURL(const FileStorage& storage);
 
   private:
+    /// Throws `std::runtime_error` in words for the user.
     void buildEngine();
     void loadRules();
     void observePlatform();
     void startRetrying();
     void retryPermissionIfNeeded();
+    bool reconnectSources();
+    void sayWhyNotListening();
 
     SystemLog log_;
     SingleInstance singleInstance_;
     std::shared_ptr<XkbInputSources> sources_;
     std::shared_ptr<X11KeyHook> hook_;
+    std::shared_ptr<X11ListenSource> listenSource_;
+    std::string saidLast_; ///< about listening; each reason is said once
     std::shared_ptr<EngineCoordinator> engine_;
     std::shared_ptr<FileStorage> storage_;
     std::unique_ptr<RuleStore> store_;

@@ -3,6 +3,7 @@
 #include "app/termination_signals.h"
 
 #include <QCoreApplication>
+#include <csignal>
 #include <cstdlib>
 
 int main(int argc, char** argv) {
@@ -11,6 +12,8 @@ int main(int argc, char** argv) {
 
     // First, so that a signal during the start ends the program in order as soon as the loop runs.
     const hopsel::TerminationSignals signals([] { QCoreApplication::quit(); });
+    // Stopped from a terminal it would leave the keyboard standing still at the next shortcut.
+    std::signal(SIGTSTP, SIG_IGN);
     hopsel::AppDelegate delegate;
     switch (delegate.didFinishLaunching()) {
     case hopsel::AppDelegate::Launch::running: break;

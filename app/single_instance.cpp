@@ -23,7 +23,9 @@ SingleInstance::SingleInstance() : lock_(lockPath()) {
     lock_.setStaleLockTime(0);
 }
 
-bool SingleInstance::acquire() { return lock_.tryLock(0) || lock_.error() != QLockFile::LockFailedError; }
+bool SingleInstance::acquire() {
+    return lock_.isLocked() || lock_.tryLock(0) || lock_.error() != QLockFile::LockFailedError;
+}
 
 std::optional<qint64> SingleInstance::otherProcess() const {
     qint64 process = 0;

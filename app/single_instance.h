@@ -14,9 +14,10 @@ class SingleInstance {
   public:
     SingleInstance();
 
-    /// False when another copy holds the lock. A folder in which no lock can be made does not keep us from
-    /// running.
+    /// False when another copy holds the lock; true if we hold it already. A folder in which no lock can be
+    /// made does not keep us from running.
     bool acquire();
+    void release() { lock_.unlock(); }
     /// The process that holds the lock, if it can be told.
     std::optional<qint64> otherProcess() const;
 

@@ -9,7 +9,7 @@
 
 namespace hopsel::bench {
 
-using namespace test;
+using namespace session;
 
 namespace {
 

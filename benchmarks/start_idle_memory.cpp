@@ -8,7 +8,7 @@
 
 namespace hopsel::bench {
 
-using namespace test;
+using namespace session;
 
 namespace {
 

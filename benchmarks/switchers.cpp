@@ -4,7 +4,7 @@
 
 namespace hopsel::bench {
 
-using namespace test;
+using namespace session;
 
 const char* const layoutOptions = "grp:sclk_toggle";
 

@@ -9,7 +9,7 @@
 namespace hopsel::bench {
 
 using namespace std::chrono_literals;
-using namespace test;
+using namespace session;
 
 namespace {
 

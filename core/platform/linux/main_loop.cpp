@@ -45,6 +45,11 @@ class ScheduledReceiver final : public QObject {
     int depth_ = 0;
 };
 
+ScheduledReceiver& receiver() {
+    static ScheduledReceiver instance; // lives in the thread of the first call: the main thread
+    return instance;
+}
+
 class QuitWatcher final : public QObject {
   public:
     QuitWatcher() { QCoreApplication::instance()->installEventFilter(this); }
@@ -65,9 +70,10 @@ double uptimeSeconds() {
 }
 
 void schedule(std::function<void()> function) {
-    static ScheduledReceiver receiver; // lives in the thread of the first call: the main thread
-    QCoreApplication::postEvent(&receiver, new ScheduledEvent(std::move(function)), Qt::HighEventPriority);
+    QCoreApplication::postEvent(&receiver(), new ScheduledEvent(std::move(function)), Qt::HighEventPriority);
 }
+
+void runScheduled() { QCoreApplication::sendPostedEvents(&receiver(), scheduledType); }
 
 void runFor(double seconds) {
     const int milliseconds = static_cast<int>(std::ceil(std::fmax(seconds, 0) * 1000));

@@ -13,6 +13,10 @@ double uptimeSeconds();
 /// Runs the function on a later turn of the loop, ahead of painting and the like, in the order of the calls.
 void schedule(std::function<void()> function);
 
+/// Runs what has been scheduled so far, if any, instead of waiting for the loop's next turn to do so. Not for
+/// use inside a callback that scheduled something.
+void runScheduled();
+
 /// Runs the loop once: handles what is there, else waits for at most `seconds`. Returns as soon as anything
 /// was handled. A quit that is asked for meanwhile ends the loop that called, not the wait of a later call.
 void runFor(double seconds);

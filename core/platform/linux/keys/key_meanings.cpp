@@ -22,6 +22,17 @@ struct StateDeleter {
 };
 using StatePtr = std::unique_ptr<xkb_state, StateDeleter>;
 
+/// Where practically every keymap has them.
+XModifierMask usualBit(ModifierFamily family) {
+    switch (family) {
+    case ModifierFamily::shift: return shiftBit;
+    case ModifierFamily::control: return controlBit;
+    case ModifierFamily::option: return 0x08;  // Mod1
+    case ModifierFamily::command: return 0x40; // Mod4
+    }
+    return 0;
+}
+
 std::uint16_t positionOf(XKeyCode key) { return static_cast<std::uint16_t>(key - key_codes::x11Offset); }
 
 std::optional<ModifierKey> modifierByPosition(XKeyCode key) {
@@ -104,6 +115,8 @@ KeyMeanings::KeyMeanings() : lockBits_(capsLockBit) {
         modifiers_[key] = modifierByPosition(key);
         capsLocks_[key] = key_codes::virtualKeyCode(positionOf(key)) == capsLockKeyCode;
     }
+    for (const ModifierKey key : allModifierKeys)
+        modifierMasks_[static_cast<std::size_t>(key)] = {usualBit(family(key))};
 }
 
 KeyMeanings::KeyMeanings(xkb_keymap* keymap) {

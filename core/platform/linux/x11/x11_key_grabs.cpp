@@ -28,19 +28,20 @@ std::string describe(XKeyCode key) {
 
 void X11KeyGrabs::install(const ShortcutSet& shortcuts, const KeyMeanings& meanings,
                           const std::vector<MasterKeyboard>& masters) {
-    std::map<XKeyCode, Masks> wanted;
+    WantedKeys wanted;
     for (const ShortcutKey& shortcut : shortcuts)
         for (const KeyGrab& key : meanings.grabs(shortcut))
             wanted[key.keyCode].insert(key.masks.begin(), key.masks.end());
 
-    std::string contested;
-    if (wanted != wanted_ || masters != masters_) {
+    // Asked before anything is grabbed: a filter that is refused every two seconds must not touch the
+    // keyboard.
+    std::string contested = contestedKey(wanted);
+    if (contested.empty() && (wanted != wanted_ || masters != masters_)) {
         removeAll();
         wanted_ = std::move(wanted);
         masters_ = masters;
         contested = grabAll();
     }
-    if (contested.empty()) contested = contestedKey();
     if (contested.empty()) return;
     removeAll();
     throw std::runtime_error("another program has grabbed a shortcut's key combination (" + contested + ")");
@@ -69,7 +70,7 @@ void X11KeyGrabs::removeAll() {
     coveredKeys_.reset();
 }
 
-std::string X11KeyGrabs::contestedKey() {
+std::string X11KeyGrabs::contestedKey(const WantedKeys& wanted) {
     // XInput and core grabs of one combination live side by side without an error, so the question is put
     // with a core grab, which is refused if there is another one and taken back at once if not.
     struct Question {
@@ -78,12 +79,14 @@ std::string X11KeyGrabs::contestedKey() {
     };
     std::vector<Question> questions;
     auto* c = helper_.get();
-    for (const auto& [key, masks] : wanted_)
+    xcb_grab_server(c); // nobody shall be refused a key because of a question
+    for (const auto& [key, masks] : wanted)
         for (const XModifierMask mask : masks)
             questions.push_back({key, xcb_grab_key_checked(c, 0, helper_.root(), mask, key,
                                                            XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC)});
-    for (const auto& [key, masks] : wanted_)
+    for (const auto& [key, masks] : wanted)
         for (const XModifierMask mask : masks) xcb_ungrab_key(c, key, helper_.root(), mask);
+    xcb_ungrab_server(c);
 
     std::string contested;
     for (const Question& question : questions)

@@ -34,17 +34,18 @@ class X11KeyGrabs {
 
   private:
     using Masks = std::set<XModifierMask>;
+    using WantedKeys = std::map<XKeyCode, Masks>;
 
     /// The key of a combination that a client of the core protocol (most window managers) holds too, or an
     /// empty text. Which of the two would get it depends on who grabbed last.
-    std::string contestedKey();
+    std::string contestedKey(const WantedKeys& wanted);
     /// The key that could not be grabbed, or an empty text.
     std::string grabAll();
     bool grab(XKeyCode key, const Masks& masks, XDeviceId keyboard);
 
     X11Connection& connection_;
     X11Connection& helper_;
-    std::map<XKeyCode, Masks> wanted_;
+    WantedKeys wanted_;
     std::vector<MasterKeyboard> masters_;
     std::bitset<256> coveredKeys_;
 };

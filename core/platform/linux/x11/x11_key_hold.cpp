@@ -45,7 +45,10 @@ void X11KeyHold::remove(XKeyCode key) {
 
 void X11KeyHold::forget(XKeyCode key) {
     keys_.reset(key);
-    if (keys_.none()) release();
+    if (keys_.any()) return;
+    // Another key's event may be standing here, of which the key-up that got away knew nothing.
+    allow(*holder_, XCB_INPUT_EVENT_MODE_REPLAY_DEVICE);
+    release();
 }
 
 void X11KeyHold::next() { allow(*holder_, XCB_INPUT_EVENT_MODE_SYNC_DEVICE); }
@@ -66,7 +69,7 @@ void X11KeyHold::handOn() {
 
 void X11KeyHold::abandon() {
     keys_.reset();
-    holder_ = &primary_;
+    release();
 }
 
 void X11KeyHold::grabKeyboard(X11Connection& connection) {

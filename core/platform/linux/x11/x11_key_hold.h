@@ -40,11 +40,9 @@ class X11KeyHold {
     bool isActive() const { return keys_.any(); }
     bool contains(XKeyCode key) const { return keys_[key]; }
     bool isOn(XDeviceId keyboard) const { return master_.keyboard == keyboard; }
-    /// Did the hold's own grab bring this event, of the keyboard the hold is on? A passive grab that does so
-    /// shows that the hold is no more.
-    bool owns(const X11Connection& connection, xcb_window_t window) const {
-        return holder_ == &connection && window_ == window;
-    }
+    /// Events of the keyboard that the hold is on come on this connection. If one comes on the other, a
+    /// passive grab brought it, and the hold is no more.
+    bool isWith(const X11Connection& connection) const { return holder_ == &connection; }
     /// The events of the hold come on the helper connection.
     bool isWithHelper() const { return isActive() && holder_ == &helper_; }
 

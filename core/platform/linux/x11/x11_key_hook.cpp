@@ -58,8 +58,6 @@ void X11KeyHook::startFiltering(const ShortcutSet& shortcuts, Filter filter) {
     shortcuts_ = shortcuts;
     installGrabs();
     filter_ = std::move(filter);
-    // Waiting for the server's answers may have read events along; nothing else would look at them.
-    QMetaObject::invokeMethod(&refreshTimer_, [this] { dispatch(); }, Qt::QueuedConnection);
 }
 
 void X11KeyHook::setShortcuts(const ShortcutSet& shortcuts) {
@@ -71,7 +69,6 @@ void X11KeyHook::setShortcuts(const ShortcutSet& shortcuts) {
         filter_ = nullptr;
         throw;
     }
-    QMetaObject::invokeMethod(&refreshTimer_, [this] { dispatch(); }, Qt::QueuedConnection);
 }
 
 void X11KeyHook::stopFiltering() {
@@ -111,7 +108,8 @@ void X11KeyHook::open() {
     held_.rebuild(x11_input_devices::pressedKeys(session_->primary),
                   [this](XKeyCode key) { return meaning(key); });
     held_.setCapsLock(x11_input_devices::isCapsLockOn(session_->primary));
-    QMetaObject::invokeMethod(&refreshTimer_, [this] { dispatch(); }, Qt::QueuedConnection);
+    dispatchSoon();
+    refreshLater(); // a keymap or a keyboard that changed meanwhile
 }
 
 void X11KeyHook::closeIfUnused() {
@@ -145,6 +143,7 @@ void X11KeyHook::dispatch() {
         lose();
     else
         closeIfUnused();
+    if (onDispatched) onDispatched();
 }
 
 void X11KeyHook::dispatchFor(double seconds) {
@@ -274,7 +273,16 @@ void X11KeyHook::settleFrontBarrier() {
     pending_.settle(barrier.upTo, [this](const X11PendingKey& key) { onUngrabbed(key); });
 }
 
-void X11KeyHook::installGrabs() { session_->grabs.install(shortcuts_, meanings_, session_->masters); }
+/// Whoever waited for the server's answers may have read events along, of which the descriptors will not
+/// tell.
+void X11KeyHook::dispatchSoon() {
+    QMetaObject::invokeMethod(&refreshTimer_, [this] { dispatch(); }, Qt::QueuedConnection);
+}
+
+void X11KeyHook::installGrabs() {
+    dispatchSoon();
+    session_->grabs.install(shortcuts_, meanings_, session_->masters);
+}
 
 void X11KeyHook::refreshLater() {
     if (!refreshTimer_.isActive()) refreshTimer_.start(refreshDelay);
@@ -303,7 +311,9 @@ void X11KeyHook::resynchronise() {
     const auto pressed = x11_input_devices::pressedKeys(session_->primary);
     // Keys that moved meanwhile make the answer stale; someone is typing, so try when it is quiet.
     if (const auto event = session_->primary.nextQueuedEvent()) {
+        isDispatching_ = true;
         handlePrimary(*event);
+        isDispatching_ = false;
         refreshLater();
         return dispatch();
     }

@@ -74,6 +74,8 @@ class X11KeyHook {
     /// Is the key of the Linux code, or any of the eight modifiers, down?
     bool isBusy(std::uint16_t linuxCode) const;
 
+    /// After each batch of events: what the listener and the filter have put off can be done now.
+    std::function<void()> onDispatched;
     /// A connection broke; the hook is closed already.
     std::function<void()> onLost;
     /// The combinations cannot be filtered any more (another program took one); the filter is off already.
@@ -101,6 +103,7 @@ class X11KeyHook {
     bool settleAnsweredBarrier();
     void settleFrontBarrier();
     void installGrabs();
+    void dispatchSoon();
     void refreshKeyboard();
     void refreshLater();
 
@@ -113,6 +116,7 @@ class X11KeyHook {
     void onGrabbedRelease(X11Connection& connection, const xcb_input_key_release_event_t& event,
                           const std::optional<X11PendingKey>& raw);
     void onUngrabbed(const X11PendingKey& raw);
+    bool isSwallowed(const X11PendingKey& raw) const;
     bool ask(ShortcutInput::Kind kind, XKeyCode key, const std::optional<X11PendingKey>& raw, bool isRepeat);
     void listen(const std::optional<RawEvent>& event);
     KeyMeaning meaning(XKeyCode key) const { return {meanings_.modifier(key), meanings_.isCapsLock(key)}; }

@@ -20,14 +20,18 @@ bool isKey(std::uint32_t detail) { return detail >= firstKeyCode && detail < Hel
 void X11KeyHook::onRawKey(const xcb_input_raw_key_press_event_t& event, bool press) {
     if (!isKey(event.detail)) return;
     const auto key = static_cast<XKeyCode>(event.detail);
-    X11PendingKey raw{.key = key, .press = press, .time = event.time, .flagsBefore = held_.flags()};
+    X11PendingKey raw{.key = key,
+                      .press = press,
+                      .keyboard = event.deviceid,
+                      .time = event.time,
+                      .flagsBefore = held_.flags()};
     raw.synthetic = ownPosts_.recognise(event.full_sequence, key, press);
     raw.event = press ? held_.press(key, meaning(key)) : held_.release(key, meaning(key));
     if (raw.event) {
         raw.event->timestamp = clock_();
         raw.event->synthetic = raw.synthetic;
     }
-    raw.mayBeGrabbed = session_->hold.contains(key) || (press && session_->grabs.covers(key));
+    raw.mayBeGrabbed = isSwallowed(raw) || (press && session_->grabs.covers(key));
 
     if (!raw.mayBeGrabbed && pending_.empty()) return listen(raw.event);
     pending_.push(raw);
@@ -48,7 +52,7 @@ void X11KeyHook::onGrabbedKey(X11Connection& connection, const xcb_input_key_pre
     const auto raw =
         pending_.take(key, press, event.time, [this](const X11PendingKey& earlier) { onUngrabbed(earlier); });
     if (session_->hold.isActive() && session_->hold.isOn(event.deviceid) &&
-        !session_->hold.owns(connection, event.event))
+        !session_->hold.isWith(connection))
         session_->hold.abandon();
     if (press)
         onGrabbedPress(connection, event, raw);
@@ -63,16 +67,18 @@ void X11KeyHook::onGrabbedPress(X11Connection& connection, const xcb_input_key_p
     X11KeyHold& hold = session_->hold;
     const auto key = static_cast<XKeyCode>(event.detail);
     const bool isRepeat = (event.flags & XCB_INPUT_KEY_EVENT_FLAGS_KEY_REPEAT) != 0;
-    if (hold.contains(key)) {
+    const bool isHeldKeyboard = hold.isActive() && hold.isOn(event.deviceid);
+    if (isHeldKeyboard && hold.contains(key)) {
         ask(ShortcutInput::Kind::keyDown, key, raw, true);
         return hold.next();
     }
-    const bool isOtherKeyboard = hold.isActive() && !hold.isOn(event.deviceid);
-    if (!isOtherKeyboard && ask(ShortcutInput::Kind::keyDown, key, raw, isRepeat)) {
+    // One keyboard can be held at a time; what a second one presses meanwhile passes.
+    const bool mayHold = isHeldKeyboard || !hold.isActive();
+    if (mayHold && ask(ShortcutInput::Kind::keyDown, key, raw, isRepeat)) {
         if (hold.isActive()) return hold.add(key);
         return hold.begin(session_->master(event.deviceid), key);
     }
-    if (hold.isActive() && !isOtherKeyboard) {
+    if (isHeldKeyboard) {
         hold.handOn();
     } else {
         xcb_input_xi_allow_events(connection.get(), XCB_CURRENT_TIME, event.deviceid,
@@ -86,7 +92,8 @@ void X11KeyHook::onGrabbedRelease(X11Connection& connection, const xcb_input_key
                                   const std::optional<X11PendingKey>& raw) {
     X11KeyHold& hold = session_->hold;
     const auto key = static_cast<XKeyCode>(event.detail);
-    if (hold.contains(key)) {
+    const bool isHeldKeyboard = hold.isActive() && hold.isOn(event.deviceid);
+    if (isHeldKeyboard && hold.contains(key)) {
         // The application never saw the key go down, so it never sees it come up, even if the engine has
         // forgotten the key meanwhile. Then the listener is told, which has not heard of it either way.
         const bool consumed = ask(ShortcutInput::Kind::keyUp, key, raw, false);
@@ -94,20 +101,21 @@ void X11KeyHook::onGrabbedRelease(X11Connection& connection, const xcb_input_key
         if (!consumed && raw) listen(raw->event);
         return;
     }
-    if (hold.isActive()) {
+    if (isHeldKeyboard) {
         hold.handOn();
     } else {
         // Left over from a grab that ended. The keyboard must not stand still for it, nor may the answer
         // reach a grab that came later, so it bears the time of the event.
         xcb_input_xi_allow_events(connection.get(), event.time, event.deviceid,
                                   XCB_INPUT_EVENT_MODE_ASYNC_DEVICE, 0, 0);
+        xcb_input_xi_ungrab_device(connection.get(), event.time, event.deviceid);
         connection.flush();
     }
     if (raw) listen(raw->event);
 }
 
 void X11KeyHook::onUngrabbed(const X11PendingKey& raw) {
-    if (raw.mayBeGrabbed && session_->hold.contains(raw.key) && !raw.press) {
+    if (raw.mayBeGrabbed && isSwallowed(raw) && !raw.press) {
         // Someone took the keyboard away while the key was held.
         ask(ShortcutInput::Kind::keyUp, raw.key, raw, false);
         session_->hold.forget(raw.key);
@@ -120,20 +128,27 @@ void X11KeyHook::onUngrabbed(const X11PendingKey& raw) {
     listen(raw.event);
 }
 
+bool X11KeyHook::isSwallowed(const X11PendingKey& raw) const {
+    return session_->hold.contains(raw.key) && session_->hold.isOn(raw.keyboard);
+}
+
 bool X11KeyHook::ask(ShortcutInput::Kind kind, XKeyCode key, const std::optional<X11PendingKey>& raw,
                      bool isRepeat) {
-    if (!filter_) return false;
+    // A copy, because the engine may stop the filter in reply.
+    const auto filter = filter_;
+    if (!filter) return false;
     const std::uint64_t flags = raw ? raw->flagsBefore : held_.flags();
     const bool synthetic = raw && raw->synthetic;
-    return filter_({.kind = kind,
-                    .keyCode = virtualKeyCode(key),
-                    .flags = flags,
-                    .isRepeat = isRepeat,
-                    .synthetic = synthetic});
+    return filter({.kind = kind,
+                   .keyCode = virtualKeyCode(key),
+                   .flags = flags,
+                   .isRepeat = isRepeat,
+                   .synthetic = synthetic});
 }
 
 void X11KeyHook::listen(const std::optional<RawEvent>& event) {
-    if (event && listener_) listener_(*event);
+    if (!event) return;
+    if (const auto listener = listener_) listener(*event);
 }
 
 } // namespace hopsel

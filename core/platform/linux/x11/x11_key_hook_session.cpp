@@ -34,8 +34,8 @@ X11KeyHookSession::X11KeyHookSession(const std::function<void()>& dispatch)
     x11_input_devices::requireXInput2(helper);
     xkbFirstEvent = x11_input_devices::requireXkb(primary);
     hasXTest = x11_input_devices::hasXTest(primary);
-    masters = x11_input_devices::masterKeyboards(primary);
     selectEvents();
+    masters = x11_input_devices::masterKeyboards(primary);
     primaryNotifier_ = watch(primary, dispatch);
     helperNotifier_ = watch(helper, dispatch);
 }

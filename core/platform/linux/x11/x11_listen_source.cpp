@@ -10,7 +10,9 @@ void X11ListenSource::start() {
         hook_->startListening([this](const RawEvent& event) {
             if (onEvent) onEvent(event);
         });
+        failure_.clear();
     } catch (const std::runtime_error& error) {
+        failure_ = error.what();
         throw TapFailure(TapFailure::Kind::creationFailed, error.what());
     }
     isStarted_ = true;

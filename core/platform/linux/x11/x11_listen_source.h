@@ -17,10 +17,14 @@ class X11ListenSource final : public EventSource {
     void start() override;
     void stop() override { stopListening(); }
 
+    /// Why the last start failed, in words for the user; empty after one that did not.
+    const std::string& failure() const { return failure_; }
+
   private:
     void stopListening();
 
     std::shared_ptr<X11KeyHook> hook_;
+    std::string failure_;
     bool isStarted_ = false;
 };
 

@@ -16,8 +16,9 @@ namespace hopsel {
 struct X11PendingKey {
     XKeyCode key = 0;
     bool press = false;
-    std::uint32_t time = 0; ///< server time; the grab event of the same key event has the same
-    bool synthetic = false; ///< our own post
+    std::uint16_t keyboard = 0; ///< the master keyboard's device id
+    std::uint32_t time = 0;     ///< server time; the grab event of the same key event has the same
+    bool synthetic = false;     ///< our own post
     std::uint64_t flagsBefore = 0;
     bool mayBeGrabbed = false;       ///< a grab event may follow
     std::optional<RawEvent> event{}; ///< what to listen to; nothing if the engine need not know
