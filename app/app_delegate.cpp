@@ -83,7 +83,7 @@ std::filesystem::path AppDelegate::configURL(const FileStorage& storage) {
 
 void AppDelegate::buildEngine() {
     hook_ = std::make_shared<X11KeyHook>(uptimeSeconds);
-    hook_->onDispatched = runScheduled;
+    hook_->onHandled = runScheduled;
     listenSource_ = std::make_shared<X11ListenSource>(hook_);
     sources_ = std::make_shared<XkbInputSources>();
     engine_ = EngineCoordinator::create({

@@ -133,17 +133,21 @@ void X11KeyHook::lose() {
 }
 
 void X11KeyHook::dispatch() {
-    if (!session_ || isDispatching_) return;
-    isDispatching_ = true;
-    while (!session_->isLost() && step()) {
+    if (isDispatching_) return;
+    while (session_ && !session_->isLost()) {
+        isDispatching_ = true;
+        const bool handledOne = step();
+        isDispatching_ = false;
+        if (!handledOne) break;
+        // Between two events what was put off may run, even the event loop, which may call this again.
+        if (onHandled) onHandled();
     }
+    if (!session_) return;
     session_->flush();
-    isDispatching_ = false;
     if (session_->isLost())
         lose();
     else
         closeIfUnused();
-    if (onDispatched) onDispatched();
 }
 
 void X11KeyHook::dispatchFor(double seconds) {

@@ -16,6 +16,8 @@ constexpr auto sourcesQuiet = 30ms, sourcesAtMost = 300ms;
 // Programs that type for the user flip the group for a few microseconds.
 constexpr auto selectedQuiet = 3ms, selectedAtMost = 30ms;
 
+constexpr auto confirmationAtMost = 1ms;
+
 constexpr const char* sourceType = "XKBGroup";
 
 } // namespace
@@ -91,7 +93,11 @@ SelectResult XkbInputSources::select(const std::string& id) {
                                     [&id](const XkbGroup& candidate) { return candidate.id == id; });
     if (group == groups_.end()) return select_result::NotFound{};
     if (!group->isLockable) return select_result::Failed{platform_error::groupNotLockable};
+    const bool isChange = server_->lockedGroup() != group->index;
     server_->lockGroup(group->index);
+    // The server's word is here in some 20 µs. Waiting that moment saves a turn of the event loop, in which
+    // the next key would have to wait.
+    if (isChange) server_->waitForNews(confirmationAtMost);
     if (isLost()) {
         noteLoss();
         return select_result::Failed{platform_error::connectionLost};

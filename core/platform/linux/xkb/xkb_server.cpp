@@ -5,6 +5,7 @@
 
 #include <QString>
 #include <algorithm>
+#include <poll.h>
 #include <string_view>
 
 namespace hopsel {
@@ -101,6 +102,11 @@ void XkbServer::lockGroup(int index) {
     xcb_xkb_latch_lock_state(connection_.get(), XCB_XKB_ID_USE_CORE_KBD, 0, 0, 1,
                              static_cast<std::uint8_t>(index), 0, 0, 0);
     connection_.flush();
+}
+
+void XkbServer::waitForNews(std::chrono::milliseconds atMost) const {
+    pollfd socket{.fd = fileDescriptor(), .events = POLLIN, .revents = 0};
+    poll(&socket, 1, static_cast<int>(atMost.count()));
 }
 
 XkbServer::News XkbServer::takeEvents() {

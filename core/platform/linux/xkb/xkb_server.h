@@ -7,6 +7,7 @@
 #include "core/platform/linux/x11/x11_connection.h"
 #include "core/platform/linux/xkb/xkb_groups.h"
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -33,6 +34,8 @@ class XkbServer {
     /// Sends the request and does not wait for it to be carried out.
     void lockGroup(int index);
 
+    /// Waits until something has arrived, or for so long.
+    void waitForNews(std::chrono::milliseconds atMost) const;
     /// Takes in what has arrived. Never waits.
     News takeEvents();
 
