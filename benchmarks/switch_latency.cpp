@@ -9,8 +9,8 @@ namespace hopsel::bench {
 namespace {
 
 // Many short rounds: a program can be lucky or unlucky with its processor for as long as it runs.
-constexpr int rounds = 20;
-constexpr int samplesPerRound = 50;
+constexpr int rounds = 30;
+constexpr int samplesPerRound = 100;
 
 struct Contestant {
     Switcher switcher;
