@@ -1,4 +1,5 @@
-# Sourced by ./run, ./test and ./bench: makes sure that Debian packages are installed.
+# Sourced by ./run, ./test and ./bench: makes sure that Debian packages are installed. Debian 12, Ubuntu 24.04 or
+# later have them new enough.
 #
 # On Debian and its relatives what is missing is installed with apt, through sudo when the user is not root. On
 # other systems the packages are named, and it is up to the user.
@@ -7,23 +8,32 @@ packages_to_build="cmake ninja-build g++ pkg-config qt6-base-dev libxcb1-dev lib
   libxcb-xkb-dev libxkbcommon-dev libxkbcommon-x11-dev libxkbregistry-dev libsystemd-dev nlohmann-json3-dev xkb-data"
 packages_to_play="xvfb openbox x11-xkb-utils xkb-data"
 packages_to_test="libgtest-dev libgmock-dev clang libclang-rt-dev xauth"
-packages_to_check="clang-format-19 clang-tidy-19"
+packages_to_check="git clang-format-19 clang-tidy-19"
 packages_to_bench="libbenchmark-dev xcape"
 
 is_installed() { dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null | grep -qx installed; }
 
 as_root() { if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi; }
 
+name_packages() {
+    echo "$1 Please see to it that what these Debian packages hold is installed:" >&2
+    shift
+    printf '  %s\n' "$@" >&2
+}
+
 # need_packages <name>...
 need_packages() {
     if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
-        echo "This system has no apt. Please see to it that what these Debian packages hold is installed:" >&2
-        printf '  %s\n' "$@" >&2
+        name_packages "This system has no apt." "$@"
         return 0
     fi
     local missing=() name
     for name in "$@"; do is_installed "$name" || missing+=("$name"); done
     [ ${#missing[@]} -eq 0 ] && return 0
+    if [ "$(id -u)" -ne 0 ] && ! command -v sudo >/dev/null; then
+        name_packages "There is no sudo to install with." "${missing[@]}"
+        return 1
+    fi
     echo "Installing ${missing[*]}" >&2
     as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends "${missing[@]}" >/dev/null 2>&1 ||
         { as_root apt-get update >/dev/null &&

@@ -9,7 +9,6 @@
 
 using namespace hopsel;
 using namespace hopsel::test;
-using testing::ElementsAre;
 
 namespace {
 

@@ -170,7 +170,9 @@ void PosixFileStorage::writeAtomically(const fs::path& file, std::string_view by
         retrying([&] { return ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666); }));
     if (!output.isOpen()) fail(target);
     FileInProgress inProgress(temporary);
-    if (isReplaced && ::fchmod(output.get(), old.st_mode & 0777U) != 0) fail(target);
+    // A file system without modes (a memory stick) refuses this, and has nothing to keep either.
+    if (isReplaced && ::fchmod(output.get(), old.st_mode & 0777U) != 0 && errno != EPERM && errno != ENOTSUP)
+        fail(target);
     writeAll(output.get(), bytes, target);
     flush(output.get(), target); // before the new name, or a crash could leave the name on an empty file
     if (::rename(temporary.c_str(), target.c_str()) != 0) fail(target);
