@@ -19,8 +19,10 @@ struct Contestant {
 
 void playRound(Contestant& contestant) {
     const Running program = contestant.switcher.start();
+    TriggerKey().tapUntilSwitched();
+    // The server tells those first who asked last. Who asks last here hears of the switch when it is made,
+    // not after the program that made it has been told, and has perhaps taken the processor.
     TriggerKey trigger;
-    trigger.tapUntilSwitched();
     for (int i = 0; i < samplesPerRound; ++i) contestant.samples.add(trigger.unhurriedTap() * 1000);
 }
 

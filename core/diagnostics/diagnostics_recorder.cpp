@@ -21,7 +21,7 @@ void DiagnosticsRecorder::record(DiagnosticKind kind, double time) {
 }
 
 void DiagnosticsRecorder::changed() const {
-    if (onChange) onChange();
+    if (const std::function<void()> listener = onChange) listener(); // a copy: it may replace itself
 }
 
 } // namespace hopsel

@@ -53,6 +53,9 @@ class DiagnosticsRecorder {
     /// Does nothing while not recording; drops the oldest entries beyond the capacity; `onChange`.
     void record(DiagnosticKind kind, double time);
 
+    /// Called synchronously, also while the platform waits for the answer to a key: it must be quick and must
+    /// not call the engine. It may replace itself.
+    /// Called at once, also from inside key callbacks: it must be quick and must not call the engine.
     std::function<void()> onChange;
 
   private:

@@ -28,7 +28,9 @@ class EngineControlling {
     virtual ShortcutStatus shortcutStatus() const = 0;
     /// The one observer of engine events, called synchronously; an empty function takes it away.
     virtual void setOnEvent(EventObserver observer) = 0;
+    /// True also past the deadline, until the next event or a cancel notices it.
     virtual bool isCapturing() const = 0;
+    /// The recorder that is told of keys and engine events; null for none.
     virtual std::shared_ptr<DiagnosticsRecorder> diagnostics() const = 0;
     virtual void setDiagnostics(std::shared_ptr<DiagnosticsRecorder> recorder) = 0;
     /// The kind of the application in front, if it shows another computer.
@@ -36,14 +38,24 @@ class EngineControlling {
     virtual void setFrontmostRemoteKind(std::optional<remote_apps::Kind> kind) = 0;
     virtual ShortcutKey guestKey() const = 0;
     virtual void setGuestKey(ShortcutKey key) = 0;
+    /// Does not fail: the outcome is the state, running or degraded. Does nothing while running; called again
+    /// while degraded, it is the retry.
     virtual void start() = 0;
+    /// Resets, also when stopped already. An open capture ends, its handler uncalled.
     virtual void stop() = 0;
+    /// Takes the rules and the list of sources, and resets. Allowed while stopped.
     virtual void apply(const Config& config) = 0;
+    /// Reads again which sources can be selected; called when the platform's set of them changed.
     virtual void refreshSources() = 0;
+    /// Starts the filtering source again if it is unavailable.
     virtual void retryShortcutIfNeeded() = 0;
+    /// Resets, in every state: any of these events may have lost a key-up.
     virtual void handle(SystemEvent event) = 0;
-    /// The next tapped modifier goes to the handler instead of firing rules, for 15 seconds at most.
+    /// The next tapped modifier goes to the handler instead of firing rules, for 15 seconds at most. Drops
+    /// the switches that wait, and the handler of an earlier capture, uncalled. The handler is called once at
+    /// most and may begin the next capture.
     virtual void beginTriggerCapture(CaptureHandler handler) = 0;
+    /// Ends the capture, its handler uncalled; does nothing when there is none.
     virtual void cancelTriggerCapture() = 0;
 };
 

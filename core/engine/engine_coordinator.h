@@ -3,7 +3,8 @@
 // One instance per process, owned by start-up, main thread only, no locks. It reaches the platform only
 // through the interfaces, the clock and the scheduler handed to it, so the whole engine runs without the
 // platform. The callbacks it installs in its sources hold it weakly. Re-entrancy is expected: while a switch
-// is verified the event loop runs, and events that arrive then only append to the queue.
+// is verified or a guest key is sent the event loop runs. Triggers that complete then only append to the
+// queue; everything else takes effect at once, also an `apply`, a reset or a stop.
 //
 // The class is written in three files: engine_pipeline.cpp (events in, decisions), engine_lifecycle.cpp
 // (states, recovery, rules) and engine_switching.cpp (the queue, and the switch itself).
@@ -35,19 +36,20 @@ class EngineCoordinator final : public EngineControlling,
     /// Runs the given function on a later turn of the main loop.
     using Scheduler = std::function<void(std::function<void()>)>;
 
-    /// What the engine is built from. `shortcutSource` and `guestKeySender` may be absent.
+    /// What the engine is built from. All are required but `shortcutSource`, without which there are no
+    /// shortcuts, and `guestKeySender`, without which no guest gets the guest key.
     struct Parts {
         std::shared_ptr<EventSource> source;
         std::shared_ptr<ShortcutSource> shortcutSource;
         std::shared_ptr<InputSourceService> service;
         std::shared_ptr<SecureInputProviding> secureInput;
         std::shared_ptr<GuestKeySending> guestKeySender;
-        double tapMax = 0.5; ///< seconds
+        double tapMax = 0.5; ///< the longest press that is a tap, in seconds
         Clock clock;
         Scheduler schedule;
     };
 
-    static constexpr double captureTimeout = 15.0;
+    static constexpr double captureTimeout = 15.0; ///< seconds
 
     /// Starts nothing: the engine is stopped until `start`.
     static std::shared_ptr<EngineCoordinator> create(Parts parts);
@@ -68,8 +70,10 @@ class EngineCoordinator final : public EngineControlling,
     bool isRemoteAppFrontmost() const { return frontmostRemoteKind_.has_value(); }
     /// True keeps the kind that is set, or makes it a remote screen; false clears it.
     void setRemoteAppFrontmost(bool remote);
+    /// Off: guest systems are left alone like remote screens.
     bool guestKeyEnabled() const { return guestKeyEnabled_; }
     void setGuestKeyEnabled(bool enabled) { guestKeyEnabled_ = enabled; }
+    /// Off: rules switch locally whatever application is in front, and no guest key is sent.
     bool skipsLocalSwitchInRemoteApps() const { return skipsLocalSwitchInRemoteApps_; }
     void setSkipsLocalSwitchInRemoteApps(bool skips) { skipsLocalSwitchInRemoteApps_ = skips; }
 
@@ -85,6 +89,9 @@ class EngineCoordinator final : public EngineControlling,
     void cancelTriggerCapture() override;
 
   private:
+    /// What the application in front leaves of a trigger.
+    enum class RemoteGate { switchesLocally, sendsGuestKey, standsAside };
+
     explicit EngineCoordinator(Parts parts);
     void connectSources();
 
@@ -95,7 +102,8 @@ class EngineCoordinator final : public EngineControlling,
     bool noteSecureInput(const KeyEventKind& kind);
     void act(const Decision& decision, const KeyEvent& event);
     void recordKey(const KeyEvent& event, KeyVerdict verdict);
-    void refeed(const ShortcutInput& input);
+    void swallow(const ShortcutInput& input, KeyVerdict verdict);
+    void refeed(RawEventType type, std::uint64_t flags);
 
     // engine_lifecycle.cpp
     void setState(EngineState state);
@@ -111,7 +119,8 @@ class EngineCoordinator final : public EngineControlling,
     void enqueue(const Rule& rule);
     void drain();
     void perform(const Rule& rule);
-    void performInRemoteApp(const Rule& rule, remote_apps::Kind kind);
+    RemoteGate remoteGate() const;
+    void sendGuestKey(const Rule& rule);
 
     EngineState state_ = engine_state::Stopped{};
     ShortcutStatus shortcutStatus_ = ShortcutStatus::notNeeded;

@@ -2,6 +2,7 @@
 #include "core/engine/engine_coordinator.h"
 
 #include <exception>
+#include <utility>
 
 namespace hopsel {
 
@@ -86,8 +87,10 @@ void EngineCoordinator::start() {
 
 void EngineCoordinator::stop() {
     source_->stop();
-    captureHandler_ = nullptr;
+    // What the handler holds goes when this returns: its destructor may call the engine.
+    const CaptureHandler dropped = std::exchange(captureHandler_, nullptr);
     reset(ResetReason::stopped);
+    source_->stop(); // an observer of the reset may have started a degraded engine
     setState(engine_state::Stopped{});
     syncShortcutSource();
 }
@@ -177,6 +180,7 @@ void EngineCoordinator::listenTapDisabled(bool reenabled) {
     }
     source_->stop();
     reset(ResetReason::tapDisabled);
+    if (!isRunning()) return; // an observer of the reset stopped the engine
     setState(engine_state::Degraded{DegradedReason::tapDisabled});
     syncShortcutSource();
 }

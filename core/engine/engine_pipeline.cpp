@@ -1,6 +1,7 @@
-// Events in, decisions out. Everything here runs while the platform waits for the answer to a key: no switch,
-// no waiting, and no allocation for an event that triggers nothing.
+// Events in, decisions out. All but beginning and cancelling a capture runs while the platform waits for the
+// answer to a key: no switch, no waiting, and no allocation for an event that triggers nothing.
 #include "core/engine/engine_coordinator.h"
+#include "core/engine/while_true.h"
 
 #include <utility>
 
@@ -19,7 +20,7 @@ void EngineCoordinator::process(const RawEvent& raw) {
 // ordinary one.
 bool EngineCoordinator::captureEvent(const KeyEvent& event) {
     if (captureDeadline_ < clock_()) {
-        captureHandler_ = nullptr;
+        const CaptureHandler expired = std::exchange(captureHandler_, nullptr);
         machine_.reset();
         return false;
     }
@@ -30,7 +31,7 @@ bool EngineCoordinator::captureEvent(const KeyEvent& event) {
         const CaptureHandler handler = std::exchange(captureHandler_, nullptr);
         normalizer_.reset();
         machine_.reset();
-        handler(tap->key);
+        if (handler) handler(tap->key); // the recorder's listener may have cancelled
     }
     return true;
 }
@@ -79,18 +80,10 @@ void EngineCoordinator::recordKey(const KeyEvent& event, KeyVerdict verdict) {
 bool EngineCoordinator::processShortcut(const ShortcutInput& input) {
     if (!isRunning() || shortcutStatus_ != ShortcutStatus::running) return false;
     if (captureHandler_ || input.synthetic) return false;
-    if (frontmostRemoteKind_ && skipsLocalSwitchInRemoteApps_) {
-        // A guest gets the guest key instead; a remote screen has the combination for itself.
-        if (frontmostRemoteKind_ != remote_apps::Kind::guestOS || !guestKeyEnabled_) return false;
-    }
+    if (remoteGate() == RemoteGate::standsAside) return false;
     const ShortcutDecision decision = shortcutMatcher_.handle(input);
     if (decision.consume) {
-        const bool isDown = input.kind == ShortcutInput::Kind::keyDown;
-        const KeyEventKind kind =
-            isDown ? KeyEventKind{key_event_kind::KeyDown{}} : KeyEventKind{key_event_kind::KeyUp{}};
-        recordKey({kind, heldModifiers(input.flags), 0},
-                  decision.fire ? KeyVerdict::shortcutFired : KeyVerdict::shortcutConsumed);
-        refeed(input);
+        swallow(input, decision.fire ? KeyVerdict::shortcutFired : KeyVerdict::shortcutConsumed);
     }
     if (decision.fire) {
         const auto rule = shortcutRules_.find(*decision.fire);
@@ -99,17 +92,22 @@ bool EngineCoordinator::processShortcut(const ShortcutInput& input) {
     return decision.consume;
 }
 
+void EngineCoordinator::swallow(const ShortcutInput& input, KeyVerdict verdict) {
+    const ModifierSet held = heldModifiers(input.flags);
+    if (input.kind == ShortcutInput::Kind::keyDown) {
+        recordKey({key_event_kind::KeyDown{}, held, 0}, verdict);
+        refeed(RawEventType::keyDown, input.flags);
+    } else {
+        recordKey({key_event_kind::KeyUp{}, held, 0}, verdict);
+        refeed(RawEventType::keyUp, input.flags);
+    }
+}
+
 // The listening source never sees a swallowed event. Without it the Shift of a swallowed Shift+Space would
 // come up as a tap of Shift alone.
-void EngineCoordinator::refeed(const ShortcutInput& input) {
-    const bool isDown = input.kind == ShortcutInput::Kind::keyDown;
-    RawEvent raw;
-    raw.type = isDown ? RawEventType::keyDown : RawEventType::keyUp;
-    raw.flags = input.flags;
-    raw.timestamp = clock_();
-    isRefeeding_ = true;
-    process(raw);
-    isRefeeding_ = false;
+void EngineCoordinator::refeed(RawEventType type, std::uint64_t flags) {
+    const WhileTrue refeeding(isRefeeding_);
+    process({type, 0, flags, clock_(), false});
 }
 
 void EngineCoordinator::beginTriggerCapture(CaptureHandler handler) {
@@ -117,7 +115,7 @@ void EngineCoordinator::beginTriggerCapture(CaptureHandler handler) {
 }
 
 void EngineCoordinator::beginTriggerCapture(double timeout, CaptureHandler handler) {
-    captureHandler_ = std::move(handler);
+    const CaptureHandler replaced = std::exchange(captureHandler_, std::move(handler));
     captureDeadline_ = clock_() + timeout;
     captureMachine_.reset();
     normalizer_.reset();
@@ -125,8 +123,9 @@ void EngineCoordinator::beginTriggerCapture(double timeout, CaptureHandler handl
 }
 
 void EngineCoordinator::cancelTriggerCapture() {
-    if (!captureHandler_) return;
-    captureHandler_ = nullptr;
+    // What a dropped handler holds goes last, here as above: its destructor may call back.
+    const CaptureHandler cancelled = std::exchange(captureHandler_, nullptr);
+    if (!cancelled) return;
     normalizer_.reset();
     machine_.reset();
 }

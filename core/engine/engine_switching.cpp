@@ -1,6 +1,7 @@
 // The queue, and the switch itself: what happens on a later turn of the main loop, outside every key
 // callback.
 #include "core/engine/engine_coordinator.h"
+#include "core/engine/while_true.h"
 
 namespace hopsel {
 
@@ -17,19 +18,27 @@ void EngineCoordinator::enqueue(const Rule& rule) {
 
 // A perform may run the event loop; rules that are triggered meanwhile are taken by this same loop.
 void EngineCoordinator::drain() {
+    const WhileTrue draining(isDraining_);
     while (!queue_.empty()) {
         const Rule rule = std::move(queue_.front());
         queue_.pop_front();
         perform(rule);
     }
-    isDraining_ = false;
+}
+
+EngineCoordinator::RemoteGate EngineCoordinator::remoteGate() const {
+    if (!frontmostRemoteKind_ || !skipsLocalSwitchInRemoteApps_) return RemoteGate::switchesLocally;
+    // A guest gets the guest key instead; a remote screen has every key for itself.
+    const bool isGuest = frontmostRemoteKind_ == remote_apps::Kind::guestOS;
+    return isGuest && guestKeyEnabled_ ? RemoteGate::sendsGuestKey : RemoteGate::standsAside;
 }
 
 void EngineCoordinator::perform(const Rule& rule) {
     if (!isRunning()) return;
-    if (frontmostRemoteKind_ && skipsLocalSwitchInRemoteApps_) {
-        performInRemoteApp(rule, *frontmostRemoteKind_);
-        return;
+    switch (remoteGate()) {
+    case RemoteGate::switchesLocally: break;
+    case RemoteGate::sendsGuestKey: sendGuestKey(rule); return;
+    case RemoteGate::standsAside: emit(engine_event::RuleSkipped{rule.id, skip_reason::RemoteApp{}}); return;
     }
     const auto& toggle = std::get<action::Toggle>(rule.action);
     const std::string& sourceA = toggle.sourceA.sourceId;
@@ -56,11 +65,10 @@ void EngineCoordinator::perform(const Rule& rule) {
     emit(engine_event::Switched{rule.id, from, target, outcome.verified, outcome.latencyMs});
 }
 
-void EngineCoordinator::performInRemoteApp(const Rule& rule, remote_apps::Kind kind) {
-    if (kind != remote_apps::Kind::guestOS || !guestKeyEnabled_) {
-        emit(engine_event::RuleSkipped{rule.id, skip_reason::RemoteApp{}});
-    } else if (guestKeySender_ && guestKeySender_->send(guestKey_)) {
-        emit(engine_event::GuestKeySent{rule.id, guestKey_});
+void EngineCoordinator::sendGuestKey(const Rule& rule) {
+    const ShortcutKey key = guestKey_; // events that arrive during the sending may set another
+    if (guestKeySender_ && guestKeySender_->send(key)) {
+        emit(engine_event::GuestKeySent{rule.id, key});
     } else {
         emit(engine_event::RuleSkipped{rule.id, skip_reason::GuestKeyUnavailable{}});
     }

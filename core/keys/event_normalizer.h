@@ -3,7 +3,9 @@
 //
 // Owned by the engine, one instance, main thread. Its only state is the set of held modifiers, which every
 // event repairs from its own flags: a release that was lost (tap disabled, sleep, a password prompt of
-// another program) costs at most a missed tap, never a key that stays down for ever.
+// another program) costs at most a missed tap, never a key that stays down for ever. That works only as far
+// as the flags know better than the events: a source that builds them from its own stream of events must
+// repair them itself, by asking the system which keys are down after every gap.
 #pragma once
 
 #include "core/keys/key_event.h"
@@ -21,6 +23,7 @@ class EventNormalizer {
     /// Forgets every held key.
     void reset() { held_.clear(); }
 
+    /// The modifiers held as of the last event; keys that went down before the first one are not among them.
     ModifierSet held() const { return held_; }
 
   private:

@@ -1,7 +1,8 @@
 // What a listening source reports (`RawEvent`) and what the tap detection understands (`KeyEvent`).
 //
-// Neither can carry the code of an ordinary key: `RawEvent::keyCode` is filled for modifier changes only, and
-// `KeyEventKind` has no field for one. Diagnostics rest their privacy on that. Plain values.
+// The codes of ordinary keys end here. `RawEvent` has room for one, but a source must fill `keyCode` for
+// modifier changes only; `KeyEventKind` has no field for one. Diagnostics rest their privacy on that. Plain
+// values.
 #pragma once
 
 #include "core/keys/modifier_key.h"

@@ -52,9 +52,6 @@ class KeyStateMachine {
     /// Forgets every tracked key without a decision.
     void reset() { states_.fill(std::nullopt); }
 
-    ModifierSet triggers() const { return triggers_; }
-    double tapMax() const { return tapMax_; }
-
   private:
     struct Pending {
         double start; ///< the key went down alone at this time

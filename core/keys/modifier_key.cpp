@@ -79,10 +79,17 @@ std::uint64_t flagsOf(ModifierSet keys) {
     return flags;
 }
 
+std::vector<ModifierKey> sortedByName(ModifierSet keys) {
+    std::vector<ModifierKey> sorted;
+    for (ModifierKey key : keys) sorted.push_back(key);
+    std::sort(sorted.begin(), sorted.end(),
+              [](ModifierKey left, ModifierKey right) { return rawValue(left) < rawValue(right); });
+    return sorted;
+}
+
 std::vector<std::string> sortedNames(ModifierSet keys) {
     std::vector<std::string> names;
-    for (ModifierKey key : keys) names.emplace_back(rawValue(key));
-    std::sort(names.begin(), names.end());
+    for (ModifierKey key : sortedByName(keys)) names.emplace_back(rawValue(key));
     return names;
 }
 

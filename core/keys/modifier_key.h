@@ -102,7 +102,10 @@ ModifierSet heldModifiers(std::uint64_t flags);
 /// The flag word of exactly these keys held: their family bits and their own bits.
 std::uint64_t flagsOf(ModifierSet keys);
 
-/// The persistent names in ascending string order, the order in which texts and files list them.
+/// In ascending order of the persistent names, the order in which texts and files list them and in which the
+/// guest key presses them.
+std::vector<ModifierKey> sortedByName(ModifierSet keys);
+/// The names in that order.
 std::vector<std::string> sortedNames(ModifierSet keys);
 
 } // namespace hopsel

@@ -25,11 +25,13 @@ class EventSource {
 
     /// Throws `TapFailure` (tap_failure.h) when the platform refuses. Starting a started source does nothing.
     virtual void start() = 0;
-    /// Stopping a stopped source does nothing.
+    /// Stopping a stopped source does nothing. Does not throw.
     virtual void stop() = 0;
 
+    /// Without a handler events are dropped.
     EventHandler onEvent;
-    /// The platform took the source away: too slow, a lost connection, an unplugged device.
+    /// The platform took the source away: too slow, a lost connection, an unplugged device. Without a handler
+    /// nobody is told.
     DisabledHandler onDisabled;
 };
 

@@ -22,7 +22,7 @@ class FileStorage {
     /// Where applications keep the user's data; "Hopsel/config.json" lies beneath.
     virtual std::filesystem::path userDataDirectory() const = 0;
 
-    /// True also for what cannot be read, and for a dangling link's target never.
+    /// True also for what is there but cannot be read; false for a link whose target is missing.
     virtual bool exists(const std::filesystem::path& file) const = 0;
 
     /// The whole file. Anything but a regular file is an error, and is never waited for.

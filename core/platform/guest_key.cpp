@@ -5,10 +5,7 @@
 namespace hopsel::guest_key_sequence {
 
 std::vector<SyntheticKeyEvent> events(const ShortcutKey& key) {
-    std::vector<ModifierKey> modifiers;
-    for (ModifierKey modifier : key.modifiers) modifiers.push_back(modifier);
-    std::sort(modifiers.begin(), modifiers.end(),
-              [](ModifierKey left, ModifierKey right) { return rawValue(left) < rawValue(right); });
+    std::vector<ModifierKey> modifiers = sortedByName(key.modifiers);
 
     // Each event carries the flags as they are once it happened, so a modifier's press has its own bits and
     // its release has not; a family's bit goes with the last of its sides.

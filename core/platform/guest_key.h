@@ -31,8 +31,9 @@ class GuestKeySending {
     GuestKeySending& operator=(const GuestKeySending&) = delete;
     virtual ~GuestKeySending() = default;
 
-    /// Posts the combination to the application in front, 10 ms after each event; true if every event was
-    /// posted.
+    /// Posts the combination to the application in front, with 10 ms after each event; true if every event
+    /// was posted. May run the platform's dispatch meanwhile, so that events arrive while it runs. Does not
+    /// throw.
     virtual bool send(const ShortcutKey& key) = 0;
 };
 

@@ -13,7 +13,7 @@
 
 namespace hopsel {
 
-/// The platform's enabled keyboard input sources.
+/// The platform's enabled keyboard input sources. Nothing here throws.
 class InputSourceCatalog {
   public:
     InputSourceCatalog() = default;
@@ -29,7 +29,7 @@ class InputSourceCatalog {
     virtual SelectResult select(const std::string& id) = 0;
 };
 
-/// What the engine needs. `switchTo` selects and verifies; it may run the event loop meanwhile.
+/// What the engine needs. Nothing here throws: a failure is an outcome, an absent value or an empty set.
 class InputSourceService {
   public:
     InputSourceService() = default;
@@ -39,7 +39,9 @@ class InputSourceService {
 
     /// Identifiers of the enabled keyboard sources that can be selected.
     virtual std::set<std::string> availableSourceIDs() = 0;
+    /// Selects and verifies; may run the event loop meanwhile.
     virtual SwitchOutcome switchTo(const std::string& id) = 0;
+    /// Absent when the platform reports none.
     virtual std::optional<std::string> currentID() = 0;
 };
 

@@ -1,9 +1,8 @@
 // Selects an input source and waits until the platform reports it as current; and the service made of that.
 //
-// Platform-free: the catalog, the clock and the function that runs the event loop are given. Nothing is
-// polled faster than events arrive: the loop function waits for at most 5 ms and returns early when something
-// happened, so a switch is verified as soon as the platform tells. Main thread only; another thread stops the
-// process.
+// Platform-free: the catalog, the clock and the function that runs the event loop are given. The platform is
+// asked every 5 ms at the latest, and sooner when an event arrives: the loop function returns early then, so
+// a switch is verified as soon as the platform tells. Main thread only; another thread stops the process.
 #pragma once
 
 #include "core/platform/input_source_service.h"

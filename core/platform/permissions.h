@@ -14,6 +14,7 @@ class Permissions {
     Permissions& operator=(const Permissions&) = delete;
     virtual ~Permissions() = default;
 
+    /// Checks, never prompts.
     virtual bool accessibilityGranted() = 0;
     virtual bool requestAccessibility() = 0;
     /// Checks, never prompts.

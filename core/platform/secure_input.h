@@ -1,6 +1,7 @@
 // The seam of secure text entry: is a password being typed?
 //
-// Asked in the key path, so an implementation answers from memory and never waits; unknown is false.
+// Asked in the key path, so an implementation answers from memory, never waits and never throws; unknown
+// is false.
 #pragma once
 
 namespace hopsel {

@@ -25,16 +25,17 @@ class ShortcutSource {
 
     /// Throws `TapFailure` (tap_failure.h) when the platform refuses. Starting a started source does nothing.
     virtual void start() = 0;
-    /// Stopping a stopped source does nothing.
+    /// Stopping a stopped source does nothing. Does not throw.
     virtual void stop() = 0;
 
     /// The combinations that may be swallowed, told before `start` and whenever they change. Platforms that
     /// must name the keys they filter need it; sources that see every key ignore it. A set that cannot be
-    /// taken while the source runs is reported through `onDisabled(false)`.
+    /// taken while the source runs is reported through `onDisabled(false)`. Does not throw.
     virtual void setShortcuts(const ShortcutSet& shortcuts) = 0;
 
     /// Without a handler every key passes.
     InputHandler onInput;
+    /// The platform took the source away, with or without giving it back. Without a handler nobody is told.
     DisabledHandler onDisabled;
 };
 
