@@ -55,7 +55,6 @@ class DiagnosticsRecorder {
 
     /// Called synchronously, also while the platform waits for the answer to a key: it must be quick and must
     /// not call the engine. It may replace itself.
-    /// Called at once, also from inside key callbacks: it must be quick and must not call the engine.
     std::function<void()> onChange;
 
   private:

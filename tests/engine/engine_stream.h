@@ -11,8 +11,7 @@ namespace hopsel {
 enum class StreamKind {
     /// Keys, clicks, lost events, secure entry and resets. Each outcome is compared with a model.
     honest,
-    /// Also flags that no keyboard sends, captures, rule changes, failing sources and keys in the middle of a
-    /// switch. Only what must hold always is checked.
+    /// The same, with keys in the middle of a switch. Only what must hold always is checked.
     wild,
 };
 

@@ -1,6 +1,5 @@
 #include "scenario.h"
 
-#include <cstdlib>
 #include <functional>
 #include <map>
 #include <sstream>
@@ -12,12 +11,11 @@ namespace {
 
 using fakes::EngineRig;
 
-const std::map<std::string, ModifierKey> modifiers{
-    {"lcmd", ModifierKey::leftCommand},  {"rcmd", ModifierKey::rightCommand},
-    {"lopt", ModifierKey::leftOption},   {"ropt", ModifierKey::rightOption},
-    {"lshift", ModifierKey::leftShift},  {"rshift", ModifierKey::rightShift},
-    {"lctrl", ModifierKey::leftControl}, {"rctrl", ModifierKey::rightControl},
-};
+using enum ModifierKey;
+
+const std::map<std::string, ModifierKey> modifiers{{"lcmd", leftCommand},  {"rcmd", rightCommand},
+                                                   {"ropt", rightOption},  {"lshift", leftShift},
+                                                   {"rshift", rightShift}, {"lctrl", leftControl}};
 
 const std::map<std::string, std::uint16_t> keys{{"a", 0}, {"c", 8}, {"space", 49}, {"f5", 96}};
 
@@ -30,49 +28,39 @@ Config without(Config config, bool shortcuts) {
 
 using remote_apps::Kind;
 
+const std::map<std::string, SystemEvent> systemEvents{
+    {"sleep", SystemEvent::willSleep},       {"wake", SystemEvent::didWake},
+    {"lock", SystemEvent::screenLocked},     {"unlock", SystemEvent::screenUnlocked},
+    {"leave", SystemEvent::sessionResigned}, {"return", SystemEvent::sessionBecameActive}};
+
 const std::map<std::string, std::function<void(EngineRig&)>> words{
     {"click", [](EngineRig& rig) { rig.click(); }},
     {"caps", [](EngineRig& rig) { rig.changeFlags(capsLockKeyCode); }},
-    {"sideless", [](EngineRig& rig) { rig.tellsSides = false; }},
-    {"synthetic", [](EngineRig& rig) { rig.synthetic = true; }},
-    {"user", [](EngineRig& rig) { rig.synthetic = false; }},
-    {"turn", [](EngineRig& rig) { rig.scheduler.runAll(); }},
-    {"secure", [](EngineRig& rig) { rig.secureInput->enabled = true; }},
-    {"plain", [](EngineRig& rig) { rig.secureInput->enabled = false; }},
     {"guest", [](EngineRig& rig) { rig.engine->setFrontmostRemoteKind(Kind::guestOS); }},
     {"screen", [](EngineRig& rig) { rig.engine->setRemoteAppFrontmost(true); }},
     {"local", [](EngineRig& rig) { rig.engine->setRemoteAppFrontmost(false); }},
     {"no-guest-key", [](EngineRig& rig) { rig.engine->setGuestKeyEnabled(false); }},
-    {"guest-key-fails", [](EngineRig& rig) { rig.guestKeys->works = false; }},
+    {"f5-as-guest-key", [](EngineRig& rig) { rig.engine->setGuestKey({96, {}}); }},
     {"no-standing-aside", [](EngineRig& rig) { rig.engine->setSkipsLocalSwitchInRemoteApps(false); }},
     {"start", [](EngineRig& rig) { rig.engine->start(); }},
     {"stop", [](EngineRig& rig) { rig.engine->stop(); }},
     {"retry", [](EngineRig& rig) { rig.engine->retryShortcutIfNeeded(); }},
-    {"sleep", [](EngineRig& rig) { rig.engine->handle(SystemEvent::willSleep); }},
-    {"wake", [](EngineRig& rig) { rig.engine->handle(SystemEvent::didWake); }},
-    {"lock", [](EngineRig& rig) { rig.engine->handle(SystemEvent::screenLocked); }},
-    {"unlock", [](EngineRig& rig) { rig.engine->handle(SystemEvent::screenUnlocked); }},
-    {"leave", [](EngineRig& rig) { rig.engine->handle(SystemEvent::sessionResigned); }},
-    {"return", [](EngineRig& rig) { rig.engine->handle(SystemEvent::sessionBecameActive); }},
     {"all-rules", [](EngineRig& rig) { rig.engine->apply(Scenario::rules()); }},
     {"tap-rules", [](EngineRig& rig) { rig.engine->apply(without(Scenario::rules(), true)); }},
     {"shortcut-rules", [](EngineRig& rig) { rig.engine->apply(without(Scenario::rules(), false)); }},
-    {"listener-refuses", [](EngineRig& rig) { rig.source->refuses = true; }},
-    {"listener-works", [](EngineRig& rig) { rig.source->refuses = false; }},
+    {"other-rules", [](EngineRig& rig) { rig.engine->apply(Scenario::otherRules()); }},
+    {"shift-rules", [](EngineRig& rig) { rig.engine->apply(Scenario::rules(leftShift)); }},
     {"listener-blips", [](EngineRig& rig) { rig.source->onDisabled(true); }},
     {"listener-lost", [](EngineRig& rig) { rig.source->onDisabled(false); }},
-    {"filter-refuses", [](EngineRig& rig) { rig.filter->refuses = true; }},
-    {"filter-refuses-change", [](EngineRig& rig) { rig.filter->refusesChange = true; }},
-    {"filter-works", [](EngineRig& rig) { rig.filter->refuses = rig.filter->refusesChange = false; }},
     {"filter-blips", [](EngineRig& rig) { rig.filter->onDisabled(true); }},
     {"filter-lost", [](EngineRig& rig) { rig.filter->onDisabled(false); }},
-    {"unverified", [](EngineRig& rig) { rig.service->takesEffect = false; }},
-    {"verified", [](EngineRig& rig) { rig.service->takesEffect = true; }},
-    {"accepted", [](EngineRig& rig) { rig.service->result = select_result::Selected{}; }},
     {"picks-A", [](EngineRig& rig) { rig.service->current = "A"; }},
     {"refused", [](EngineRig& rig) { rig.service->result = select_result::Failed{-50}; }},
+    {"accepted", [](EngineRig& rig) { rig.service->result = select_result::Selected{}; }},
+    {"not-found", [](EngineRig& rig) { rig.service->result = select_result::NotFound{}; }},
     {"B-gone", [](EngineRig& rig) { rig.service->available.erase("B"), rig.engine->refreshSources(); }},
     {"none-left", [](EngineRig& rig) { rig.service->available.clear(), rig.engine->refreshSources(); }},
+    {"turn", [](EngineRig& rig) { rig.scheduler.runAll(); }},
     {"cancel", [](EngineRig& rig) { rig.engine->cancelTriggerCapture(); }},
 };
 
@@ -86,7 +74,10 @@ struct Describe {
     std::string operator()(const engine_event::Switched& event) const {
         return event.from.value_or("?") + ">" + event.to + (event.verified ? "" : "?");
     }
-    std::string operator()(const engine_event::SwitchFailed& event) const { return "failed " + event.to; }
+    std::string operator()(const engine_event::SwitchFailed& event) const {
+        const auto* failed = std::get_if<select_result::Failed>(&event.result);
+        return event.ruleId + " failed " + event.to + (failed ? " " + std::to_string(failed->code) : "");
+    }
     std::string operator()(const engine_event::SwitchSuppressed& event) const {
         return "suppressed " + event.ruleId;
     }
@@ -100,7 +91,7 @@ struct Describe {
         return text;
     }
     std::string operator()(const engine_event::GuestKeySent& event) const {
-        return "guest " + event.key.storageString();
+        return event.ruleId + " guest " + event.key.storageString();
     }
     std::string operator()(const engine_event::Reset& event) const {
         static constexpr std::array names{"tap",  "sleep",    "wake",   "locked", "unlocked",
@@ -115,16 +106,31 @@ struct Describe {
 
 } // namespace
 
-Config Scenario::rules() {
+Config Scenario::rules(ModifierKey opt) {
+    using namespace fakes;
     Config config;
-    config.rules = {fakes::tapRule("cmd", ModifierKey::rightCommand, "A", "B"),
-                    fakes::tapRule("opt", ModifierKey::rightOption, "A", "C"),
-                    fakes::shortcutRule("space", {49, {ModifierKey::leftShift}}, "A", "B"),
-                    fakes::shortcutRule("f5", {96, {}}, "B", "C")};
+    config.rules = {tapRule("cmd", rightCommand, "A", "B"), tapRule("opt", opt, "A", "C"),
+                    shortcutRule("space", {49, {leftShift}}, "A", "B"),
+                    shortcutRule("f5", {96, {}}, "B", "C")};
+    return config;
+}
+
+Config Scenario::otherRules() {
+    using namespace fakes;
+    Config config;
+    config.rules = {tapRule("off", rightCommand, "A", "B"), tapRule("cmd", rightCommand, "C", "B"),
+                    tapRule("second", rightCommand, "A", "B"), shortcutRule("f5", {96, {}}, "A", "B"),
+                    shortcutRule("second", {96, {}}, "B", "C")};
+    config.rules.front().enabled = false;
     return config;
 }
 
 Scenario::Scenario() {
+    rig.engine->setOnEvent([this](const EngineEvent& event) {
+        const auto* changed = std::get_if<engine_event::StateChanged>(&event);
+        if (changed && changed->state != rig.engine->state()) add("too early:");
+        rig.events.push_back(event);
+    });
     rig.engine->apply(rules());
     rig.engine->start();
     rig.events.clear();
@@ -135,24 +141,28 @@ std::string Scenario::run(std::string_view script) {
     for (std::string word; stream >> word;) {
         perform(word);
         collect();
-        if (word == "|") outcomes_.clear();
     }
-    perform("turn");
+    rig.scheduler.runAll();
     collect();
     return outcomes_;
 }
 
 void Scenario::perform(const std::string& word) {
-    if (word == "|") return;
-    if (word == "capture") {
-        rig.engine->beginTriggerCapture([this](ModifierKey key) {
-            collect();
-            outcomes_ += (outcomes_.empty() ? "captured " : ", captured ") + std::string(rawValue(key));
-        });
+    const bool isOff = word.front() == '!';
+    if (word == "|") {
+        outcomes_.clear();
+    } else if (word == "capture" || word == "capture-twice") {
+        beginCapture(word != "capture");
+    } else if (word == "capturing?") {
+        add(rig.engine->isCapturing() ? "yes" : "no");
+    } else if (const auto event = systemEvents.find(word); event != systemEvents.end()) {
+        rig.engine->handle(event->second);
     } else if (word.size() > 2 && word.substr(word.size() - 2) == "ms") {
         rig.scheduler.runAll(); // what was asked for before the time passes
-        rig.time.advance(std::atoi(word.c_str()) / 1000.0);
+        rig.time.advance(std::stoi(word) / 1000.0);
         rig.scheduler.runAll();
+    } else if (const auto flag = flags_.find(isOff ? word.substr(1) : word); flag != flags_.end()) {
+        *flag->second = !isOff;
     } else if (const auto found = words.find(word); found != words.end()) {
         found->second(rig);
     } else if (!performKey(word)) {
@@ -160,29 +170,36 @@ void Scenario::perform(const std::string& word) {
     }
 }
 
+void Scenario::beginCapture(bool again) {
+    rig.engine->beginTriggerCapture([this, again](ModifierKey key) {
+        collect();
+        add("captured " + std::string(rawValue(key)));
+        if (again) beginCapture(false);
+    });
+}
+
 bool Scenario::performKey(const std::string& word) {
+    if (modifiers.contains(word)) return performKey(word + "+") && performKey(word + "-");
     const std::string name = word.substr(0, word.size() - 1);
     const char what = word.back();
     if (const auto modifier = modifiers.find(name); modifier != modifiers.end()) {
         if (what == '+') rig.press(modifier->second);
         if (what == '-') rig.release(modifier->second);
         if (what == '~') rig.held.remove(modifier->second);
-        return true;
+        return what == '+' || what == '-' || what == '~';
     }
     const auto key = keys.find(name);
-    if (key == keys.end()) return false;
+    if (key == keys.end() || (what != '+' && what != '-' && what != '*')) return false;
     const auto kind = what == '-' ? ShortcutInput::Kind::keyUp : ShortcutInput::Kind::keyDown;
     if (rig.key(key->second, kind, what == '*')) {
         collect();
-        outcomes_ += (outcomes_.empty() ? "no " : ", no ") + word;
+        add("no " + word);
     }
     return true;
 }
 
 void Scenario::collect() {
-    for (const EngineEvent& event : rig.events) {
-        outcomes_ += (outcomes_.empty() ? "" : ", ") + std::visit(Describe{}, event);
-    }
+    for (const EngineEvent& event : rig.events) add(std::visit(Describe{}, event));
     rig.events.clear();
 }
 

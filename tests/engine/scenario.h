@@ -1,8 +1,16 @@
 // Engine scenarios in words: what happens, one word each, and what came of it, as one line of text.
 //
-//   rcmd+ rcmd-   a modifier goes down, up; so do a, c, f5, space and caps; space* is a repeat, rcmd~ a lost
-//   release 200ms         time passes, and the main loop turns; `turn` alone is the turn without the time |
-//   forget the outcomes so far other words   see the table in scenario.cpp
+// clang-format off
+//   rcmd+ rcmd-   a modifier goes down, up; so do a, c, f5 and space
+//   rcmd          a tap of a modifier
+//   rcmd~         comes up, but its release is lost
+//   space*        a repeat
+//   200ms         time passes, and the main loop turns; `turn` alone is the turn without the time
+//   secure !secure  sets, takes back a flag of the surroundings; so do the others of `flags_`
+//   capturing?    yes or no
+//   |             forget the outcomes so far
+//   other words   see the tables in scenario.cpp
+// clang-format on
 //
 // The engine is running with the rules of `Scenario::rules()`, A is current. The loop turns once more at the
 // end.
@@ -10,6 +18,7 @@
 
 #include "support/fakes/engine_rig.h"
 
+#include <map>
 #include <string>
 #include <string_view>
 
@@ -19,21 +28,34 @@ class Scenario {
   public:
     Scenario();
 
-    /// The outcomes of the script, joined by ", ".
+    /// The outcomes of the script, joined by ", ". Throws std::invalid_argument at a word that there is not.
     std::string run(std::string_view script);
 
     /// `cmd`: right Command toggles A and B. `opt`: right Option toggles A and C. `space`: left Shift+Space
     /// toggles A and B. `f5`: F5 alone toggles B and C.
-    static Config rules();
+    static Config rules(ModifierKey opt = ModifierKey::rightOption);
+    /// Other sources for `cmd` and `f5`, between a disabled rule and later rules for the same triggers:
+    /// `cmd` toggles C and B, `f5` A and B.
+    static Config otherRules();
 
     fakes::EngineRig rig;
 
   private:
     void perform(const std::string& word);
     bool performKey(const std::string& word);
+    void beginCapture(bool again);
     void collect();
+    void add(const std::string& outcome) { outcomes_ += (outcomes_.empty() ? "" : ", ") + outcome; }
 
     std::string outcomes_;
+    const std::map<std::string, bool*> flags_{{"sides", &rig.tellsSides},
+                                              {"synthetic", &rig.synthetic},
+                                              {"secure", &rig.secureInput->enabled},
+                                              {"takes-effect", &rig.service->takesEffect},
+                                              {"sends", &rig.guestKeys->works},
+                                              {"no-listener", &rig.source->refuses},
+                                              {"no-filter", &rig.filter->refuses},
+                                              {"no-change", &rig.filter->refusesChange}};
 };
 
 } // namespace hopsel

@@ -7,30 +7,26 @@
 
 namespace hopsel::samples {
 
-inline Action toggle(std::string a = "com.apple.keylayout.ABC",
-                     std::string b = "com.apple.keylayout.Dvorak") {
+inline Action toggle(std::string a = "abc", std::string b = "dvorak") {
     return action::Toggle{{std::move(a), "ABC"}, {std::move(b), "Dvorak"}};
 }
 
-inline Rule tapRule(std::string id, ModifierKey key = ModifierKey::rightCommand, bool enabled = true) {
-    return {std::move(id), enabled, trigger::ModifierTap{key}, toggle()};
+inline Rule tapRule(std::string id, ModifierKey key = ModifierKey::rightCommand, Action action = toggle()) {
+    return {std::move(id), true, trigger::ModifierTap{key}, std::move(action)};
 }
 
-inline Rule shortcutRule(std::string id, ShortcutKey key = {49, {ModifierKey::leftShift}},
-                         bool enabled = true) {
-    return {std::move(id), enabled, trigger::Shortcut{key}, toggle()};
+inline Rule shortcutRule(std::string id, ShortcutKey key = {49, {ModifierKey::leftShift}}) {
+    return {std::move(id), true, trigger::Shortcut{key}, toggle()};
 }
 
 /// One rule of each trigger, without blanks.
 inline const std::string twoRules =
     R"({"schemaVersion":2,"rules":[{"id":"tap","enabled":true,"trigger":{"type":"modifier_tap","key":"rightCommand"},)"
-    R"("action":{"type":"toggle_input_source",)"
-    R"("sourceA":{"sourceId":"com.apple.keylayout.ABC","displayName":"ABC"},)"
-    R"("sourceB":{"sourceId":"com.apple.keylayout.Dvorak","displayName":"Dvorak"}}},)"
+    R"("action":{"type":"toggle_input_source","sourceA":{"sourceId":"abc","displayName":"ABC"},)"
+    R"("sourceB":{"sourceId":"dvorak","displayName":"Dvorak"}}},)"
     R"({"id":"keys","enabled":true,"trigger":{"type":"shortcut","keyCode":49,"modifiers":["leftShift"]},)"
-    R"("action":{"type":"toggle_input_source",)"
-    R"("sourceA":{"sourceId":"com.apple.keylayout.ABC","displayName":"ABC"},)"
-    R"("sourceB":{"sourceId":"com.apple.keylayout.Dvorak","displayName":"Dvorak"}}}]})";
+    R"("action":{"type":"toggle_input_source","sourceA":{"sourceId":"abc","displayName":"ABC"},)"
+    R"("sourceB":{"sourceId":"dvorak","displayName":"Dvorak"}}}]})";
 
 /// `twoRules` with the first occurrence of `from` replaced.
 inline std::string twoRulesWith(const std::string& from, const std::string& to) {

@@ -8,49 +8,32 @@
 
 #include <functional>
 #include <gmock/gmock.h>
-#include <memory>
-#include <system_error>
+#include <tuple>
 
 namespace hopsel {
 namespace {
 
 namespace fs = std::filesystem;
-using samples::shortcutRule;
+using config_json::encode;
 using samples::tapRule;
 using samples::twoRules;
 using samples::twoRulesWith;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using Reason = StoreError::Reason;
 
-std::optional<Reason> reasonOf(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const StoreError& error) {
-        EXPECT_STRNE(error.what(), "");
-        return error.reason();
-    }
-    return std::nullopt;
+auto failsWith(const StoreError::Reason& reason) {
+    return testing::Throws<StoreError>(testing::Property(&StoreError::reason, reason));
 }
 
-class RuleStoreTest : public testing::Test {
+class RuleStoreTest : public FolderTest {
   protected:
-    TemporaryFolder folder;
-    std::shared_ptr<PosixFileStorage> storage = std::make_shared<PosixFileStorage>(folder.path());
+    std::shared_ptr<PosixFileStorage> storage = std::make_shared<PosixFileStorage>(folder);
     RuleStore store{RuleStore::defaultFileURL(*storage), storage, [] { return 1700000000; }};
+    const std::function<void()> load = [this] { store.load(); };
     const fs::path file = folder / "Hopsel/config.json";
 
-    void given(const std::string& text) {
-        fs::create_directories(file.parent_path());
-        put(file, text);
-    }
-    Config onDisk() const { return config_json::decode(contents(file)); }
-
-    /// Each kind of change fails for this reason, and leaves the file, its folder and the memory as they are.
-    void expectEveryChangeFails(const std::function<bool(const Reason&)>& expected) {
-        const Config before = store.config();
-        const std::string text = contents(file);
-        const auto listing = folder.listing();
+    /// Each kind of change fails, saying this, and leaves the file, its folder and the memory as they are.
+    void expectEveryChangeFails(const std::string& why) {
+        const auto state = [this] { return std::tuple(store.config(), contents(file), listing()); };
+        const auto before = state();
         const std::function<void()> changes[] = {
             [&] { store.add(tapRule("new", ModifierKey::leftOption)); },
             [&] { store.update(tapRule("tap", ModifierKey::leftControl)); },
@@ -58,167 +41,124 @@ class RuleStoreTest : public testing::Test {
             [&] { store.setEnabled("tap", false); },
         };
         for (const auto& change : changes) {
-            const auto reason = reasonOf(change);
-            ASSERT_TRUE(reason);
-            EXPECT_TRUE(expected(*reason)) << StoreError(*reason).what();
-            EXPECT_EQ(store.config(), before);
+            EXPECT_THAT(change, testing::ThrowsMessage<StoreError>(testing::HasSubstr(why)));
+            EXPECT_TRUE(state() == before);
         }
-        EXPECT_EQ(contents(file), text);
-        EXPECT_EQ(folder.listing(), listing);
     }
 };
 
-bool isNotLoaded(const Reason& reason) { return std::holds_alternative<store_error::NotLoaded>(reason); }
-
 TEST_F(RuleStoreTest, first_run_has_no_rules_and_leaves_no_trace_until_the_first_change) {
-    EXPECT_FALSE(store.isLoaded());
-    store.load();
-    EXPECT_TRUE(store.isLoaded());
+    load();
     EXPECT_EQ(store.config(), Config::empty());
-    EXPECT_THAT(folder.listing(), IsEmpty());
-
+    EXPECT_THAT(listing(), testing::IsEmpty());
     EXPECT_EQ(store.add(tapRule("tap")), tapRule("tap"));
-    EXPECT_THAT(folder.listing(), ElementsAre("Hopsel", "Hopsel/config.json"));
-    EXPECT_EQ(contents(file), config_json::encode({1, {tapRule("tap")}}));
+    EXPECT_EQ(contents(file), encode({1, {tapRule("tap")}}));
 }
 
-TEST_F(RuleStoreTest, version_two_lasts_as_long_as_there_is_a_shortcut_rule) {
-    store.load();
-    store.add(tapRule("tap"));
-    store.add(shortcutRule("keys"));
-    EXPECT_EQ(onDisk().schemaVersion, 2);
-    store.setEnabled("keys", false);
-    EXPECT_EQ(onDisk(),
-              (Config{2, {tapRule("tap"), shortcutRule("keys", {49, {ModifierKey::leftShift}}, false)}}));
-    store.update(tapRule("keys", ModifierKey::leftOption));
-    EXPECT_EQ(onDisk(), (Config{1, {tapRule("tap"), tapRule("keys", ModifierKey::leftOption)}}));
-    EXPECT_EQ(store.config(), onDisk());
-    store.update(shortcutRule("tap"));
-    store.remove("tap");
-    EXPECT_EQ(onDisk(), (Config{1, {tapRule("keys", ModifierKey::leftOption)}}));
-}
-
-TEST_F(RuleStoreTest, loading_never_rewrites_and_the_next_change_drops_what_is_unknown) {
+TEST_F(RuleStoreTest, loading_never_rewrites_and_every_change_writes_what_is_known) {
     const std::string text = twoRulesWith(":2,", R"(:-3,"note":1,)");
-    given(text);
-    store.load();
-    EXPECT_EQ(store.config().schemaVersion, -3);
+    put(file, text);
+    load();
     EXPECT_EQ(contents(file), text);
-    store.remove("keys");
-    EXPECT_EQ(contents(file), config_json::encode({1, {tapRule("tap")}}));
+    const auto expectOnDisk = [&](const Config& config) {
+        EXPECT_EQ(contents(file), encode(config));
+        EXPECT_EQ(store.config(), config);
+    };
+    Rule keys = samples::shortcutRule("keys");
+    keys.enabled = false;
+    store.setEnabled("keys", false);
+    expectOnDisk({2, {tapRule("tap"), keys}}); // version 2 for as long as there is a shortcut
+    store.remove("tap");
+    expectOnDisk({2, {keys}});
+    store.update(tapRule("keys", ModifierKey::leftOption));
+    expectOnDisk({1, {tapRule("keys", ModifierKey::leftOption)}});
 }
 
 TEST_F(RuleStoreTest, a_newer_file_is_left_alone_even_if_it_makes_no_sense) {
-    given(R"({"schemaVersion":3,"rules":"anything"})");
-    EXPECT_EQ(reasonOf([&] { store.load(); }), Reason(store_error::UnsupportedSchemaVersion{3}));
-    expectEveryChangeFails(isNotLoaded);
-    EXPECT_THAT(folder.listing(), ElementsAre("Hopsel", "Hopsel/config.json"));
+    put(file, R"({"schemaVersion":3,"rules":"anything"})");
+    EXPECT_THAT(load, failsWith(store_error::UnsupportedSchemaVersion{3}));
+    expectEveryChangeFails("not been loaded");
+    EXPECT_THAT(listing(), testing::ElementsAre("Hopsel", "Hopsel/config.json"));
 }
 
-TEST_F(RuleStoreTest, a_corrupt_file_is_copied_aside_once_a_second_and_kept) {
-    given(R"({"schemaVersion":"3","rules":[]})");
+TEST_F(RuleStoreTest, a_corrupt_file_is_kept_and_copied_aside_and_the_copy_stays_as_it_is) {
+    const std::string corrupt = R"({"schemaVersion":"3","rules":[]})";
+    put(file, corrupt);
     const std::string backup = file.string() + ".corrupt-1700000000";
-    EXPECT_EQ(reasonOf([&] { store.load(); }), Reason(store_error::Corrupt{backup}));
-    EXPECT_EQ(contents(backup), contents(file));
-    EXPECT_EQ(reasonOf([&] { store.load(); }), Reason(store_error::Corrupt{std::nullopt}));
-    EXPECT_FALSE(store.isLoaded());
-    expectEveryChangeFails(isNotLoaded);
-
-    put(file, twoRules); // the user repaired it
-    store.load();
-    EXPECT_EQ(store.add(tapRule("new", ModifierKey::leftOption)).id, "new");
+    onFullDisk([&] { EXPECT_THAT(load, failsWith(store_error::Corrupt{std::nullopt})); });
+    EXPECT_FALSE(fs::exists(backup)) << "half a copy";
+    EXPECT_THAT(load, failsWith(store_error::Corrupt{backup}));
+    EXPECT_EQ(fs::status(backup).permissions(), fs::perms(0600));
+    EXPECT_EQ(contents(file), corrupt);
+    put(file, "worse");
+    EXPECT_THAT(load, failsWith(store_error::Corrupt{std::nullopt}));
+    EXPECT_EQ(contents(backup), corrupt);
+    expectEveryChangeFails("not been loaded");
 }
 
 TEST_F(RuleStoreTest, what_cannot_be_read_is_an_error_of_the_storage_and_not_a_first_run) {
-    fs::create_directories(file);
-    EXPECT_THROW(store.load(), std::system_error);
-    fs::remove(file);
-    ASSERT_EQ(::mkfifo(file.c_str(), 0666), 0);
-    EXPECT_THROW(store.load(), std::system_error);
-    fs::remove(file);
     put(file, twoRules);
-    ::chmod(file.c_str(), 0);
-    {
-        const OrdinaryUser user;
-        EXPECT_THROW(store.load(), std::system_error);
+    for (const fs::path& locked : {file, file.parent_path()}) {
+        ::chmod(locked.c_str(), 0);
+        asOrdinaryUser([&] { EXPECT_THROW(load(), std::system_error); });
+        ::chmod(locked.c_str(), 0755);
     }
-    EXPECT_FALSE(store.isLoaded());
-    expectEveryChangeFails(isNotLoaded);
+    expectEveryChangeFails("not been loaded");
 }
 
 TEST_F(RuleStoreTest, a_later_load_that_fails_keeps_the_document) {
-    given(twoRules);
-    store.load();
-    const Config before = store.config();
+    put(file, twoRules);
+    load();
     for (const std::string& text : {std::string("{"), twoRulesWith(":2,", ":4,")}) {
         put(file, text);
-        EXPECT_THROW(store.load(), StoreError);
-        EXPECT_EQ(store.config(), before);
-        EXPECT_TRUE(store.isLoaded());
+        EXPECT_THROW(load(), StoreError);
+        EXPECT_EQ(store.config(), config_json::decode(twoRules));
     }
-    fs::remove_all(file.parent_path());
-    store.load();
+    fs::remove(file);
+    load();
     EXPECT_EQ(store.config(), Config::empty());
 }
 
 TEST_F(RuleStoreTest, changes_that_do_not_fit_are_refused_for_the_first_reason) {
+    put(file, twoRules);
+    load();
     const Rule invalid = tapRule("tap", ModifierKey::leftShift);
-    EXPECT_EQ(reasonOf([&] { store.add(invalid); }), Reason(store_error::NotLoaded{}));
-    given(twoRules);
-    store.load();
-    const Config before = store.config();
-    const Reason unknown = store_error::NotFound{"x"};
-    EXPECT_EQ(reasonOf([&] { store.add(invalid); }), Reason(store_error::DuplicateId{"tap"}));
-    EXPECT_EQ(reasonOf([&] { store.update(tapRule("x", ModifierKey::leftShift)); }), unknown);
-    EXPECT_EQ(reasonOf([&] { store.remove("x"); }), unknown);
-    EXPECT_EQ(reasonOf([&] { store.setEnabled("x", true); }), unknown);
-    EXPECT_EQ(reasonOf([&] { store.update(invalid); }),
-              Reason(store_error::Invalid{{rule_issue::DisallowedTrigger{ModifierKey::leftShift}}}));
-    EXPECT_EQ(reasonOf([&] { store.add(tapRule("new")); }),
-              Reason(store_error::Invalid{{rule_issue::DuplicateTrigger{"tap"}}}));
-    EXPECT_EQ(store.config(), before);
+    const StoreError::Reason disallowed =
+        store_error::Invalid{{rule_issue::DisallowedTrigger{ModifierKey::leftShift}}};
+    const std::pair<StoreError::Reason, std::function<void()>> cases[] = {
+        {store_error::DuplicateId{"tap"}, [&] { store.add(invalid); }},
+        {store_error::NotFound{"x"}, [&] { store.update(tapRule("x", ModifierKey::leftShift)); }},
+        {store_error::NotFound{"x"}, [&] { store.remove("x"); }},
+        {store_error::NotFound{"x"}, [&] { store.setEnabled("x", true); }},
+        {disallowed, [&] { store.update(invalid); }},
+        {disallowed, [&] { store.add(tapRule("new", ModifierKey::leftShift)); }},
+    };
+    for (const auto& [reason, change] : cases) EXPECT_THAT(change, failsWith(reason));
     EXPECT_EQ(contents(file), twoRules);
 }
 
 TEST_F(RuleStoreTest, rules_that_only_a_text_editor_can_make_can_be_enabled_and_removed) {
     // Two rules of one identifier, the first of them with a trigger that could not be added.
     std::string text = twoRulesWith(R"("id":"keys")", R"("id":"tap")");
-    text.replace(text.find("rightCommand"), 12, "leftShift");
-    given(text);
-    store.load();
+    put(file, text.replace(text.find("rightCommand"), 12, "leftShift"));
+    load();
     store.setEnabled("tap", false);
-    EXPECT_FALSE(onDisk().rules[0].enabled);
-    EXPECT_TRUE(onDisk().rules[1].enabled);
+    EXPECT_TRUE(!store.config().rules[0].enabled && store.config().rules[1].enabled);
     store.remove("tap");
-    EXPECT_EQ(onDisk(), Config::empty());
+    EXPECT_EQ(store.config(), Config::empty());
 }
 
 TEST_F(RuleStoreTest, a_disk_that_refuses_costs_neither_the_file_nor_the_rules) {
-    given(twoRules);
-    store.load();
-    const auto saysWhy = [](const char* why) {
-        return [why](const Reason& reason) {
-            const auto* failed = std::get_if<store_error::WriteFailed>(&reason);
-            return failed != nullptr && failed->description.find(why) != std::string::npos;
-        };
-    };
-    {
-        const FullDisk full;
-        expectEveryChangeFails(saysWhy("File too large"));
-    }
+    put(file, twoRules);
+    load();
+    onFullDisk([&] { expectEveryChangeFails("File too large"); });
     ::chmod(file.parent_path().c_str(), 0555);
-    {
-        const OrdinaryUser user;
-        expectEveryChangeFails(saysWhy("Permission denied"));
-    }
+    asOrdinaryUser([&] { expectEveryChangeFails("Permission denied"); });
     ::chmod(file.parent_path().c_str(), 0755);
-    Rule unwritable = tapRule("new", ModifierKey::leftOption);
-    unwritable.action = samples::toggle("a", "\xff");
-    EXPECT_TRUE(saysWhy("UTF-8")(*reasonOf([&] { store.add(unwritable); })));
-    EXPECT_EQ(store.config(), config_json::decode(twoRules));
-
+    const Rule unwritable = tapRule("new", ModifierKey::leftOption, samples::toggle("a", "\xff"));
+    EXPECT_THROW(store.add(unwritable), StoreError);
     store.remove("keys"); // nothing is stuck
-    EXPECT_EQ(onDisk(), (Config{1, {tapRule("tap")}}));
+    EXPECT_EQ(contents(file), encode({1, {tapRule("tap")}}));
 }
 
 } // namespace

@@ -25,7 +25,7 @@ SystemLog::SystemLog(int standardError, const std::string& journalSocket)
       usesJournal_(isatty(standardError) == 0 && access(journalSocket.c_str(), W_OK) == 0) {}
 
 void SystemLog::write(Level level, std::string_view category, std::string_view message) {
-    const std::string line = std::string(category) + ": " + std::string(message);
+    const std::string line(message);
     if (usesJournal_ && sendToJournal(level, std::string(category), line)) return;
     // One write, so that lines of several programs do not mix.
     const std::string text = "hopsel: " + line + "\n";

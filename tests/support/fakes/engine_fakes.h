@@ -43,16 +43,16 @@ template <typename Source>
 class FakeTap : public Source {
   public:
     void start() override {
+        ++starts;
         if (isStarted) return;
         if (refuses) throw TapFailure(TapFailure::Kind::creationFailed, "refused");
         isStarted = true;
-        ++starts;
     }
     void stop() override { isStarted = false; }
 
     bool refuses = false;
     bool isStarted = false;
-    int starts = 0;
+    int starts = 0; ///< calls, also those that were refused or had nothing to do
 };
 
 using FakeEventSource = FakeTap<EventSource>;

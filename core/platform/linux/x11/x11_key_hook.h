@@ -74,7 +74,8 @@ class X11KeyHook {
     /// Is the key of the Linux code, or any of the eight modifiers, down?
     bool isBusy(std::uint16_t linuxCode) const;
 
-    /// After each event, outside the callbacks: what the listener and the filter have put off can be done now.
+    /// After each event, outside the callbacks: what the listener and the filter have put off can be done
+    /// now.
     std::function<void()> onHandled;
     /// A connection broke; the hook is closed already.
     std::function<void()> onLost;
