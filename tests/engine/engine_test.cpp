@@ -147,7 +147,7 @@ TEST_F(Recording, tellsEveryKeyOnceAndEveryEventBeforeTheObserver) {
         EXPECT_EQ(recorder->entries().back(),
                   (DiagnosticEntry{rig.time.now, diagnostic_kind::Engine{event}}));
     });
-    scenario.run("a+ rcmd secure ropt !secure lshift+ space+ space* space- capture click synthetic a+");
+    scenario.run("a+ rcmd secure ropt !secure lshift+ space+ space* space- turn capture click synthetic a+");
     std::vector<diagnostic_kind::Key> keys;
     for (const DiagnosticEntry& entry : recorder->entries()) {
         if (const auto* key = std::get_if<diagnostic_kind::Key>(&entry.kind)) keys.push_back(*key);
@@ -166,7 +166,7 @@ TEST_F(Recording, tellsEveryKeyOnceAndEveryEventBeforeTheObserver) {
                                                      {KeyUp{}, {leftShift}, shortcutConsumed},
                                                      {MouseDown{}, {}, captured}};
     EXPECT_EQ(keys, expected);
-    EXPECT_EQ(recorder->entries().size(), keys.size() + 2) << "two outcomes";
+    EXPECT_EQ(recorder->entries().size(), keys.size() + 3) << "two switches, one suppressed";
 }
 
 TEST_F(Recording, keepsTheNewestUntilItStartsAgain) {

@@ -28,10 +28,11 @@ Config without(Config config, bool shortcuts) {
 
 using remote_apps::Kind;
 
+using enum SystemEvent;
+
 const std::map<std::string, SystemEvent> systemEvents{
-    {"sleep", SystemEvent::willSleep},       {"wake", SystemEvent::didWake},
-    {"lock", SystemEvent::screenLocked},     {"unlock", SystemEvent::screenUnlocked},
-    {"leave", SystemEvent::sessionResigned}, {"return", SystemEvent::sessionBecameActive}};
+    {"sleep", willSleep},       {"wake", didWake},          {"lock", screenLocked},
+    {"unlock", screenUnlocked}, {"leave", sessionResigned}, {"return", sessionBecameActive}};
 
 const std::map<std::string, std::function<void(EngineRig&)>> words{
     {"click", [](EngineRig& rig) { rig.click(); }},
@@ -64,24 +65,25 @@ const std::map<std::string, std::function<void(EngineRig&)>> words{
     {"cancel", [](EngineRig& rig) { rig.engine->cancelTriggerCapture(); }},
 };
 
+using Text = std::string;
+using namespace engine_event;
+
 struct Describe {
-    std::string operator()(const engine_event::StateChanged& event) const {
+    Text operator()(const StateChanged& event) const {
         if (std::holds_alternative<engine_state::Running>(event.state)) return "running";
         const auto* degraded = std::get_if<engine_state::Degraded>(&event.state);
         if (degraded == nullptr) return "stopped";
         return degraded->reason == DegradedReason::tapDisabled ? "degraded: tap" : "degraded: permission";
     }
-    std::string operator()(const engine_event::Switched& event) const {
+    Text operator()(const Switched& event) const {
         return event.from.value_or("?") + ">" + event.to + (event.verified ? "" : "?");
     }
-    std::string operator()(const engine_event::SwitchFailed& event) const {
+    Text operator()(const SwitchFailed& event) const {
         const auto* failed = std::get_if<select_result::Failed>(&event.result);
         return event.ruleId + " failed " + event.to + (failed ? " " + std::to_string(failed->code) : "");
     }
-    std::string operator()(const engine_event::SwitchSuppressed& event) const {
-        return "suppressed " + event.ruleId;
-    }
-    std::string operator()(const engine_event::RuleSkipped& event) const {
+    Text operator()(const SwitchSuppressed& event) const { return "suppressed " + event.ruleId; }
+    Text operator()(const RuleSkipped& event) const {
         std::string text = "skipped " + event.ruleId;
         if (std::holds_alternative<skip_reason::RemoteApp>(event.reason)) return text + ": remote";
         const auto* broken = std::get_if<skip_reason::BrokenSource>(&event.reason);
@@ -90,15 +92,15 @@ struct Describe {
         for (const std::string& id : broken->missing) text += " " + id;
         return text;
     }
-    std::string operator()(const engine_event::GuestKeySent& event) const {
+    Text operator()(const GuestKeySent& event) const {
         return event.ruleId + " guest " + event.key.storageString();
     }
-    std::string operator()(const engine_event::Reset& event) const {
+    Text operator()(const Reset& event) const {
         static constexpr std::array names{"tap",  "sleep",    "wake",   "locked", "unlocked",
                                           "left", "returned", "config", "stopped"};
         return std::string("reset ") + names[static_cast<std::size_t>(event.reason)];
     }
-    std::string operator()(const engine_event::ShortcutStatusChanged& event) const {
+    Text operator()(const ShortcutStatusChanged& event) const {
         static constexpr std::array names{"filter off", "filter on", "no filter"};
         return names[static_cast<std::size_t>(event.status)];
     }

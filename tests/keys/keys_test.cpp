@@ -85,9 +85,7 @@ TEST(KeyStateMachine, countsATapWithinItsLimitsOnly) {
 
 TEST(ShortcutText, isTheSameForEqualKeysAndReadBackLeniently) {
     const std::tuple<ShortcutKey, const char*, const char*> rows[]{
-        {{49, {rightShift, leftCommand}},
-         "49|leftCommand,rightShift",
-         "+0049|rightShift,leftCommand,rightShift"},
+        {{49, {rightShift, leftShift}}, "49|leftShift,rightShift", "+0049|rightShift,leftShift,leftShift"},
         {{0, {}}, "0|", "-00|"},
         {{65535, {rightControl}}, "65535|rightControl", "065535|rightControl"}};
     for (const auto& [key, text, lenient] : rows) {
