@@ -36,12 +36,14 @@ struct DiagnosticEntry {
     friend bool operator==(const DiagnosticEntry&, const DiagnosticEntry&) = default;
 };
 
+/// Oldest first.
+using DiagnosticEntries = std::deque<DiagnosticEntry>;
+
 class DiagnosticsRecorder {
   public:
     static constexpr std::size_t capacity = 200;
 
-    /// Oldest first.
-    const std::deque<DiagnosticEntry>& entries() const { return entries_; }
+    const DiagnosticEntries& entries() const { return entries_; }
     bool isRecording() const { return isRecording_; }
 
     /// Throws the old entries away, then `onChange`.
@@ -60,7 +62,7 @@ class DiagnosticsRecorder {
   private:
     void changed() const;
 
-    std::deque<DiagnosticEntry> entries_;
+    DiagnosticEntries entries_;
     bool isRecording_ = false;
 };
 

@@ -6,6 +6,7 @@
 
 #include "core/platform/input_source.h"
 
+#include <functional>
 #include <optional>
 #include <set>
 #include <string>
@@ -27,6 +28,13 @@ class InputSourceCatalog {
     virtual std::optional<std::string> currentID() = 0;
     /// Asks the platform to make the source current; does not wait until it is.
     virtual SelectResult select(const std::string& id) = 0;
+
+    // Called from the event loop, once for a burst of changes; also for changes that this program made.
+
+    /// The set of enabled sources changed.
+    std::function<void()> onSourcesChanged;
+    /// Another source is current.
+    std::function<void()> onSelectedChanged;
 };
 
 /// What the engine needs. Nothing here throws: a failure is an outcome, an absent value or an empty set.

@@ -1,5 +1,7 @@
 #include "core/platform/remote_apps.h"
 
+#include "core/platform/identifier_prefix.h"
+
 #include <algorithm>
 #include <array>
 
@@ -8,7 +10,7 @@ namespace hopsel::remote_apps {
 namespace {
 
 struct Row {
-    std::string_view prefix; // in lower case
+    std::string_view prefix;
     Kind kind;
 };
 
@@ -69,23 +71,12 @@ constexpr std::array rows{
     Row{"x2goagent", Kind::remoteScreen},
 };
 
-// Identifiers are ASCII, and the user's locale must not change what they equal.
-constexpr char lowered(char letter) {
-    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
-
-bool begins(std::string_view identifier, std::string_view prefix) {
-    return identifier.size() >= prefix.size() &&
-           std::equal(prefix.begin(), prefix.end(), identifier.begin(),
-                      [](char expected, char actual) { return expected == lowered(actual); });
-}
-
 } // namespace
 
 std::optional<Kind> kind(std::optional<std::string_view> bundleID) {
     if (!bundleID) return std::nullopt;
     const auto* row = std::find_if(rows.begin(), rows.end(),
-                                   [&](const Row& each) { return begins(*bundleID, each.prefix); });
+                                   [&](const Row& each) { return identifierBegins(*bundleID, each.prefix); });
     if (row == rows.end()) return std::nullopt;
     return row->kind;
 }

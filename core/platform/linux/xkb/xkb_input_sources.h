@@ -2,7 +2,8 @@
 //
 // One source for each group of the server's keymap. Made by start-up and shared with the input-source
 // service; needs the event loop, through which it learns of changes on a connection of its own. It survives
-// the loss of that connection: the owner calls `reconnect`. Main thread.
+// the loss of that connection: the owner calls `reconnect`. It tells of a change only if the value is another
+// in the end. Main thread.
 #pragma once
 
 #include "core/platform/input_source_service.h"
@@ -36,10 +37,7 @@ class XkbInputSources final : public InputSourceCatalog {
     /// True if there is a connection afterwards. What changed meanwhile is reported like any change.
     bool reconnect();
 
-    // Called from the event loop, once for a burst of changes and only if the value is another in the end;
-    // also for changes that this program made.
-    std::function<void()> onSourcesChanged;
-    std::function<void()> onSelectedChanged;
+    /// Called from the event loop.
     std::function<void()> onLost;
 
   private:

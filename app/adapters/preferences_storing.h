@@ -1,0 +1,28 @@
+// The seam of the user's three preferences. The rules are not among them; they have a file of their own.
+//
+// Owned by the application model.
+#pragma once
+
+namespace hopsel {
+
+class PreferencesStoring {
+  public:
+    PreferencesStoring() = default;
+    PreferencesStoring(const PreferencesStoring&) = delete;
+    PreferencesStoring& operator=(const PreferencesStoring&) = delete;
+    virtual ~PreferencesStoring() = default;
+
+    // Each write is stored at once; what was never written reads as its default.
+
+    /// By default true.
+    virtual bool showCurrentSourceLabel() const = 0;
+    virtual void setShowCurrentSourceLabel(bool on) = 0;
+    /// By default true.
+    virtual bool engineEnabled() const = 0;
+    virtual void setEngineEnabled(bool on) = 0;
+    /// By default false.
+    virtual bool onboardingCompleted() const = 0;
+    virtual void setOnboardingCompleted(bool completed) = 0;
+};
+
+} // namespace hopsel

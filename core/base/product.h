@@ -1,0 +1,19 @@
+// Who we are: the names and addresses that more than one place needs, once each. Plain constants.
+#pragma once
+
+#include <string_view>
+
+/// A macro, so that it can stand in the middle of a literal. The reserved domain stands until there is a
+/// mailbox: whoever distributes the program puts theirs here.
+#define HOPSEL_SUPPORT_ADDRESS "support@hopsel.example"
+
+namespace hopsel::product {
+
+/// For people.
+inline constexpr std::string_view name = "Hopsel";
+/// For systems: the log, files and folders on Linux.
+inline constexpr std::string_view applicationIdentifier = "hopsel";
+/// Where bug reports go.
+inline constexpr std::string_view supportAddress = HOPSEL_SUPPORT_ADDRESS;
+
+} // namespace hopsel::product

@@ -1,0 +1,317 @@
+// The model between engine, store and views: start, edits, switches, what is displayed.
+#include "rules/temporary_folder.h"
+#include "support/fakes/model_rig.h"
+#include "support/qt_waiting.h"
+#include "ui/l10n/l10n.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace hopsel {
+namespace {
+
+using namespace fakes;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Optional;
+
+const Trigger rightCommand = trigger::ModifierTap{ModifierKey::rightCommand};
+const Trigger rightOption = trigger::ModifierTap{ModifierKey::rightOption};
+const Trigger shiftSpace = trigger::Shortcut{{49, {ModifierKey::leftShift}}};
+const Trigger controlSpace = trigger::Shortcut{{49, {ModifierKey::leftControl}}};
+
+const EditResult added = edit_result::Added{};
+
+class Model : public testing::Test, protected ModelRig {
+  protected:
+    /// The file as another run left it.
+    void storeRule(const Trigger& trigger = rightCommand, const InputSourceInfo& a = korean) {
+        RuleStore writer(file, storage, [] { return 0; });
+        writer.load();
+        writer.add(Rule::make(trigger, action::Toggle{{a.id, a.name}, {english.id, english.name}}));
+    }
+};
+
+TEST_F(Model, isBuiltWithoutTouchingFileOrEngineAndStartsInOrder) {
+    storeRule();
+    preferences->showLabel = false;
+    build();
+    EXPECT_THAT(calls, IsEmpty());
+    EXPECT_EQ(engine->recorder, recorder);
+    EXPECT_EQ(engine->guest, (ShortcutKey{49, {ModifierKey::leftControl}}));
+    EXPECT_FALSE(engine->onEvent);
+    EXPECT_FALSE(model->showSourceLabel());
+    EXPECT_EQ(model->statusLine(), StatusLine::starting);
+
+    loginItem->current = LoginItemStatus::requiresApproval;
+    model->start();
+    EXPECT_THAT(calls, ElementsAre("directory list", "engine apply 1", "engine start"));
+    EXPECT_EQ(model->statusLine(), StatusLine::ok);
+    EXPECT_EQ(model->rules().size(), 1U);
+    EXPECT_EQ(model->launchStatus(), LoginItemStatus::requiresApproval);
+    EXPECT_TRUE(model->onboardingCompleted()) << "who has rules needs no introduction";
+    EXPECT_TRUE(preferences->completed);
+}
+
+TEST_F(Model, startsForTheFirstTimeWithoutRules) {
+    preferences->enabled = false;
+    launch();
+    EXPECT_EQ(model->statusLine(), StatusLine::paused);
+    EXPECT_EQ(engine->current, EngineState(engine_state::Stopped{}));
+    EXPECT_FALSE(preferences->completed);
+    EXPECT_FALSE(std::filesystem::exists(file)) << "nothing is written before the first rule";
+}
+
+TEST_F(Model, refusesEveryEditWhileTheFileCannotBeUsed) {
+    const std::tuple<std::string, std::function<bool(const StoreProblem&)>> cases[] = {
+        {"{",
+         [&](const StoreProblem& problem) {
+             const auto* corrupt = std::get_if<store_problem::Corrupt>(&problem);
+             return corrupt != nullptr && corrupt->backupPath == file.string() + ".corrupt-1700000000";
+         }},
+        {R"({"schemaVersion":7,"rules":[]})",
+         [](const StoreProblem& problem) { return problem == StoreProblem(store_problem::NewerVersion{7}); }},
+        {"", [](const StoreProblem& problem) {
+             return std::holds_alternative<store_problem::Unreadable>(problem);
+         }}};
+    for (const auto& [text, isExpected] : cases) {
+        std::filesystem::remove_all(file);
+        if (text.empty())
+            std::filesystem::create_directory(file);
+        else
+            folder.write("config.json", text);
+        calls.clear();
+        build();
+        model->start();
+        ASSERT_TRUE(model->storeProblem()) << text;
+        EXPECT_TRUE(isExpected(*model->storeProblem())) << text;
+        EXPECT_THAT(calls, ElementsAre("directory list", "engine apply 0", "engine start"));
+        EXPECT_EQ(model->statusLine(), StatusLine::configProblem);
+        calls.clear();
+        const EditResult refused = edit_result::Failed{"settings unavailable"};
+        EXPECT_FALSE(model->canEditRules());
+        EXPECT_EQ(model->addRule(shiftSpace, korean, english), refused);
+        EXPECT_EQ(model->updateSources("any", korean, english), refused);
+        EXPECT_FALSE(model->removeRule("any"));
+        EXPECT_FALSE(model->setRuleEnabled("any", true));
+        EXPECT_THAT(calls, IsEmpty());
+        EXPECT_TRUE(text.empty() || contents(file) == text);
+    }
+}
+
+TEST_F(Model, storesEachEditAndTellsTheEngineThen) {
+    launch();
+    EXPECT_EQ(model->addRule(rightCommand, korean, english), added);
+    ASSERT_EQ(model->rules().size(), 1U);
+    const std::string id = model->rules()[0].id;
+    EXPECT_THAT(id, testing::MatchesRegex("[0-9A-F]{8}-([0-9A-F]{4}-){3}[0-9A-F]{12}"));
+    EXPECT_EQ(model->updateSources(id, english, korean), added);
+    EXPECT_TRUE(model->setRuleEnabled(id, false));
+    EXPECT_THAT(calls, ElementsAre("engine apply 1", "engine apply 1", "engine apply 1"));
+    const Rule expected{id, false, rightCommand, action::Toggle{{"abc", "ABC"}, {"hangul", "Korean"}}};
+    EXPECT_THAT(model->rules(), ElementsAre(expected));
+    RuleStore reader(file, storage, [] { return 0; });
+    reader.load();
+    EXPECT_THAT(reader.config().rules, ElementsAre(expected));
+    EXPECT_TRUE(model->removeRule(id));
+    EXPECT_THAT(model->rules(), IsEmpty());
+}
+
+TEST_F(Model, leavesEverythingWhenAnEditFails) {
+    storeRule();
+    launch();
+    const std::string id = model->rules()[0].id;
+    const std::vector<RuleIssue> duplicate{rule_issue::DuplicateTrigger{id}};
+    EXPECT_EQ(model->previewIssues(rightCommand, korean, english), duplicate);
+    EXPECT_EQ(model->addRule(rightCommand, korean, english), EditResult(edit_result::Invalid{duplicate}));
+    EXPECT_EQ(model->updateSources(id, english, english),
+              EditResult(edit_result::Invalid{{rule_issue::SameSource{}}}));
+    EXPECT_EQ(model->updateSources("x", korean, english), EditResult(edit_result::Failed{"rule not found"}));
+    EXPECT_FALSE(model->removeRule("x"));
+    onFullDisk([&] {
+        const EditResult result = model->addRule(rightOption, korean, english);
+        ASSERT_TRUE(std::holds_alternative<edit_result::Failed>(result));
+        EXPECT_THAT(std::get<edit_result::Failed>(result).message,
+                    testing::MatchesRegex(R"(writeFailed\(.*File too large.*\))"));
+        EXPECT_FALSE(model->setRuleEnabled(id, false));
+    });
+    EXPECT_EQ(model->rules().size(), 1U);
+    EXPECT_TRUE(model->rules()[0].enabled);
+    EXPECT_THAT(calls, IsEmpty());
+}
+
+TEST_F(Model, asksForAccessibilityOnceAShortcutIsStored) {
+    launch();
+    settings->accessibility = false;
+    model->addRule(rightCommand, korean, english);
+    model->addRule(trigger::Shortcut{{0, {ModifierKey::leftShift}}}, korean, english); // refused
+    EXPECT_THAT(calls, ElementsAre("engine apply 1"));
+    model->addRule(shiftSpace, korean, english);
+    settings->accessibility = true;
+    model->addRule(controlSpace, korean, english);
+    EXPECT_THAT(calls, ElementsAre("engine apply 1", "engine apply 2", "request accessibility",
+                                   "open accessibility", "engine apply 3"));
+}
+
+TEST_F(Model, warnsOfShortcutsThatCannotWorkOrBelongToTheSystem) {
+    launch();
+    EXPECT_EQ(model->warning(controlSpace, false), RuleWarning::systemShortcutConflict);
+    EXPECT_EQ(model->warning(shiftSpace, true), std::nullopt);
+    emitEvent(engine_event::ShortcutStatusChanged{ShortcutStatus::unavailable});
+    EXPECT_EQ(model->warning(controlSpace, true), RuleWarning::needsAccessibility);
+    EXPECT_EQ(model->warning(controlSpace, false), RuleWarning::systemShortcutConflict);
+    EXPECT_EQ(model->warning(shiftSpace, false), std::nullopt);
+    EXPECT_EQ(model->warning(rightCommand, true), std::nullopt);
+    const Rule broken{"r", true, rightCommand, action::Toggle{{"palette", "Emoji"}, {"abc", "ABC"}}};
+    EXPECT_EQ(model->health(broken), RuleHealth(rule_health::BrokenSource{{"palette"}}))
+        << "listed, but it cannot be selected";
+}
+
+TEST_F(Model, followsTheEngine) {
+    launch();
+    directory->current = "hangul";
+    emitEvent(engine_event::Switched{"r", "abc", "hangul", false, 1});
+    EXPECT_THAT(model->currentSourceID(), Optional(std::string("hangul")));
+    EXPECT_EQ(model->switchCount(), 0);
+    emitEvent(engine_event::Switched{"r", "abc", "hangul", true, 1});
+    emitEvent(engine_event::SwitchFailed{"r", "abc", select_result::NotFound{}});
+    EXPECT_EQ(model->switchCount(), 1);
+
+    // Each status wins over the ones below it.
+    emitEvent(engine_event::ShortcutStatusChanged{ShortcutStatus::unavailable});
+    EXPECT_EQ(model->statusLine(), StatusLine::accessibilityMissing);
+    emitEvent(engine_event::StateChanged{engine_state::Degraded{DegradedReason::tapDisabled}});
+    EXPECT_EQ(model->statusLine(), StatusLine::tapDisabled);
+    emitEvent(engine_event::StateChanged{engine_state::Degraded{DegradedReason::permissionMissing}});
+    EXPECT_EQ(model->statusLine(), StatusLine::permissionMissing);
+    emitEvent(engine_event::StateChanged{engine_state::Stopped{}});
+    EXPECT_EQ(model->statusLine(), StatusLine::starting);
+    model->setEngineEnabled(false);
+    emitEvent(engine_event::StateChanged{engine_state::Degraded{DegradedReason::tapDisabled}});
+    EXPECT_EQ(model->statusLine(), StatusLine::paused);
+
+    const auto observer = engine->onEvent;
+    model.reset();
+    observer(engine_event::StateChanged{engine_state::Running{}}); // the engine may outlive it
+    recorder->startRecording();
+}
+
+TEST_F(Model, retriesOnlyWhatIsWantedAndDegraded) {
+    engine->stateAfterStart = engine_state::Degraded{DegradedReason::permissionMissing};
+    launch();
+    engine->stateAfterStart = engine_state::Running{};
+    engine->status = ShortcutStatus::running;
+    model->retryPermissionIfNeeded();
+    EXPECT_EQ(model->statusLine(), StatusLine::ok);
+    EXPECT_EQ(model->shortcutStatus(), ShortcutStatus::running);
+    model->retryPermissionIfNeeded();
+    EXPECT_THAT(calls, ElementsAre("engine start", "engine retryShortcut", "engine retryShortcut"));
+    model->setEngineEnabled(false);
+    calls.clear();
+    model->retryPermissionIfNeeded();
+    EXPECT_THAT(calls, IsEmpty());
+    EXPECT_FALSE(preferences->enabled);
+}
+
+TEST_F(Model, passesOnWhatThePlatformReports) {
+    launch();
+    directory->sources = {korean};
+    directory->current.reset();
+    model->sourcesChanged();
+    model->systemEvent(SystemEvent::screenUnlocked);
+    EXPECT_THAT(calls, ElementsAre("directory list", "engine refreshSources", "engine handle 3"));
+    EXPECT_THAT(model->sources(), ElementsAre(korean));
+    EXPECT_FALSE(model->currentSourceID());
+    model->frontmostAppChanged("org.virtualbox.app.VirtualBoxVM");
+    EXPECT_EQ(engine->remoteKind, remote_apps::Kind::guestOS);
+    model->frontmostAppChanged(std::nullopt);
+    EXPECT_FALSE(engine->remoteKind);
+
+    EXPECT_TRUE(model->captureTrigger([](ModifierKey) {}));
+    EXPECT_TRUE(engine->isCapturing());
+    model->cancelCapture();
+    EXPECT_FALSE(engine->isCapturing());
+    engine->stop();
+    EXPECT_FALSE(model->captureTrigger([](ModifierKey) {}));
+    EXPECT_FALSE(engine->isCapturing());
+}
+
+TEST_F(Model, performsWhatTheMenuOffers) {
+    launch();
+    model->perform(MenuAction::toggleEngine);
+    EXPECT_FALSE(model->engineEnabled());
+    model->perform(MenuAction::toggleLaunchAtLogin);
+    EXPECT_TRUE(model->menuState().launchAtLogin);
+    loginItem->refuses = true;
+    model->perform(MenuAction::toggleLaunchAtLogin);
+    loginItem->current = LoginItemStatus::unavailable;
+    model->setLaunchAtLogin(true);
+    EXPECT_EQ(model->launchStatus(), LoginItemStatus::unavailable) << "read again after the refusal";
+    for (const MenuAction action : {MenuAction::openPrivacySettings, MenuAction::openAccessibilitySettings,
+                                    MenuAction::openSettings, MenuAction::openBugReport, MenuAction::quit})
+        model->perform(action);
+    model->requestInputMonitoringAccess();
+    EXPECT_THAT(calls, ElementsAre("engine stop", "open input monitoring", "open accessibility",
+                                   "request input monitoring", "open input monitoring"));
+    int requests = 0;
+    model->markOnboardingCompleted();
+    model->onRequestOnboarding = [&] { requests += preferences->completed ? 0 : 1; };
+    model->runOnboardingAgain();
+    EXPECT_EQ(requests, 1);
+    EXPECT_FALSE(model->onboardingCompleted());
+}
+
+TEST_F(Model, showsRulesAndSourcesByTheirNamesOfToday) {
+    storeRule(rightOption, {"gone", "Gone Layout", "", {"ja"}, true});
+    storeRule();
+    launch();
+    l10n::setLanguage(L10nLanguage::en);
+    directory->sources = {{"hangul", "한국어", "ime", {"ko"}, true}, english};
+    model->sourcesChanged();
+    const MenuState menu = model->menuState();
+    EXPECT_THAT(menu.ruleLines, ElementsAre("Right ⌥  Gone Layout ⇄ ABC", "Right ⌘  한국어 ⇄ ABC"));
+    EXPECT_THAT(menu.currentInputName, Optional(std::string("ABC")));
+    EXPECT_EQ(model->currentSourcePair(), (StatusBadge{"G", "A", false}));
+    EXPECT_EQ(model->statusItemAppearance().badge, (StatusBadge{"G", "A", false}));
+    model->setRuleEnabled(model->rules()[0].id, false);
+    EXPECT_EQ(model->currentSourcePair(), (StatusBadge{"한", "A", false}));
+    directory->current = "hangul";
+    model->currentSourceChanged();
+    EXPECT_EQ(model->currentSourcePair(), (StatusBadge{"한", "A", true}));
+    model->setRuleEnabled(model->rules()[1].id, false);
+    EXPECT_EQ(model->statusItemAppearance().badge, StatusBadge::single("한"));
+    model->setShowSourceLabel(false);
+    EXPECT_FALSE(model->statusItemAppearance().badge);
+    EXPECT_FALSE(preferences->showLabel);
+    directory->current = "unlisted";
+    model->currentSourceChanged();
+    EXPECT_FALSE(model->currentSourceName());
+    EXPECT_EQ(model->currentSourceLabel(), std::nullopt);
+}
+
+TEST_F(Model, announcesAChangeBeforeItAndIsLookedAtOnceAfterwards) {
+    launch();
+    int signals = 0;
+    QObject::connect(model.get(), &AppModel::objectWillChange, model.get(),
+                     [&] { EXPECT_TRUE(++signals > 1 || model->rules().empty()) << "not changed yet"; });
+    std::vector<std::size_t> seen;
+    {
+        QObject context;
+        model->observe(&context, [&] { seen.push_back(model->rules().size()); });
+        model->addRule(rightCommand, korean, english);
+        EXPECT_EQ(signals, 1);
+        EXPECT_THAT(seen, IsEmpty());
+        model->setShowSourceLabel(false);
+        ASSERT_TRUE(test::runLoopUntil([&] { return !seen.empty(); }));
+        EXPECT_TRUE(test::staysFalse([&] { return seen.size() > 1; }));
+        EXPECT_THAT(seen, ElementsAre(1U));
+        model->retryPermissionIfNeeded();
+        model->setShowSourceLabel(false);
+        EXPECT_TRUE(test::staysFalse([&] { return seen.size() > 1; })) << "what stays the same is no change";
+        model->setShowSourceLabel(true);
+    }
+    EXPECT_TRUE(test::staysFalse([&] { return seen.size() > 1; })) << "the observer is gone";
+}
+
+} // namespace
+} // namespace hopsel

@@ -1,0 +1,155 @@
+// Recording fakes of what the application model stands on: the engine and the application's own seams.
+//
+// Those whose order matters write what they are asked into one list of calls. Fields are public; a test sets
+// how a fake behaves. Each lives as long as the test that made it.
+#pragma once
+
+#include "app/adapters/input_source_directory.h"
+#include "app/adapters/login_item.h"
+#include "app/adapters/preferences_storing.h"
+#include "app/adapters/report_delivering.h"
+#include "app/adapters/system_settings_opening.h"
+#include "core/diagnostics/running_apps.h"
+#include "core/engine/engine_controlling.h"
+
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace hopsel::fakes {
+
+using Calls = std::vector<std::string>;
+
+/// Starts at once; tells its observer of the state as the real one does.
+class FakeEngine final : public EngineControlling {
+  public:
+    explicit FakeEngine(Calls& log) : calls(log) {}
+
+    EngineState state() const override { return current; }
+    ShortcutStatus shortcutStatus() const override { return status; }
+    void setOnEvent(EventObserver observer) override { onEvent = std::move(observer); }
+    bool isCapturing() const override { return capture != nullptr; }
+    std::shared_ptr<DiagnosticsRecorder> diagnostics() const override { return recorder; }
+    void setDiagnostics(std::shared_ptr<DiagnosticsRecorder> given) override { recorder = std::move(given); }
+    std::optional<remote_apps::Kind> frontmostRemoteKind() const override { return remoteKind; }
+    void setFrontmostRemoteKind(std::optional<remote_apps::Kind> kind) override { remoteKind = kind; }
+    ShortcutKey guestKey() const override { return guest; }
+    void setGuestKey(ShortcutKey key) override { guest = key; }
+    void start() override {
+        calls.emplace_back("engine start");
+        current = stateAfterStart;
+    }
+    void stop() override {
+        calls.emplace_back("engine stop");
+        current = engine_state::Stopped{};
+    }
+    void apply(const Config& config) override {
+        calls.push_back("engine apply " + std::to_string(config.rules.size()));
+    }
+    void refreshSources() override { calls.emplace_back("engine refreshSources"); }
+    void retryShortcutIfNeeded() override { calls.emplace_back("engine retryShortcut"); }
+    void handle(SystemEvent event) override {
+        calls.push_back("engine handle " + std::to_string(static_cast<int>(event)));
+    }
+    void beginTriggerCapture(CaptureHandler handler) override { capture = std::move(handler); }
+    void cancelTriggerCapture() override { capture = nullptr; }
+
+    Calls& calls;
+    EngineState current;
+    EngineState stateAfterStart = engine_state::Running{};
+    ShortcutStatus status = ShortcutStatus::notNeeded;
+    EventObserver onEvent;
+    CaptureHandler capture;
+    std::shared_ptr<DiagnosticsRecorder> recorder;
+    std::optional<remote_apps::Kind> remoteKind;
+    ShortcutKey guest;
+};
+
+class FakeDirectory final : public InputSourceDirectory {
+  public:
+    explicit FakeDirectory(Calls& log) : calls(log) {}
+    std::vector<InputSourceInfo> enabledSources() override {
+        calls.emplace_back("directory list");
+        return sources;
+    }
+    std::optional<std::string> currentID() override { return current; }
+
+    Calls& calls;
+    std::vector<InputSourceInfo> sources;
+    std::optional<std::string> current;
+};
+
+class FakePreferences final : public PreferencesStoring {
+  public:
+    bool showCurrentSourceLabel() const override { return showLabel; }
+    void setShowCurrentSourceLabel(bool on) override { showLabel = on; }
+    bool engineEnabled() const override { return enabled; }
+    void setEngineEnabled(bool on) override { enabled = on; }
+    bool onboardingCompleted() const override { return completed; }
+    void setOnboardingCompleted(bool on) override { completed = on; }
+
+    bool showLabel = true;
+    bool enabled = true;
+    bool completed = false;
+};
+
+class FakeLoginItem final : public LoginItemControlling {
+  public:
+    LoginItemStatus status() const override { return current; }
+    void setEnabled(bool on) override {
+        if (refuses) throw std::runtime_error("refused");
+        current = on ? LoginItemStatus::enabled : LoginItemStatus::disabled;
+    }
+
+    LoginItemStatus current = LoginItemStatus::disabled;
+    bool refuses = false;
+};
+
+class FakeSettings final : public SystemSettingsOpening {
+  public:
+    explicit FakeSettings(Calls& log) : calls(log) {}
+    void requestInputMonitoring() override { calls.emplace_back("request input monitoring"); }
+    void openInputMonitoring() override { calls.emplace_back("open input monitoring"); }
+    bool inputMonitoringGranted() const override { return inputMonitoring; }
+    bool accessibilityGranted() const override { return accessibility; }
+    void requestAccessibility() override { calls.emplace_back("request accessibility"); }
+    void openAccessibility() override { calls.emplace_back("open accessibility"); }
+    void openLoginItems() override { calls.emplace_back("open login items"); }
+
+    Calls& calls;
+    bool inputMonitoring = true;
+    bool accessibility = true;
+};
+
+class FakeRunningApps final : public RunningAppsProviding {
+  public:
+    std::vector<std::string> runningBundleIDs() override { return running; }
+
+    std::vector<std::string> running;
+};
+
+class FakeReportDelivery final : public ReportDelivering {
+  public:
+    explicit FakeReportDelivery(Calls& log) : calls(log) {}
+    std::optional<std::filesystem::path> saveFile(const std::string& suggestedName,
+                                                  const std::string& contents) override {
+        calls.push_back("save " + suggestedName);
+        saved = contents;
+        return location;
+    }
+    void copyToClipboard(const std::string& text) override {
+        calls.emplace_back("copy");
+        copied = text;
+    }
+    void openMail(const std::string& address) override {
+        calls.push_back("mail " + address.substr(0, address.find('?')));
+    }
+
+    Calls& calls;
+    std::optional<std::filesystem::path> location;
+    std::string saved;
+    std::string copied;
+};
+
+} // namespace hopsel::fakes
