@@ -1,14 +1,10 @@
 #include "app/app_delegate.h"
 
-#include "core/platform/input_source_switcher.h"
-#include "core/platform/linux/main_loop.h"
-#include "core/platform/linux/x11/x11_guest_key_sender.h"
-#include "core/platform/linux/x11/x11_input_devices.h"
-#include "core/platform/linux/x11/x11_listen_source.h"
-#include "core/platform/linux/x11/x11_shortcut_source.h"
-#include "core/platform/posix/posix_file_storage.h"
+#include "core/diagnostics/diagnostics_recorder.h"
+#include "core/rules/rule_store.h"
 
 #include <QCoreApplication>
+#include <QPointer>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -32,17 +28,23 @@ void sayAnotherRuns(const SingleInstance& instance) {
         (process ? " (process " + std::to_string(*process) + ")" : std::string()));
 }
 
-/// Throws `std::runtime_error` if the session lacks what nothing can work without.
-void requireSession() {
-    X11Connection connection;
-    x11_input_devices::requireXInput2(connection);
-    x11_input_devices::requireXkb(connection);
-}
-
 std::int64_t secondsSince1970() {
     return std::chrono::duration_cast<std::chrono::seconds>(
                std::chrono::system_clock::now().time_since_epoch())
         .count();
+}
+
+std::string appVersion() {
+    const QString version = QCoreApplication::applicationVersion();
+    return version.isEmpty() ? "dev" : version.toStdString();
+}
+
+std::string words(const StoreProblem& problem) {
+    if (const auto* corrupt = std::get_if<store_problem::Corrupt>(&problem))
+        return StoreError(store_error::Corrupt{corrupt->backupPath}).what();
+    if (const auto* newer = std::get_if<store_problem::NewerVersion>(&problem))
+        return StoreError(store_error::UnsupportedSchemaVersion{newer->version}).what();
+    return std::get<store_problem::Unreadable>(problem).description;
 }
 
 } // namespace
@@ -53,20 +55,20 @@ AppDelegate::Launch AppDelegate::didFinishLaunching() {
         return Launch::alreadyRunning;
     }
     try {
-        requireSession();
-        buildEngine();
+        platform_ = std::make_unique<LinuxPlatform>();
     } catch (const std::runtime_error& error) {
         say(error.what());
         return Launch::impossible;
     }
-    storage_ = std::make_shared<PosixFileStorage>(PosixFileStorage::xdgDataHome());
-    store_ = std::make_unique<RuleStore>(configURL(*storage_), storage_, secondsSince1970);
+    buildModel();
     observePlatform();
-    loadRules();
-    engine_->apply(store_->config());
-    engine_->start();
-    sayWhyNotListening();
+    model_->start();
+    // A user who was here before and lost the permission is asked at once; a new one by the introduction.
+    if (model_->statusLine() == StatusLine::permissionMissing && model_->onboardingCompleted())
+        settingsOpener_->requestInputMonitoring();
     startRetrying();
+    sayStoreProblem();
+    sayWhyNotListening();
     return Launch::running;
 }
 
@@ -81,68 +83,91 @@ std::filesystem::path AppDelegate::configURL(const FileStorage& storage) {
     return RuleStore::defaultFileURL(storage);
 }
 
-void AppDelegate::buildEngine() {
-    hook_ = std::make_shared<X11KeyHook>(uptimeSeconds);
-    hook_->onHandled = runScheduled;
-    listenSource_ = std::make_shared<X11ListenSource>(hook_);
-    sources_ = std::make_shared<XkbInputSources>();
-    engine_ = EngineCoordinator::create({
-        .source = listenSource_,
-        .shortcutSource = std::make_shared<X11ShortcutSource>(hook_, log_),
-        .service = std::make_shared<LiveInputSourceService>(sources_, uptimeSeconds, runFor),
-        .secureInput = std::make_shared<NoSecureInput>(),
-        .guestKeySender = std::make_shared<X11GuestKeySender>(hook_, uptimeSeconds),
-        .tapMax = tapMax,
-        .clock = uptimeSeconds,
-        .schedule = schedule,
+void AppDelegate::buildModel() {
+    const DiagnosticsEnvironment environment = LinuxPlatform::environment();
+    EngineCoordinator::Parts engineParts = platform_->engineParts();
+    engineParts.tapMax = tapMax;
+    engineParts.clock = environment.uptime;
+    engine_ = EngineCoordinator::create(std::move(engineParts));
+
+    const std::shared_ptr<FileStorage> storage = LinuxPlatform::storage();
+    store_ = std::make_shared<RuleStore>(configURL(*storage), storage, secondsSince1970);
+    settingsOpener_ = platform_->settingsOpener();
+    directory_ = std::make_shared<LiveInputSourceDirectory>(platform_->inputSources());
+    model_ = std::make_unique<AppModel>(AppModel::Parts{
+        .store = store_,
+        .engine = engine_,
+        .directory = directory_,
+        .loginItem = platform_->loginItem(),
+        .settings = settingsOpener_,
+        .preferences = platform_->preferences(),
+        .appVersion = appVersion(),
+        .systemShortcutConflict = platform_->systemShortcutConflict(),
+        .diagnostics = std::make_shared<DiagnosticsRecorder>(),
+        .runningApps = platform_->runningApps(),
+        .reportDelivery = platform_->reportDelivery(),
+        .environment = environment,
     });
 }
 
-void AppDelegate::loadRules() {
-    try {
-        store_->load();
-    } catch (const std::exception& error) {
-        say(store_->fileURL().string() + ": " + error.what() +
-            ". No rule runs; the file is left as it is. Repair or move it and start again.");
-    }
-}
-
 void AppDelegate::observePlatform() {
-    const std::weak_ptr<EngineCoordinator> engine = engine_;
-    sources_->onSourcesChanged = [engine] {
-        if (const auto alive = engine.lock()) alive->refreshSources();
+    const QPointer<AppModel> model(model_.get());
+    SystemEventObserving& systemObserver = platform_->systemObserver();
+    systemObserver.onEvent = [this, model](SystemEvent event) {
+        platform_->recoverFrom(event);
+        if (model) model->systemEvent(event);
     };
-    sources_->onLost = [this] { singleInstance_.release(); };
+    systemObserver.onInputSourcesChanged = [model] {
+        if (model) model->sourcesChanged();
+    };
+    systemObserver.start();
+    FrontmostAppObserving& frontmostObserver = platform_->frontmostObserver();
+    frontmostObserver.onChange = [model](const std::optional<std::string>& bundleID) {
+        if (model) model->frontmostAppChanged(bundleID);
+    };
+    frontmostObserver.start();
+    directory_->onSelectedChanged = [model] {
+        if (model) model->currentSourceChanged();
+    };
+    directory_->startObserving();
+    platform_->setOnLost([this] { singleInstance_.release(); });
 }
 
 void AppDelegate::startRetrying() {
-    QObject::connect(&retryTimer_, &QTimer::timeout, &retryTimer_, [this] { retryPermissionIfNeeded(); });
+    QObject::connect(&retryTimer_, &QTimer::timeout, &retryTimer_, [this] { retry(); });
     retryTimer_.start(retryInterval);
-}
-
-void AppDelegate::retryPermissionIfNeeded() {
-    if (sources_->isLost() && !reconnectSources()) return;
-    if (std::holds_alternative<engine_state::Degraded>(engine_->state())) engine_->start();
-    sayWhyNotListening();
-    engine_->retryShortcutIfNeeded();
 }
 
 // While there is no server, another copy may take over: the one that the next session starts may know the way
 // to its server better than this one.
-bool AppDelegate::reconnectSources() {
-    if (!sources_->reconnect()) return false;
-    if (!singleInstance_.acquire()) {
-        sayAnotherRuns(singleInstance_);
-        QCoreApplication::quit();
-        return false;
+void AppDelegate::retry() {
+    switch (platform_->retry()) {
+    case LinuxPlatform::Connection::lost: return;
+    case LinuxPlatform::Connection::regained:
+        if (!singleInstance_.acquire()) {
+            sayAnotherRuns(singleInstance_);
+            QCoreApplication::quit();
+            return;
+        }
+        model_->sourcesChanged();
+        break;
+    case LinuxPlatform::Connection::kept: break;
     }
-    engine_->refreshSources();
-    return true;
+    model_->retryPermissionIfNeeded();
+    sayWhyNotListening();
+}
+
+void AppDelegate::sayStoreProblem() {
+    const auto& problem = model_->storeProblem();
+    if (!problem) return;
+    say(store_->fileURL().string() + ": " + words(*problem) +
+        ". No rule runs; the file is left as it is. Repair or move it and start again.");
 }
 
 void AppDelegate::sayWhyNotListening() {
-    const std::string& failure = listenSource_->failure();
-    if (failure != saidLast_ && !failure.empty()) say(failure + "; trying again every two seconds");
+    const std::string& failure = platform_->listeningFailure();
+    if (failure != saidLast_ && !failure.empty() && model_->engineEnabled())
+        say(failure + "; trying again every two seconds");
     saidLast_ = failure;
 }
 

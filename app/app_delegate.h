@@ -1,20 +1,18 @@
-// Builds the program in a fixed order, wires the platform's observers to the engine, and takes it down again.
+// Builds the program in a fixed order, wires the platform's observers to the model, and takes it down again.
 //
-// Made by `main`, lives as long as the process, owns everything. The only place that knows the live types;
-// all of it is handed on through interfaces.
+// Made by `main`, lives as long as the process, owns everything. What it builds is handed on through
+// interfaces; callbacks hold the model weakly.
 #pragma once
 
+#include "app/linux/linux_platform.h"
+#include "app/model/app_model.h"
 #include "app/single_instance.h"
 #include "core/engine/engine_coordinator.h"
-#include "core/platform/linux/system_log.h"
-#include "core/platform/linux/x11/x11_key_hook.h"
-#include "core/platform/linux/x11/x11_listen_source.h"
-#include "core/platform/linux/xkb/xkb_input_sources.h"
-#include "core/rules/rule_store.h"
 
 #include <QTimer>
 #include <filesystem>
 #include <memory>
+#include <string>
 
 namespace hopsel {
 
@@ -33,25 +31,22 @@ class AppDelegate {
     static std::filesystem::path configURL(const FileStorage& storage);
 
   private:
-    /// Throws `std::runtime_error` in words for the user.
-    void buildEngine();
-    void loadRules();
+    void buildModel();
     void observePlatform();
     void startRetrying();
-    void retryPermissionIfNeeded();
-    bool reconnectSources();
+    void retry();
+    void sayStoreProblem();
     void sayWhyNotListening();
 
-    SystemLog log_;
     SingleInstance singleInstance_;
-    std::shared_ptr<XkbInputSources> sources_;
-    std::shared_ptr<X11KeyHook> hook_;
-    std::shared_ptr<X11ListenSource> listenSource_;
-    std::string saidLast_; ///< about listening; each reason is said once
+    std::unique_ptr<LinuxPlatform> platform_;
     std::shared_ptr<EngineCoordinator> engine_;
-    std::shared_ptr<FileStorage> storage_;
-    std::unique_ptr<RuleStore> store_;
+    std::shared_ptr<RuleStore> store_;
+    std::shared_ptr<SystemSettingsOpening> settingsOpener_;
+    std::shared_ptr<LiveInputSourceDirectory> directory_;
+    std::unique_ptr<AppModel> model_;
     QTimer retryTimer_;
+    std::string saidLast_; ///< about listening; each reason is said once
 };
 
 } // namespace hopsel

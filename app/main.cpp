@@ -1,6 +1,9 @@
 // The process entry: the event loop, the signals that end it, and the delegate that builds everything.
 #include "app/app_delegate.h"
+#include "app/linux/session/preferred_languages.h"
 #include "app/termination_signals.h"
+#include "core/base/product.h"
+#include "ui/l10n/l10n.h"
 
 #include <QCoreApplication>
 #include <csignal>
@@ -12,7 +15,9 @@ int main(int argc, char** argv) {
     qputenv("QT_NO_GLIB", "1");
     QCoreApplication application(argc, argv);
     qunsetenv("QT_NO_GLIB");
-    QCoreApplication::setApplicationName("hopsel");
+    QCoreApplication::setApplicationName(QString::fromUtf8(hopsel::product::applicationIdentifier.data()));
+    QCoreApplication::setApplicationVersion(HOPSEL_VERSION);
+    hopsel::l10n::setPreferredLanguages([] { return hopsel::preferredLanguages(); });
 
     // First, so that a signal during the start ends the program in order as soon as the loop runs.
     const hopsel::TerminationSignals signals([] { QCoreApplication::quit(); });

@@ -1,7 +1,7 @@
 // Sleep, lock and session changes: what can lose key-ups, and the seam that reports it.
 //
 // The observer is owned by start-up, which sets the callbacks before `start`. Callbacks come on the main
-// thread and never after `stop` or after the observer is gone.
+// thread and never after `stop` or after the observer is gone; they must not stop it.
 #pragma once
 
 #include <functional>

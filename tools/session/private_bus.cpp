@@ -37,6 +37,7 @@ PrivateBus::PrivateBus(Kind kind)
                          "--nofork", "--nopidfile", "--print-address=1"};
     options.package = "dbus-daemon";
     options.output = ChildProcess::Output::capture;
+    options.errors = ChildProcess::Output::discard; // it may not raise its own limits in a container
     daemon_ = std::make_unique<ChildProcess>(options);
     const auto line = daemon_->waitForLine("unix:", patience);
     if (!line) throw std::runtime_error("dbus-daemon did not start");

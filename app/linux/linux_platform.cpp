@@ -1,0 +1,105 @@
+#include "app/linux/linux_platform.h"
+
+#include "app/linux/desktop/autostart_login_item.h"
+#include "app/linux/desktop/desktop_settings_opener.h"
+#include "app/linux/desktop/proc_running_apps.h"
+#include "app/linux/desktop/settings_preferences.h"
+#include "app/linux/session/system_facts.h"
+#include "app/linux/session_bus.h"
+#include "core/platform/input_source_switcher.h"
+#include "core/platform/linux/main_loop.h"
+#include "core/platform/linux/x11/x11_guest_key_sender.h"
+#include "core/platform/linux/x11/x11_input_devices.h"
+#include "core/platform/linux/x11/x11_permissions.h"
+#include "core/platform/linux/x11/x11_shortcut_source.h"
+#include "core/platform/posix/posix_file_storage.h"
+#include "core/platform/secure_input.h"
+
+namespace hopsel {
+
+namespace {
+
+/// Throws `std::runtime_error` if the session lacks what nothing can work without.
+std::shared_ptr<XkbInputSources> sourcesOfASessionThatCanWork() {
+    X11Connection connection;
+    x11_input_devices::requireXInput2(connection);
+    x11_input_devices::requireXkb(connection);
+    return std::make_shared<XkbInputSources>();
+}
+
+} // namespace
+
+LinuxPlatform::LinuxPlatform()
+    : sources_(sourcesOfASessionThatCanWork()),
+      hook_(std::make_shared<X11KeyHook>(uptimeSeconds)),
+      listenSource_(std::make_shared<X11ListenSource>(hook_)),
+      switchKeys_(std::make_shared<DesktopSwitchKeys>(sessionBus())),
+      systemObserver_(sources_) {
+    hook_->onHandled = runScheduled;
+}
+
+DiagnosticsEnvironment LinuxPlatform::environment() {
+    const QTimeZone zone = QTimeZone::systemTimeZone();
+    return {uptimeSeconds, [] { return QDateTime::currentDateTimeUtc(); },
+            zone.isValid() ? zone : QTimeZone::utc(), system_facts::systemVersion(),
+            system_facts::architecture()};
+}
+
+std::shared_ptr<FileStorage> LinuxPlatform::storage() {
+    return std::make_shared<PosixFileStorage>(PosixFileStorage::xdgDataHome());
+}
+
+EngineCoordinator::Parts LinuxPlatform::engineParts() {
+    EngineCoordinator::Parts parts;
+    parts.source = listenSource_;
+    parts.shortcutSource = std::make_shared<X11ShortcutSource>(hook_, log_);
+    parts.service = std::make_shared<LiveInputSourceService>(sources_, uptimeSeconds, runFor);
+    parts.secureInput = std::make_shared<NoSecureInput>();
+    parts.guestKeySender = std::make_shared<X11GuestKeySender>(hook_, uptimeSeconds);
+    parts.schedule = schedule;
+    return parts;
+}
+
+std::shared_ptr<LoginItemControlling> LinuxPlatform::loginItem() const {
+    return std::make_shared<AutostartLoginItem>();
+}
+
+std::shared_ptr<SystemSettingsOpening> LinuxPlatform::settingsOpener() {
+    return std::make_shared<DesktopSettingsOpener>(std::make_shared<X11Permissions>(), helpPage(), log_);
+}
+
+std::shared_ptr<PreferencesStoring> LinuxPlatform::preferences() {
+    return std::make_shared<SettingsPreferences>(log_);
+}
+
+std::shared_ptr<RunningAppsProviding> LinuxPlatform::runningApps() const {
+    return std::make_shared<ProcRunningApps>();
+}
+
+// No window asks for a report yet.
+std::shared_ptr<ReportDelivering> LinuxPlatform::reportDelivery() const {
+    return std::make_shared<NoReportDelivery>();
+}
+
+std::function<bool(const ShortcutKey&)> LinuxPlatform::systemShortcutConflict() const {
+    return [switchKeys = switchKeys_](const ShortcutKey& key) { return switchKeys->conflicts(key); };
+}
+
+void LinuxPlatform::recoverFrom(SystemEvent event) {
+    switch (event) {
+    case SystemEvent::didWake:
+    case SystemEvent::screenUnlocked:
+    case SystemEvent::sessionBecameActive: hook_->resynchronise(); break;
+    default: break;
+    }
+}
+
+LinuxPlatform::Connection LinuxPlatform::retry() {
+    systemObserver_.retry();
+    const bool wasLost = sources_->isLost();
+    if (wasLost && !sources_->reconnect()) return Connection::lost;
+    frontmostObserver_.start();
+    return wasLost ? Connection::regained : Connection::kept;
+}
+
+} // namespace hopsel

@@ -1,0 +1,73 @@
+// Everything of Linux that the program is built from: makes the live implementations and knows how they hang
+// together.
+//
+// Made by the delegate first and destroyed last; the delegate hands its pieces on through their interfaces.
+// The one place that knows the live types of this platform.
+#pragma once
+
+#include "app/adapters/frontmost_app_observing.h"
+#include "app/adapters/login_item.h"
+#include "app/adapters/preferences_storing.h"
+#include "app/adapters/report_delivering.h"
+#include "app/adapters/system_settings_opening.h"
+#include "app/linux/session/desktop_switch_keys.h"
+#include "app/linux/session/x11_frontmost_app_observer.h"
+#include "app/model/diagnostics_environment.h"
+#include "core/diagnostics/running_apps.h"
+#include "core/engine/engine_coordinator.h"
+#include "core/platform/file_storage.h"
+#include "core/platform/linux/system_events/linux_system_event_observer.h"
+#include "core/platform/linux/system_log.h"
+#include "core/platform/linux/x11/x11_key_hook.h"
+#include "core/platform/linux/x11/x11_listen_source.h"
+#include "core/platform/linux/xkb/xkb_input_sources.h"
+
+#include <memory>
+#include <string>
+
+namespace hopsel {
+
+class LinuxPlatform {
+  public:
+    /// Throws `std::runtime_error`, in words for the user, if this session lacks what nothing can work
+    /// without.
+    LinuxPlatform();
+
+    /// Clock, calendar and facts; read once at start.
+    static DiagnosticsEnvironment environment();
+    static std::shared_ptr<FileStorage> storage();
+
+    /// The clock and the limit of a tap are the caller's to add.
+    EngineCoordinator::Parts engineParts();
+    std::shared_ptr<InputSourceCatalog> inputSources() const { return sources_; }
+    std::shared_ptr<LoginItemControlling> loginItem() const;
+    std::shared_ptr<SystemSettingsOpening> settingsOpener();
+    std::shared_ptr<PreferencesStoring> preferences();
+    std::shared_ptr<RunningAppsProviding> runningApps() const;
+    std::shared_ptr<ReportDelivering> reportDelivery() const;
+    std::function<bool(const ShortcutKey&)> systemShortcutConflict() const;
+    SystemEventObserving& systemObserver() { return systemObserver_; }
+    FrontmostAppObserving& frontmostObserver() { return frontmostObserver_; }
+
+    /// Key-ups may have been lost in sleep or in another session: the keyboard is read again.
+    void recoverFrom(SystemEvent event);
+
+    enum class Connection { kept, regained, lost };
+    /// Called every two seconds: takes up again what was lost with a server or a bus.
+    Connection retry();
+    /// The display's server went away.
+    void setOnLost(std::function<void()> callback) { sources_->onLost = std::move(callback); }
+    /// Why there is no listening, in words for the user; empty when there is.
+    const std::string& listeningFailure() const { return listenSource_->failure(); }
+
+  private:
+    SystemLog log_;
+    std::shared_ptr<XkbInputSources> sources_;
+    std::shared_ptr<X11KeyHook> hook_;
+    std::shared_ptr<X11ListenSource> listenSource_;
+    std::shared_ptr<DesktopSwitchKeys> switchKeys_;
+    LinuxSystemEventObserver systemObserver_;
+    X11FrontmostAppObserver frontmostObserver_;
+};
+
+} // namespace hopsel

@@ -1,0 +1,14 @@
+#include "app/linux/session/system_facts.h"
+
+#include <QString>
+#include <QSysInfo>
+
+namespace hopsel::system_facts {
+
+std::string systemVersion() {
+    return (QSysInfo::prettyProductName() + ", Linux " + QSysInfo::kernelVersion()).toStdString();
+}
+
+std::string architecture() { return QSysInfo::currentCpuArchitecture().toStdString(); }
+
+} // namespace hopsel::system_facts

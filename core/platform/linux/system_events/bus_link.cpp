@@ -1,0 +1,37 @@
+#include "core/platform/linux/system_events/bus_link.h"
+
+namespace hopsel {
+
+namespace {
+
+// Spelled out here rather than left to the D-Bus library: it would read the environment only once, and start
+// a session bus where there is none.
+QString addressOf(QDBusConnection::BusType type) {
+    if (type == QDBusConnection::SystemBus)
+        return qEnvironmentVariable("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/var/run/dbus/system_bus_socket");
+    QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
+    const QString runtimeFolder = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    if (!address.isEmpty() || runtimeFolder.isEmpty()) return address;
+    return "unix:path=" + runtimeFolder + "/bus";
+}
+
+} // namespace
+
+bool BusLink::connect() {
+    if (isConnected()) return false;
+    disconnect();
+    const QString address = addressOf(type_);
+    if (address.isEmpty()) return false;
+    static int count = 0;
+    connection_ = QDBusConnection::connectToBus(address, "hopsel-link-" + QString::number(++count));
+    return isConnected();
+}
+
+void BusLink::disconnect() {
+    const QString name = connection_.name();
+    if (name.isEmpty()) return;
+    connection_ = QDBusConnection(QString());
+    QDBusConnection::disconnectFromBus(name);
+}
+
+} // namespace hopsel

@@ -1,0 +1,36 @@
+// The symbols of menus and windows: one-colour drawings of this project, in any colour and at any size.
+#pragma once
+
+#include "ui/settings/design/colors.h"
+
+#include <QIcon>
+#include <QPixmap>
+#include <QString>
+#include <QWidget>
+
+namespace hopsel::design {
+
+/// `name`: "keyboard", "pause.circle" and so on, as the files under symbols/ are named. `size` in points.
+QPixmap symbolPixmap(const QString& name, QSize size, const QColor& color, qreal devicePixelRatio);
+
+/// For menus and trays: drawn afresh at every size that is asked for, in `color` in every state.
+QIcon symbolIcon(const QString& name, const QColor& color);
+
+/// A symbol beside a text. It says nothing to a screen reader; the text does.
+class Symbol final : public QWidget {
+  public:
+    Symbol(QString name, int points, Tone tone, QWidget* parent = nullptr);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    QString name_;
+    int points_;
+    Tone tone_;
+};
+
+} // namespace hopsel::design
