@@ -113,7 +113,7 @@ void AppModel::setShowSourceLabel(bool on) {
 void AppModel::setLaunchAtLogin(bool on) {
     try {
         parts_.loginItem->setEnabled(on);
-    } catch (const std::exception&) {
+    } catch (const std::exception&) { // NOLINT(bugprone-empty-catch)
         // Whether it worked is read below; the switch shows it.
     }
     publish(launchStatus_, parts_.loginItem->status());

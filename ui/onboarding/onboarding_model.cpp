@@ -60,8 +60,10 @@ bool OnboardingModel::next() {
 
 bool OnboardingModel::addRule() {
     const Trigger trigger = trigger::ModifierTap{*trigger_};
-    if (!std::holds_alternative<edit_result::Added>(app_.addRule(trigger, *selectedA(), *selectedB())))
-        return false;
+    const EditResult result = app_.addRule(trigger, *selectedA(), *selectedB());
+    const auto* failed = std::get_if<edit_result::Failed>(&result);
+    publish(failure_, failed != nullptr ? std::optional(failed->message) : std::nullopt);
+    if (!std::holds_alternative<edit_result::Added>(result)) return false;
     const auto created = std::find_if(app_.rules().begin(), app_.rules().end(),
                                       [&](const Rule& rule) { return rule.trigger == trigger; });
     createdRuleID_ = created != app_.rules().end() ? std::optional(created->id) : std::nullopt;
@@ -70,6 +72,7 @@ bool OnboardingModel::addRule() {
 }
 
 void OnboardingModel::back() {
+    failure_.reset();
     switch (step_) {
     case OnboardingStep::key: break;
     case OnboardingStep::sources: publish(step_, OnboardingStep::key); break;

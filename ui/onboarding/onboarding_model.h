@@ -40,6 +40,8 @@ class OnboardingModel final : public ObservableObject {
     bool testPassed() const { return app_.switchCount() > baselineSwitchCount_; }
     /// Of the rule as chosen; only at the step that chooses the sources.
     std::vector<RuleIssue> issues() const;
+    /// Why the rule could not be stored at the last attempt to advance.
+    const std::optional<std::string>& failure() const { return failure_; }
 
     bool canAdvance() const;
     /// True if the step is done: the next one is shown, or the whole is finished.
@@ -58,6 +60,7 @@ class OnboardingModel final : public ObservableObject {
     std::optional<std::string> sourceAID_;
     std::optional<std::string> sourceBID_;
     std::optional<std::string> createdRuleID_;
+    std::optional<std::string> failure_;
     int baselineSwitchCount_ = 0;
 };
 
