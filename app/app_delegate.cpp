@@ -2,9 +2,13 @@
 
 #include "core/diagnostics/diagnostics_recorder.h"
 #include "core/rules/rule_store.h"
+#include "ui/l10n/l10n.h"
+#include "ui/settings/design/colors.h"
 
 #include <QCoreApplication>
+#include <QMessageBox>
 #include <QPointer>
+#include <QPushButton>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -51,7 +55,7 @@ std::string words(const StoreProblem& problem) {
 
 AppDelegate::Launch AppDelegate::didFinishLaunching() {
     if (!singleInstance_.acquire()) {
-        sayAnotherRuns(singleInstance_);
+        if (!activateRunningCopy(QDBusConnection::sessionBus())) sayAnotherRuns(singleInstance_);
         return Launch::alreadyRunning;
     }
     try {
@@ -62,6 +66,7 @@ AppDelegate::Launch AppDelegate::didFinishLaunching() {
     }
     buildModel();
     observePlatform();
+    buildWindows();
     model_->start();
     // A user who was here before and lost the permission is asked at once; a new one by the introduction.
     if (model_->statusLine() == StatusLine::permissionMissing && model_->onboardingCompleted())
@@ -69,6 +74,7 @@ AppDelegate::Launch AppDelegate::didFinishLaunching() {
     startRetrying();
     sayStoreProblem();
     sayWhyNotListening();
+    showFirstWindow();
     return Launch::running;
 }
 
@@ -133,6 +139,62 @@ void AppDelegate::observePlatform() {
     platform_->setOnLost([this] { singleInstance_.release(); });
 }
 
+// The controllers are cheap: a window is made when it is first shown.
+void AppDelegate::buildWindows() {
+    appearance_ = std::make_unique<DesktopAppearance>(platform_->sessionBus());
+    appearance_->onChange = design::useAppearance;
+    appearance_->start();
+    settingsController_ = std::make_unique<SettingsWindowController>(*model_, platform_->localKeys());
+    onboardingController_ = std::make_unique<OnboardingWindowController>(*model_);
+    settingsController_->onClosed = [this] { askWhetherToQuit(); };
+    model_->onRequestOnboarding = [this] { showOnboarding(); };
+    statusController_ = std::make_unique<StatusItemController>(*model_, platform_->sessionBus());
+    statusController_->onOpenSettings = [this] { settingsController_->show(); };
+    statusController_->onOpenBugReport = [this] { settingsController_->show(SettingsPane::diagnostics); };
+    statusController_->onQuit = [] { QCoreApplication::exit(); };
+    statusController_->onHostChanged = [this](bool hasPanel) { takePanel(hasPanel); };
+    statusController_->start();
+    activation_ = std::make_unique<ActivationServer>(platform_->sessionBus());
+    activation_->onActivate = [this](const QString& token) { comeToFront(token); };
+}
+
+void AppDelegate::showFirstWindow() {
+    if (model_->storeProblem())
+        settingsController_->show(SettingsPane::rules);
+    else if (!model_->onboardingCompleted())
+        showOnboarding();
+}
+
+void AppDelegate::showOnboarding() {
+    onboardingController_->show();
+    QObject::connect(onboardingController_->window(), &QObject::destroyed, &retryTimer_,
+                     [this] { takePanel(statusController_->hasHost()); });
+}
+
+// Without a panel the Settings window is the program's only face.
+void AppDelegate::takePanel(bool hasPanel) {
+    if (!hasPanel && onboardingController_->window() == nullptr) settingsController_->show();
+}
+
+void AppDelegate::askWhetherToQuit() {
+    if (statusController_->hasHost()) return;
+    const QString quit = QString::fromStdString(l10n::t(l10n::Key::menuQuit));
+    QMessageBox question(QMessageBox::Question, "Hopsel", quit + "?");
+    const QPushButton* yes = question.addButton(quit, QMessageBox::AcceptRole);
+    question.addButton(QString::fromStdString(l10n::t(l10n::Key::addRuleCancel)), QMessageBox::RejectRole);
+    question.exec();
+    if (question.clickedButton() == yes)
+        QCoreApplication::exit();
+    else
+        settingsController_->show();
+}
+
+void AppDelegate::comeToFront(const QString& activationToken) {
+    // The toolkit takes the right to the focus from here when it activates a window.
+    if (!activationToken.isEmpty()) qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
+    settingsController_->show();
+}
+
 void AppDelegate::startRetrying() {
     QObject::connect(&retryTimer_, &QTimer::timeout, &retryTimer_, [this] { retry(); });
     retryTimer_.start(retryInterval);
@@ -146,7 +208,7 @@ void AppDelegate::retry() {
     case LinuxPlatform::Connection::regained:
         if (!singleInstance_.acquire()) {
             sayAnotherRuns(singleInstance_);
-            QCoreApplication::quit();
+            QCoreApplication::exit();
             return;
         }
         model_->sourcesChanged();

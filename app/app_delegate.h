@@ -4,10 +4,15 @@
 // interfaces; callbacks hold the model weakly.
 #pragma once
 
+#include "app/activation/activation_server.h"
+#include "app/linux/appearance/desktop_appearance.h"
 #include "app/linux/linux_platform.h"
 #include "app/model/app_model.h"
 #include "app/single_instance.h"
 #include "core/engine/engine_coordinator.h"
+#include "ui/menubar/status_item_controller.h"
+#include "ui/onboarding/onboarding_window_controller.h"
+#include "ui/settings/settings_window_controller.h"
 
 #include <QTimer>
 #include <filesystem>
@@ -33,6 +38,12 @@ class AppDelegate {
   private:
     void buildModel();
     void observePlatform();
+    void buildWindows();
+    void showFirstWindow();
+    void showOnboarding();
+    void takePanel(bool hasPanel);
+    void askWhetherToQuit();
+    void comeToFront(const QString& activationToken);
     void startRetrying();
     void retry();
     void sayStoreProblem();
@@ -45,6 +56,11 @@ class AppDelegate {
     std::shared_ptr<SystemSettingsOpening> settingsOpener_;
     std::shared_ptr<LiveInputSourceDirectory> directory_;
     std::unique_ptr<AppModel> model_;
+    std::unique_ptr<DesktopAppearance> appearance_;
+    std::unique_ptr<ActivationServer> activation_;
+    std::unique_ptr<SettingsWindowController> settingsController_;
+    std::unique_ptr<OnboardingWindowController> onboardingController_;
+    std::unique_ptr<StatusItemController> statusController_;
     QTimer retryTimer_;
     std::string saidLast_; ///< about listening; each reason is said once
 };

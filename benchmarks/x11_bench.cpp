@@ -22,6 +22,7 @@ int main(int argc, char** argv) {
         session::XServer server;
         session::setLayouts("us,ru", {}, bench::layoutOptions);
         server.startWindowManager();
+        server.startPanel();
         bench::measureSwitchLatency(programs);
         bench::measurePassedKeys(programs);
         bench::measureStart(programs);

@@ -4,11 +4,12 @@
 # On Debian and its relatives what is missing is installed with apt, through sudo when the user is not root. On
 # other systems the packages are named, and it is up to the user.
 
-packages_to_build="cmake ninja-build g++ pkg-config qt6-base-dev qt6-svg-dev libglib2.0-dev libxcb1-dev libxcb-xinput-dev libxcb-xtest0-dev
+packages_to_build="cmake ninja-build g++ pkg-config qt6-base-dev qt6-svg-dev libglib2.0-dev
+  libxcb1-dev libxcb-xinput-dev libxcb-xtest0-dev
   libxcb-xkb-dev libxkbcommon-dev libxkbcommon-x11-dev libxkbregistry-dev libsystemd-dev nlohmann-json3-dev xkb-data"
-packages_to_play="xvfb openbox x11-xkb-utils xkb-data"
+packages_to_play="xvfb openbox trayer x11-xkb-utils xkb-data"
 packages_to_test="libgtest-dev libgmock-dev clang libclang-rt-dev xauth dbus-daemon python3-dbusmock libglib2.0-bin
-  xdg-utils"
+  xdg-utils desktop-file-utils appstream fonts-inter fonts-nanum"
 packages_to_check="git clang-format-19 clang-tidy-19"
 packages_to_bench="libbenchmark-dev xcape"
 

@@ -3,9 +3,10 @@
 #include "app/linux/desktop/autostart_login_item.h"
 #include "app/linux/desktop/desktop_settings_opener.h"
 #include "app/linux/desktop/proc_running_apps.h"
+#include "app/linux/desktop/report_delivery.h"
 #include "app/linux/desktop/settings_preferences.h"
+#include "app/linux/desktop_input/x11_local_key_monitor.h"
 #include "app/linux/session/system_facts.h"
-#include "app/linux/session_bus.h"
 #include "core/platform/input_source_switcher.h"
 #include "core/platform/linux/main_loop.h"
 #include "core/platform/linux/x11/x11_guest_key_sender.h"
@@ -17,23 +18,18 @@
 
 namespace hopsel {
 
-namespace {
-
-/// Throws `std::runtime_error` if the session lacks what nothing can work without.
-std::shared_ptr<XkbInputSources> sourcesOfASessionThatCanWork() {
+void LinuxPlatform::requireSession() {
     X11Connection connection;
     x11_input_devices::requireXInput2(connection);
     x11_input_devices::requireXkb(connection);
-    return std::make_shared<XkbInputSources>();
 }
 
-} // namespace
-
 LinuxPlatform::LinuxPlatform()
-    : sources_(sourcesOfASessionThatCanWork()),
+    : bus_(QDBusConnection::sessionBus()),
+      sources_(std::make_shared<XkbInputSources>()),
       hook_(std::make_shared<X11KeyHook>(uptimeSeconds)),
       listenSource_(std::make_shared<X11ListenSource>(hook_)),
-      switchKeys_(std::make_shared<DesktopSwitchKeys>(sessionBus())),
+      switchKeys_(std::make_shared<DesktopSwitchKeys>(bus_, DesktopSwitchKeys::liveReaders())),
       systemObserver_(sources_) {
     hook_->onHandled = runScheduled;
 }
@@ -41,8 +37,7 @@ LinuxPlatform::LinuxPlatform()
 DiagnosticsEnvironment LinuxPlatform::environment() {
     const QTimeZone zone = QTimeZone::systemTimeZone();
     return {uptimeSeconds, [] { return QDateTime::currentDateTimeUtc(); },
-            zone.isValid() ? zone : QTimeZone::utc(), system_facts::systemVersion(),
-            system_facts::architecture()};
+            zone.isValid() ? zone : QTimeZone::utc(), system_facts::version(), system_facts::architecture()};
 }
 
 std::shared_ptr<FileStorage> LinuxPlatform::storage() {
@@ -76,9 +71,12 @@ std::shared_ptr<RunningAppsProviding> LinuxPlatform::runningApps() const {
     return std::make_shared<ProcRunningApps>();
 }
 
-// No window asks for a report yet.
-std::shared_ptr<ReportDelivering> LinuxPlatform::reportDelivery() const {
-    return std::make_shared<NoReportDelivery>();
+std::shared_ptr<ReportDelivering> LinuxPlatform::reportDelivery() {
+    return std::make_shared<DesktopReportDelivery>(bus_, log_);
+}
+
+std::shared_ptr<LocalKeyMonitoring> LinuxPlatform::localKeys() const {
+    return std::make_shared<X11LocalKeyMonitor>();
 }
 
 std::function<bool(const ShortcutKey&)> LinuxPlatform::systemShortcutConflict() const {

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "app/adapters/frontmost_app_observing.h"
+#include "app/adapters/local_key_monitoring.h"
 #include "app/adapters/login_item.h"
 #include "app/adapters/preferences_storing.h"
 #include "app/adapters/report_delivering.h"
@@ -22,6 +23,7 @@
 #include "core/platform/linux/x11/x11_listen_source.h"
 #include "core/platform/linux/xkb/xkb_input_sources.h"
 
+#include <QDBusConnection>
 #include <memory>
 #include <string>
 
@@ -30,7 +32,9 @@ namespace hopsel {
 class LinuxPlatform {
   public:
     /// Throws `std::runtime_error`, in words for the user, if this session lacks what nothing can work
-    /// without.
+    /// without. Needs no application object.
+    static void requireSession();
+    /// Throws likewise.
     LinuxPlatform();
 
     /// Clock, calendar and facts; read once at start.
@@ -44,8 +48,10 @@ class LinuxPlatform {
     std::shared_ptr<SystemSettingsOpening> settingsOpener();
     std::shared_ptr<PreferencesStoring> preferences();
     std::shared_ptr<RunningAppsProviding> runningApps() const;
-    std::shared_ptr<ReportDelivering> reportDelivery() const;
+    std::shared_ptr<ReportDelivering> reportDelivery();
     std::function<bool(const ShortcutKey&)> systemShortcutConflict() const;
+    std::shared_ptr<LocalKeyMonitoring> localKeys() const;
+    const QDBusConnection& sessionBus() const { return bus_; }
     SystemEventObserving& systemObserver() { return systemObserver_; }
     FrontmostAppObserving& frontmostObserver() { return frontmostObserver_; }
 
@@ -62,6 +68,7 @@ class LinuxPlatform {
 
   private:
     SystemLog log_;
+    QDBusConnection bus_;
     std::shared_ptr<XkbInputSources> sources_;
     std::shared_ptr<X11KeyHook> hook_;
     std::shared_ptr<X11ListenSource> listenSource_;

@@ -22,6 +22,7 @@ std::string sourceOf(int group) { return sourceIDs.at(static_cast<std::size_t>(g
 Stage::Stage(const std::string& executable) {
     setLayouts("us,ru");
     server_.startWindowManager();
+    server_.startPanel();
     window_ = std::make_unique<XTestWindow>();
     program_ = std::make_unique<HopselProgram>(executable, twoRules);
     waitForProgram();

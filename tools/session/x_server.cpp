@@ -47,6 +47,7 @@ XServer::XServer(const std::vector<std::string>& extraArguments) {
 }
 
 XServer::~XServer() {
+    panel_.reset();
     windowManager_.reset();
     server_.reset();
     if (previousDisplay_) {
@@ -84,6 +85,30 @@ void XServer::startWindowManager(const std::string& rcXml) {
         display.numberProperty(display.root(), "_NET_SUPPORTING_WM_CHECK") == 0) {
         throw std::runtime_error("openbox did not start");
     }
+}
+
+void XServer::startPanel() {
+    ChildProcess::Options options;
+    options.program = "trayer";
+    options.package = "trayer";
+    options.arguments = {"--edge", "top", "--align", "right", "--widthtype", "request", "--height", "24"};
+    options.errors = ChildProcess::Output::discard;
+    XDisplay display;
+    const xcb_atom_t tray = display.atom("_NET_SYSTEM_TRAY_S0");
+    const xcb_atom_t manager = display.atom("MANAGER");
+    // It tells the root window of itself once it has the tray.
+    const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    xcb_change_window_attributes(display.get(), display.root(), XCB_CW_EVENT_MASK, &mask);
+    display.roundTrip();
+    panel_ = std::make_unique<ChildProcess>(options);
+    bool isThere = false;
+    const auto look = [&](const xcb_generic_event_t& event) {
+        if (typeOf(event) != XCB_CLIENT_MESSAGE) return;
+        const auto& message = reinterpret_cast<const xcb_client_message_event_t&>(event);
+        isThere = isThere || (message.type == manager && message.data.data32[1] == tray);
+    };
+    if (!display.waitFor(look, [&] { return isThere; }, startTimeout))
+        throw std::runtime_error("trayer did not start");
 }
 
 } // namespace hopsel::session

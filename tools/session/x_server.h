@@ -32,12 +32,16 @@ class XServer {
     /// one that focuses new windows and binds only Alt+Tab.
     void startWindowManager(const std::string& rcXml = {});
 
+    /// Starts a panel with a tray (trayer), and returns when it takes icons.
+    void startPanel();
+
   private:
     std::unique_ptr<ChildProcess> server_;
     std::string display_;
     std::optional<std::string> previousDisplay_;
     std::unique_ptr<TemporaryFolder> configuration_;
     std::unique_ptr<ChildProcess> windowManager_;
+    std::unique_ptr<ChildProcess> panel_;
 };
 
 } // namespace hopsel::session

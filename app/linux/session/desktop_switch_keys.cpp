@@ -1,91 +1,74 @@
 #include "app/linux/session/desktop_switch_keys.h"
 
-#include "app/linux/session/accelerator.h"
+#include "app/linux/session/fcitx_switch_keys.h"
+#include "app/linux/session/settings_switch_keys.h"
+#include "app/linux/session/xkb_switch_keys.h"
 #include "core/rules/system_shortcut_conflict.h"
 
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
+#include <QStandardPaths>
+#include <memory>
 #include <nlohmann/json.hpp>
 
 namespace hopsel {
 
 namespace {
 
-constexpr const char* fcitxName = "org.fcitx.Fcitx5";
-constexpr const char* ibusName = "org.freedesktop.IBus";
-constexpr const char* gnomeName = "org.gnome.Shell";
-constexpr const char* gnomeSchema = "org.gnome.desktop.wm.keybindings";
+using Json = nlohmann::json;
 
-nlohmann::json hotKey(const ShortcutKey& key) {
+const QString fcitxName = QStringLiteral("org.fcitx.Fcitx5");
+const QString ibusName = QStringLiteral("org.freedesktop.IBus");
+const QString gnomeName = QStringLiteral("org.gnome.Shell");
+
+template <class Source>
+DesktopSwitchKeys::Reader reader(std::shared_ptr<Source> source) {
+    return [source = std::move(source)] { return source->read(); };
+}
+
+Json hotKey(const std::vector<ShortcutKey>& keys, std::size_t index) {
+    if (index >= keys.size()) return {{"enabled", false}};
+    const ShortcutKey& key = keys[index];
+    constexpr int noCharacter = 65535;
     return {{"enabled", true},
-            {"value", {{"type", "standard"}, {"parameters", {65535, key.keyCode, flagsOf(key.modifiers)}}}}};
+            {"value",
+             {{"type", "standard"},
+              {"parameters", Json::array({noCharacter, key.keyCode, flagsOf(key.modifiers)})}}}};
 }
 
 } // namespace
 
-DesktopSwitchKeys::DesktopSwitchKeys(const QDBusConnection& bus, const std::filesystem::path& fcitxFile)
-    : bus_(bus),
-      fcitx_(fcitxFile),
-      ibus_("org.freedesktop.ibus.general.hotkey", "triggers"),
-      gnomeForward_(gnomeSchema, "switch-input-source"),
-      gnomeBackward_(gnomeSchema, "switch-input-source-backward") {
-    if (!bus_.isConnected()) return;
-    watcher_.setConnection(bus_);
-    watcher_.setWatchMode(QDBusServiceWatcher::WatchForOwnerChange);
-    connect(&watcher_, &QDBusServiceWatcher::serviceOwnerChanged, this,
-            [this](const QString& name, const QString&, const QString& newOwner) {
-                if (newOwner.isEmpty())
-                    owned_.erase(name);
-                else
-                    owned_.insert(name);
-            });
-    for (const char* name : {fcitxName, ibusName, gnomeName}) {
-        watcher_.addWatchedService(name);
-        askForOwner(name);
-    }
+DesktopSwitchKeys::Readers DesktopSwitchKeys::liveReaders() {
+    const auto folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    return {reader(std::make_shared<FcitxSwitchKeys>(folder.toStdString() + "/fcitx5/config")),
+            reader(std::make_shared<SettingsSwitchKeys>(SettingsSwitchKeys::ofIBus({}))),
+            reader(std::make_shared<SettingsSwitchKeys>(SettingsSwitchKeys::ofGnome({}))),
+            reader(std::make_shared<XkbSwitchKeys>())};
 }
 
-void DesktopSwitchKeys::askForOwner(const QString& name) {
-    const QDBusMessage question =
-        QDBusMessage::createMethodCall("org.freedesktop.DBus", "/org/freedesktop/DBus",
-                                       "org.freedesktop.DBus", "NameHasOwner")
-        << name;
-    auto* watcher = new QDBusPendingCallWatcher(bus_.asyncCall(question), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this,
-            [this, name](QDBusPendingCallWatcher* finished) {
-                finished->deleteLater();
-                const QDBusPendingReply<bool> answer = *finished;
-                if (!answer.isError() && answer.value()) owned_.insert(name);
-            });
-}
+DesktopSwitchKeys::DesktopSwitchKeys(const QDBusConnection& bus, Readers readers)
+    : owners_(bus, {fcitxName, ibusName, gnomeName}), readers_(std::move(readers)) {}
 
-std::vector<ShortcutKey> DesktopSwitchKeys::bindings() {
-    Accelerators written = xkb_.read();
-    const auto add = [&](const Accelerators& more) {
-        written.insert(written.end(), more.begin(), more.end());
+std::vector<ShortcutKey> DesktopSwitchKeys::bound() const {
+    std::vector<ShortcutKey> keys = readers_.xServer();
+    const auto add = [&keys](const Reader& read) {
+        const auto more = read();
+        keys.insert(keys.end(), more.begin(), more.end());
     };
-    if (owns(fcitxName))
-        add(fcitx_.read());
-    else if (owns(ibusName) && !owns(gnomeName)) // under GNOME it is the shell that listens
-        add(ibus_.read());
-    if (owns(gnomeName)) {
-        add(gnomeForward_.read());
-        add(gnomeBackward_.read());
+    const bool hasGnome = owners_.hasOwner(gnomeName);
+    if (hasGnome) add(readers_.gnome);
+    if (owners_.hasOwner(fcitxName)) {
+        add(readers_.fcitx); // which owns the name of IBus as well
+    } else if (owners_.hasOwner(ibusName) && !hasGnome) {
+        // It is the panel of IBus that has its keys; GNOME runs IBus without one.
+        add(readers_.ibus);
     }
-    std::vector<ShortcutKey> found;
-    for (const std::string& text : written) {
-        if (const auto shortcut = shortcutFromAccelerator(text)) found.push_back(*shortcut);
-    }
-    return found;
+    return keys;
 }
 
-// Both entries are always there: an absent one would mean what macOS binds by default.
-bool DesktopSwitchKeys::conflicts(const ShortcutKey& key) {
-    const std::vector<ShortcutKey> bound = bindings();
-    for (std::size_t i = 0; i < bound.size(); i += 2) {
-        nlohmann::json hotKeys{{"60", hotKey(bound[i])}, {"61", {{"enabled", false}}}};
-        if (i + 1 < bound.size()) hotKeys["61"] = hotKey(bound[i + 1]);
+bool DesktopSwitchKeys::conflicts(const ShortcutKey& key) const {
+    const std::vector<ShortcutKey> keys = bound();
+    // Both entries are always there, or macOS's stock keys would count. Without any keys, one pair is asked.
+    for (std::size_t i = 0; i == 0 || i < keys.size(); i += 2) {
+        const Json hotKeys{{"60", hotKey(keys, i)}, {"61", hotKey(keys, i + 1)}};
         if (system_shortcut_conflict::conflicts(key, hotKeys)) return true;
     }
     return false;

@@ -1,43 +1,43 @@
-// The combinations with which the desktop itself switches input sources, so that a rule on the same one can
-// warn.
+// The keys that the desktop itself binds to switching input sources, for the warning that a shortcut trigger
+// is one of them and both would act.
 //
-// Owned by the platform, shared with the application model's question. Which program is in charge is followed
-// on the session bus; what it binds is read when somebody asks.
+// Owned by start-up; needs the event loop, to know which programs run in the session. It is asked for every
+// rule whenever the rules are drawn, and always answers from the settings as they are. Main thread.
 #pragma once
 
-#include "app/linux/session/switch_key_sources.h"
+#include "app/linux/session/bus_name_owners.h"
 #include "core/keys/shortcut_key.h"
 
-#include <QDBusConnection>
-#include <QDBusServiceWatcher>
-#include <QObject>
-#include <QString>
-#include <set>
+#include <functional>
 #include <vector>
 
 namespace hopsel {
 
-class DesktopSwitchKeys final : public QObject {
+class DesktopSwitchKeys {
   public:
-    explicit DesktopSwitchKeys(const QDBusConnection& bus,
-                               const std::filesystem::path& fcitxFile = FcitxHotkeys::defaultFile());
+    using Reader = std::function<std::vector<ShortcutKey>()>;
+    /// What each of them has bound, whether it runs or not.
+    struct Readers {
+        Reader fcitx;
+        Reader ibus;
+        Reader gnome;
+        Reader xServer;
+    };
+    /// The user's own settings. Nothing is opened or read before the first question.
+    static Readers liveReaders();
 
-    /// Left modifiers; sides mean nothing here.
-    std::vector<ShortcutKey> bindings();
-    bool conflicts(const ShortcutKey& key);
+    /// `bus` is the session bus.
+    DesktopSwitchKeys(const QDBusConnection& bus, Readers readers);
+
+    /// What is bound by the programs that are in charge now, with left modifier keys.
+    std::vector<ShortcutKey> bound() const;
+
+    /// Sides do not matter.
+    bool conflicts(const ShortcutKey& key) const;
 
   private:
-    void askForOwner(const QString& name);
-    bool owns(const char* name) const { return owned_.count(QString(name)) != 0; }
-
-    QDBusConnection bus_;
-    QDBusServiceWatcher watcher_;
-    std::set<QString> owned_; ///< the names that somebody owns
-    FcitxHotkeys fcitx_;
-    DesktopSetting ibus_;
-    DesktopSetting gnomeForward_;
-    DesktopSetting gnomeBackward_;
-    XkbOptions xkb_;
+    BusNameOwners owners_;
+    Readers readers_;
 };
 
 } // namespace hopsel

@@ -1,40 +1,43 @@
 #include "app/linux/session/preferred_languages.h"
 
+#include <algorithm>
 #include <cstdlib>
-#include <sstream>
+#include <string_view>
 
 namespace hopsel {
 
 namespace {
 
-/// "ko_KR.UTF-8@hanja" is "ko_KR".
-std::string languageOf(const std::string& locale) { return locale.substr(0, locale.find_first_of(".@")); }
+std::string_view withoutEncoding(std::string_view locale) {
+    return locale.substr(0, locale.find_first_of(".@"));
+}
 
 } // namespace
 
-std::vector<std::string> preferredLanguages(const EnvironmentReader& read) {
-    std::string locale;
-    for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
-        locale = languageOf(read(name));
-        if (!locale.empty()) break;
-    }
+std::vector<std::string> preferredLanguages(const EnvironmentReader& environment) {
+    const auto read = [&environment](const char* name) {
+        const char* value = environment(name);
+        return std::string_view(value != nullptr ? value : "");
+    };
+    std::string_view locale;
+    for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"})
+        if (locale.empty()) locale = read(name);
+    locale = withoutEncoding(locale);
     if (locale.empty() || locale == "C" || locale == "POSIX") return {};
 
     std::vector<std::string> languages;
-    std::istringstream list(read("LANGUAGE"));
-    for (std::string item; std::getline(list, item, ':');) {
-        if (std::string language = languageOf(item); !language.empty())
-            languages.push_back(std::move(language));
+    std::string_view rest = read("LANGUAGE");
+    while (!rest.empty()) {
+        const std::string_view item = rest.substr(0, rest.find(':'));
+        rest.remove_prefix(std::min(rest.size(), item.size() + 1));
+        if (const auto language = withoutEncoding(item); !language.empty()) languages.emplace_back(language);
     }
-    languages.push_back(locale);
+    languages.emplace_back(locale);
     return languages;
 }
 
 std::vector<std::string> preferredLanguages() {
-    return preferredLanguages([](const char* name) {
-        const char* value = std::getenv(name);
-        return std::string(value != nullptr ? value : "");
-    });
+    return preferredLanguages([](const char* name) -> const char* { return std::getenv(name); });
 }
 
 } // namespace hopsel

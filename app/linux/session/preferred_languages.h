@@ -1,4 +1,4 @@
-// The languages the user wants programs to speak, as the desktop tells every program: in the environment.
+// The user's languages, most wanted first, from the environment as gettext reads it. Stateless.
 #pragma once
 
 #include <functional>
@@ -7,12 +7,12 @@
 
 namespace hopsel {
 
-/// The value of a variable; empty when it is not set.
-using EnvironmentReader = std::function<std::string(const char* name)>;
+/// Like getenv: the variable's value, or null.
+using EnvironmentReader = std::function<const char*(const char* name)>;
 
-/// Identifiers such as "ko_KR", the most wanted first, in gettext's order: LANGUAGE before LC_ALL,
-/// LC_MESSAGES and LANG, but only if these do not ask for the C locale.
-std::vector<std::string> preferredLanguages(const EnvironmentReader& read);
+/// Identifiers such as "ko_KR" and "en", without encoding and modifier. The languages of LANGUAGE, then that
+/// of the locale; nothing in the untranslated locale ("C"), where LANGUAGE does not count.
+std::vector<std::string> preferredLanguages(const EnvironmentReader& environment);
 std::vector<std::string> preferredLanguages();
 
 } // namespace hopsel

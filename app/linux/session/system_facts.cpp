@@ -5,8 +5,9 @@
 
 namespace hopsel::system_facts {
 
-std::string systemVersion() {
-    return (QSysInfo::prettyProductName() + ", Linux " + QSysInfo::kernelVersion()).toStdString();
+std::string version() {
+    return (QSysInfo::prettyProductName() + QStringLiteral(", Linux ") + QSysInfo::kernelVersion())
+        .toStdString();
 }
 
 std::string architecture() { return QSysInfo::currentCpuArchitecture().toStdString(); }

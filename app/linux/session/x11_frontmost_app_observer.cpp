@@ -1,136 +1,117 @@
 #include "app/linux/session/x11_frontmost_app_observer.h"
 
-#include "core/platform/remote_apps.h"
+#include "app/linux/session/app_identifier.h"
 
-#include <algorithm>
+#include <cstring>
 #include <stdexcept>
 
 namespace hopsel {
 
 namespace {
 
-constexpr std::uint32_t longestText = 1024; // bytes; identifiers are far shorter
+/// A name that does not fit into 1 KiB is none.
+constexpr std::uint32_t maxTextWords = 256;
 
-/// "/usr/share/applications/org.kde.krdc.desktop" is "org.kde.krdc".
-std::string desktopFileId(std::string text) {
-    if (const std::size_t slash = text.rfind('/'); slash != std::string::npos) text.erase(0, slash + 1);
-    constexpr std::string_view suffix = ".desktop";
-    if (text.size() > suffix.size() && text.compare(text.size() - suffix.size(), suffix.size(), suffix) == 0)
-        text.resize(text.size() - suffix.size());
-    return text;
-}
-
-/// The texts of a property in which each is ended by a NUL.
-std::vector<std::string> parts(const std::string& text) {
-    std::vector<std::string> found;
-    for (std::size_t begin = 0; begin < text.size();) {
-        const std::size_t end = std::min(text.find('\0', begin), text.size());
-        found.push_back(text.substr(begin, end - begin));
-        begin = end + 1;
-    }
-    return found;
+void selectEvents(xcb_connection_t* connection, xcb_window_t window, std::uint32_t mask) {
+    xcb_change_window_attributes(connection, window, XCB_CW_EVENT_MASK, &mask);
 }
 
 } // namespace
 
-X11FrontmostAppObserver::~X11FrontmostAppObserver() = default;
+X11FrontmostAppObserver::X11FrontmostAppObserver()
+    : readAhead_(std::chrono::milliseconds(0), std::chrono::milliseconds(0), [this] { takeEvents(); }) {}
 
 void X11FrontmostAppObserver::start() {
     if (!isLost()) return;
     try {
-        connection_ = std::make_unique<X11Connection>();
+        connect();
     } catch (const std::runtime_error&) {
-        return report(std::nullopt);
+        report(std::nullopt); // no server yet
+        return;
     }
-    atoms_ = {connection_->intern("_NET_ACTIVE_WINDOW"), connection_->intern("_GTK_APPLICATION_ID"),
-              connection_->intern("_KDE_NET_WM_DESKTOP_FILE")};
-    watch(connection_->root(), XCB_EVENT_MASK_PROPERTY_CHANGE);
+    report(readIdentifier());
+}
+
+void X11FrontmostAppObserver::connect() {
+    auto connection = std::make_unique<X11Connection>();
+    if (notifier_) {
+        // The callback that it is just delivering may be what called us.
+        notifier_->setEnabled(false);
+        notifier_.release()->deleteLater();
+    }
+    connection_ = std::move(connection);
+    watched_ = XCB_WINDOW_NONE;
+    activeWindow_ = connection_->intern("_NET_ACTIVE_WINDOW");
+    gtkApplicationID_ = connection_->intern("_GTK_APPLICATION_ID");
+    kdeDesktopFile_ = connection_->intern("_KDE_NET_WM_DESKTOP_FILE");
+    utf8String_ = connection_->intern("UTF8_STRING");
+    selectEvents(connection_->get(), connection_->root(), XCB_EVENT_MASK_PROPERTY_CHANGE);
     notifier_ = std::make_unique<QSocketNotifier>(connection_->fileDescriptor(), QSocketNotifier::Read);
     QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(), [this] { takeEvents(); });
-    hasReported_ = false;
-    readActiveWindow();
-    takeEvents();
 }
 
 void X11FrontmostAppObserver::takeEvents() {
-    // Reading a property reads events along, so look until there is nothing more.
-    while (connection_) {
-        if (connection_->isLost()) return lose();
-        const auto event = connection_->nextEvent();
-        if (!event) break;
-        if (concernsActiveWindow(*event)) readActiveWindow();
+    bool hasNews = false;
+    while (const auto event = connection_->nextEvent()) hasNews |= isNews(*event);
+    if (connection_->isLost()) {
+        notifier_->setEnabled(false); // a dead descriptor is readable for ever
+        report(std::nullopt);
+    } else if (hasNews) {
+        report(readIdentifier());
     }
 }
 
-bool X11FrontmostAppObserver::concernsActiveWindow(const xcb_generic_event_t& event) const {
-    if (eventType(event) == XCB_DESTROY_NOTIFY) {
-        // Some window managers go on naming the last window when it is gone.
-        return reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window == active_;
-    }
+bool X11FrontmostAppObserver::isNews(const xcb_generic_event_t& event) const {
     if (eventType(event) != XCB_PROPERTY_NOTIFY) return false;
-    const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(event);
-    return change.window == connection_->root() ? change.atom == atoms_.activeWindow
-                                                : change.window == active_;
+    const auto& notify = reinterpret_cast<const xcb_property_notify_event_t&>(event);
+    if (notify.window == connection_->root()) return notify.atom == activeWindow_;
+    return notify.window == watched_ && (notify.atom == XCB_ATOM_WM_CLASS ||
+                                         notify.atom == gtkApplicationID_ || notify.atom == kdeDesktopFile_);
 }
 
-void X11FrontmostAppObserver::lose() {
-    // Not deleted: it may be the one that called.
-    notifier_->setEnabled(false);
-    notifier_.release()->deleteLater();
-    connection_.reset();
-    active_ = XCB_WINDOW_NONE;
-    report(std::nullopt);
+std::optional<std::string> X11FrontmostAppObserver::readIdentifier() {
+    readAhead_.noteChange();
+    watch(readActiveWindow());
+    if (watched_ == XCB_WINDOW_NONE) return std::nullopt;
+    const auto gtk = askForText(gtkApplicationID_);
+    const auto kde = askForText(kdeDesktopFile_);
+    const auto windowClass = askForText(XCB_ATOM_WM_CLASS);
+    AppProperties properties;
+    properties.gtkApplicationID = text(gtk);
+    properties.kdeDesktopFile = text(kde);
+    properties.windowClass = text(windowClass);
+    return appIdentifier(properties);
 }
 
-void X11FrontmostAppObserver::watch(xcb_window_t window, std::uint32_t mask) {
-    xcb_change_window_attributes(connection_->get(), window, XCB_CW_EVENT_MASK, &mask);
-}
-
-void X11FrontmostAppObserver::readActiveWindow() {
-    const auto cookie = xcb_get_property(connection_->get(), 0, connection_->root(), atoms_.activeWindow,
-                                         XCB_ATOM_WINDOW, 0, 1);
+xcb_window_t X11FrontmostAppObserver::readActiveWindow() {
+    const auto cookie =
+        xcb_get_property(connection_->get(), 0, connection_->root(), activeWindow_, XCB_ATOM_WINDOW, 0, 1);
     const XcbPtr<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection_->get(), cookie, nullptr));
     xcb_window_t window = XCB_WINDOW_NONE;
-    if (reply && reply->format == 32 && xcb_get_property_value_length(reply.get()) >= 4)
-        window = *static_cast<const xcb_window_t*>(xcb_get_property_value(reply.get()));
-    if (window != active_) {
-        if (active_ != XCB_WINDOW_NONE && active_ != connection_->root())
-            watch(active_, XCB_EVENT_MASK_NO_EVENT);
-        active_ = window;
-        // Some programs name their window only after it is shown.
-        if (window != XCB_WINDOW_NONE && window != connection_->root())
-            watch(window, XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY);
-    }
-    report(identifierOf(window));
+    if (!reply || reply->format != 32 || xcb_get_property_value_length(reply.get()) != sizeof window)
+        return window;
+    std::memcpy(&window, xcb_get_property_value(reply.get()), sizeof window);
+    // The root is watched for the active window's sake, and is nobody's window.
+    return window == connection_->root() ? xcb_window_t{XCB_WINDOW_NONE} : window;
 }
 
-// What the table of remote applications knows wins: a virtual machine may have the desktop file of its
-// manager.
-std::optional<std::string> X11FrontmostAppObserver::identifierOf(xcb_window_t window) {
-    if (window == XCB_WINDOW_NONE) return std::nullopt;
-    const std::vector<std::string> found = candidates(window);
-    const auto remote = std::find_if(found.begin(), found.end(), remote_apps::isRemote);
-    if (remote != found.end()) return *remote;
-    if (found.empty()) return std::nullopt;
-    return found.front();
+void X11FrontmostAppObserver::watch(xcb_window_t window) {
+    // What is selected here is this connection's own, whatever others have selected on the window.
+    if (watched_ != window && watched_ != XCB_WINDOW_NONE) selectEvents(connection_->get(), watched_, 0);
+    watched_ = window;
+    // Even if it is the same: the window may be a new one that was given the number of one that is gone.
+    if (window != XCB_WINDOW_NONE) selectEvents(connection_->get(), window, XCB_EVENT_MASK_PROPERTY_CHANGE);
 }
 
-/// Never empty texts.
-std::vector<std::string> X11FrontmostAppObserver::candidates(xcb_window_t window) {
-    std::vector<std::string> found{textProperty(window, atoms_.gtkApplicationId),
-                                   desktopFileId(textProperty(window, atoms_.desktopFile))};
-    const std::vector<std::string> names = parts(textProperty(window, XCB_ATOM_WM_CLASS));
-    if (names.size() > 1) found.push_back(names[1]); // the class; the instance's name stands first
-    if (!names.empty()) found.push_back(names[0]);
-    found.erase(std::remove(found.begin(), found.end(), std::string()), found.end());
-    return found;
+xcb_get_property_cookie_t X11FrontmostAppObserver::askForText(xcb_atom_t property) {
+    return xcb_get_property(connection_->get(), 0, watched_, property, XCB_ATOM_ANY, 0, maxTextWords);
 }
 
-std::string X11FrontmostAppObserver::textProperty(xcb_window_t window, xcb_atom_t property) {
-    const auto cookie = xcb_get_property(connection_->get(), 0, window, property, XCB_GET_PROPERTY_TYPE_ANY,
-                                         0, longestText / 4);
+std::string X11FrontmostAppObserver::text(xcb_get_property_cookie_t cookie) {
     const XcbPtr<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection_->get(), cookie, nullptr));
-    if (!reply || reply->format != 8) return {};
+    const bool isText = reply && reply->format == 8 && reply->bytes_after == 0 &&
+                        (reply->type == XCB_ATOM_STRING || reply->type == utf8String_);
+    if (!isText) return {};
     return {static_cast<const char*>(xcb_get_property_value(reply.get())),
             static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))};
 }
@@ -139,7 +120,7 @@ void X11FrontmostAppObserver::report(const std::optional<std::string>& identifie
     if (hasReported_ && identifier == reported_) return;
     hasReported_ = true;
     reported_ = identifier;
-    if (const auto callback = onChange) callback(identifier);
+    if (onChange) onChange(identifier);
 }
 
 } // namespace hopsel

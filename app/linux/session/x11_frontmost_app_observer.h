@@ -1,51 +1,51 @@
-// Which application is in front, in an X11 session: the window that the window manager calls active.
+// The application whose window the window manager has made the active one.
 //
-// Owned by the platform, driven by the event loop over a connection of its own. When the server is lost it
-// reports that nothing is in front; `start` then connects anew. All it reads was written by other programs
-// and is not believed to have any form.
+// Owned by start-up; needs the event loop, through which it learns of changes on a connection of its own. A
+// program may name its window only after that has become active, so the active window is watched too. It
+// survives the loss of the server: the owner calls `start` again. Main thread.
 #pragma once
 
 #include "app/adapters/frontmost_app_observing.h"
+#include "core/platform/linux/coalescing_timer.h"
 #include "core/platform/linux/x11/x11_connection.h"
 
 #include <QSocketNotifier>
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace hopsel {
 
 class X11FrontmostAppObserver final : public FrontmostAppObserving {
   public:
-    X11FrontmostAppObserver() = default;
-    ~X11FrontmostAppObserver() override;
+    X11FrontmostAppObserver();
 
-    /// Without a display it reports that nothing is in front, once, and can be started again.
+    /// Also connects anew after a loss. Without a server the application in front is absent. Like every later
+    /// report, that of another start comes only if the value is another than the last one reported.
     void start() override;
-    bool isLost() const { return connection_ == nullptr; }
+
+    /// There is no connection: call `start` (again).
+    bool isLost() const { return !connection_ || connection_->isLost(); }
 
   private:
-    struct Atoms {
-        xcb_atom_t activeWindow;
-        xcb_atom_t gtkApplicationId;
-        xcb_atom_t desktopFile;
-    };
-
+    void connect();
     void takeEvents();
-    bool concernsActiveWindow(const xcb_generic_event_t& event) const;
-    void lose();
-    void watch(xcb_window_t window, std::uint32_t mask);
-    void readActiveWindow();
-    std::optional<std::string> identifierOf(xcb_window_t window);
-    std::vector<std::string> candidates(xcb_window_t window);
-    std::string textProperty(xcb_window_t window, xcb_atom_t property);
+    bool isNews(const xcb_generic_event_t& event) const;
+    std::optional<std::string> readIdentifier();
+    xcb_window_t readActiveWindow();
+    void watch(xcb_window_t window);
+    xcb_get_property_cookie_t askForText(xcb_atom_t property);
+    std::string text(xcb_get_property_cookie_t cookie);
     void report(const std::optional<std::string>& identifier);
 
     std::unique_ptr<X11Connection> connection_;
     std::unique_ptr<QSocketNotifier> notifier_; ///< on the connection's descriptor, so destroyed before it
-    Atoms atoms_{};
-    xcb_window_t active_ = XCB_WINDOW_NONE;
+    CoalescingTimer readAhead_;                 ///< for events that an answer brought along
+    xcb_atom_t activeWindow_ = XCB_ATOM_NONE;
+    xcb_atom_t gtkApplicationID_ = XCB_ATOM_NONE;
+    xcb_atom_t kdeDesktopFile_ = XCB_ATOM_NONE;
+    xcb_atom_t utf8String_ = XCB_ATOM_NONE;
+    xcb_window_t watched_ = XCB_WINDOW_NONE;
     bool hasReported_ = false;
     std::optional<std::string> reported_;
 };

@@ -71,6 +71,7 @@ Plate::Plate(const QString& text, Kind kind, Tone tone, QWidget* parent)
     else
         layout->setContentsMargins(0, 0, 0, 0);
     text_->setAlignment(Qt::AlignCenter);
+    if (kind == Kind::keyCap) text_->elided();
     layout->addWidget(text_);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
@@ -80,6 +81,8 @@ QSize Plate::sizeHint() const {
     if (kind_ != Kind::sourceLabel) return natural;
     return natural.expandedTo({scaled(28), scaled(22)});
 }
+
+QSize Plate::minimumSizeHint() const { return kind_ == Kind::keyCap ? layout()->minimumSize() : sizeHint(); }
 
 void Plate::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);

@@ -37,7 +37,7 @@ class Divider final : public QWidget {
 class Plate final : public QWidget {
   public:
     enum class Kind {
-        keyCap,      ///< padded 10 and 4
+        keyCap,      ///< padded 10 and 4; leaves out the middle of its text when there is no room
         sourceLabel, ///< 28 by 22
         tag,         ///< a small word in its tone on a ground of the same
     };
@@ -46,7 +46,7 @@ class Plate final : public QWidget {
 
     QString text() const { return text_->text(); }
     QSize sizeHint() const override;
-    QSize minimumSizeHint() const override { return sizeHint(); }
+    QSize minimumSizeHint() const override;
 
   protected:
     void paintEvent(QPaintEvent* event) override;

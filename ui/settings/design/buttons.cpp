@@ -5,6 +5,7 @@
 #include "ui/settings/design/text.h"
 
 #include <QPainter>
+#include <algorithm>
 
 namespace hopsel::design {
 
@@ -41,6 +42,12 @@ QSize Button::sizeHint() const {
             text.height() + 2 * look(kind_).verticalPadding};
 }
 
+QSize Button::minimumSizeHint() const {
+    const QSize whole = sizeHint();
+    if (kind_ != Kind::keyCap) return whole;
+    return {std::min(whole.width(), scaled(60)), whole.height()};
+}
+
 void Button::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -67,7 +74,10 @@ void Button::paintEvent(QPaintEvent* /*event*/) {
     case Kind::borderless: ink = isDown() ? primary(palette()) : color(Tone::secondary, palette()); break;
     }
     painter.setPen(ink);
-    painter.drawText(rect(), Qt::AlignCenter | Qt::TextShowMnemonic, text());
+    const int room = width() - 2 * look(kind_).horizontalPadding;
+    painter.drawText(rect(), Qt::AlignCenter | Qt::TextShowMnemonic,
+                     kind_ == Kind::keyCap ? fontMetrics().elidedText(text(), Qt::ElideMiddle, room)
+                                           : text());
     painter.setOpacity(1);
     drawFocusRing(painter, *this, radius);
 }

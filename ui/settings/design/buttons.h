@@ -15,13 +15,13 @@ class Button final : public QPushButton {
         primary,    ///< white on the accent gradient
         secondary,  ///< on a faint ground
         borderless, ///< only its text, in the secondary colour
-        keyCap,     ///< looks like a key
+        keyCap,     ///< looks like a key; leaves out the middle of its text when there is no room
     };
 
     Button(const QString& text, Kind kind, QWidget* parent = nullptr);
 
     QSize sizeHint() const override;
-    QSize minimumSizeHint() const override { return sizeHint(); }
+    QSize minimumSizeHint() const override;
 
   protected:
     void paintEvent(QPaintEvent* event) override;

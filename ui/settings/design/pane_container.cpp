@@ -1,5 +1,6 @@
 #include "ui/settings/design/pane_container.h"
 
+#include "ui/settings/design/scroll_bar.h"
 #include "ui/settings/design/text.h"
 
 namespace hopsel::design {
@@ -10,6 +11,7 @@ PaneContainer::PaneContainer(const QString& title, const QString& subtitle, QWid
     setWidgetResizable(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setFocusPolicy(Qt::NoFocus);
+    makeSlim(verticalScrollBar());
 
     auto* page = new QWidget;
     auto* column = new QVBoxLayout(page);

@@ -50,4 +50,14 @@ void SidebarRow::paintEvent(QPaintEvent* /*event*/) {
     drawFocusRing(painter, *this, 8);
 }
 
+Sidebar::Sidebar(QWidget* parent) : QWidget(parent), column_(new QVBoxLayout(this)) {
+    column_->setContentsMargins(10, 10, 10, 10);
+    column_->setSpacing(2);
+    setFixedWidth(scaled(170));
+}
+
+void Sidebar::paintEvent(QPaintEvent* /*event*/) {
+    QPainter(this).fillRect(rect(), primary(palette(), 0.035));
+}
+
 } // namespace hopsel::design

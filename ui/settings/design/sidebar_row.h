@@ -1,7 +1,9 @@
-// One row of the Settings window's sidebar: a symbol and a title, on the accent gradient when selected.
+// The Settings window's sidebar: a ground, and on it rows with a symbol and a title, on the accent gradient
+// when selected.
 #pragma once
 
 #include <QAbstractButton>
+#include <QVBoxLayout>
 
 namespace hopsel::design {
 
@@ -18,6 +20,20 @@ class SidebarRow final : public QAbstractButton {
 
   private:
     QString symbol_;
+};
+
+/// The ground with its rows in a column.
+class Sidebar final : public QWidget {
+  public:
+    explicit Sidebar(QWidget* parent = nullptr);
+
+    QVBoxLayout* column() const { return column_; }
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    QVBoxLayout* column_;
 };
 
 } // namespace hopsel::design

@@ -69,4 +69,46 @@ void Symbol::paintEvent(QPaintEvent* /*event*/) {
         0, 0, symbolPixmap(name_, size(), color(tone_, QApplication::palette()), devicePixelRatioF()));
 }
 
+namespace {
+
+/// The colours of text are too dull for a small light, whose meaning the text beside it repeats.
+QColor light(Tone tone, const QPalette& palette) {
+    switch (tone) {
+    case Tone::positive: return {0x2E, 0xBD, 0x53};
+    case Tone::warning: return {0xFB, 0x93, 0x0D};
+    case Tone::problem: return {0xF5, 0x40, 0x36};
+    default: return color(tone, palette);
+    }
+}
+
+} // namespace
+
+Dot::Dot(Tone tone, QWidget* parent) : QWidget(parent), tone_(tone) {
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+void Dot::setTone(Tone tone) {
+    tone_ = tone;
+    update();
+}
+
+QSize Dot::sizeHint() const { return {scaled(10), scaled(10)}; }
+
+void Dot::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(light(tone_, QApplication::palette()));
+    painter.drawEllipse(rect());
+}
+
+Picture::Picture(const QString& resource, int points, QWidget* parent) : QWidget(parent), icon_(resource) {
+    setFixedSize(points, points);
+}
+
+void Picture::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    icon_.paint(&painter, rect());
+}
+
 } // namespace hopsel::design

@@ -33,4 +33,35 @@ class Symbol final : public QWidget {
     Tone tone_;
 };
 
+/// A small filled circle that shows a state by its colour. It too leaves the words to the text beside it.
+class Dot final : public QWidget {
+  public:
+    explicit Dot(Tone tone = Tone::secondary, QWidget* parent = nullptr);
+
+    Tone tone() const { return tone_; }
+    void setTone(Tone tone);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    Tone tone_;
+};
+
+/// A drawing in its own colours, as large as asked for whatever the size of the text. Blank when there is
+/// none.
+class Picture final : public QWidget {
+  public:
+    Picture(const QString& resource, int points, QWidget* parent = nullptr);
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    QIcon icon_;
+};
+
 } // namespace hopsel::design

@@ -4,6 +4,7 @@
 #include <QEvent>
 #include <QFontDatabase>
 #include <QFontInfo>
+#include <QPainter>
 #include <algorithm>
 #include <cmath>
 
@@ -44,9 +45,12 @@ qreal textScale() {
 int scaled(qreal length) { return static_cast<int>(std::lround(length * textScale())); }
 
 QFont fontOf(TextStyle style) {
-    QFont font = style == TextStyle::events ? QFontDatabase::systemFont(QFontDatabase::FixedFont)
-                                            : QApplication::font();
-    if (style == TextStyle::events) font.setFamilies(font.families() + QApplication::font().families());
+    QFont font = QApplication::font();
+    if (style == TextStyle::events) {
+        // By its real name: among other families, "monospace" is not looked up.
+        const QFontInfo fixed(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+        font.setFamilies(QStringList{fixed.family()} + font.families());
+    }
     font.setPixelSize(scaled(face(style).pixelSize));
     font.setWeight(face(style).weight);
     return font;
@@ -77,16 +81,39 @@ Text* Text::selectable() {
     return this;
 }
 
+Text* Text::elided() {
+    isElided_ = true;
+    setText(text().simplified());
+    setToolTip(text());
+    return this;
+}
+
+QSize Text::minimumSizeHint() const {
+    const QSize whole = QLabel::minimumSizeHint();
+    return isElided_ ? QSize(std::min(whole.width(), scaled(60)), whole.height()) : whole;
+}
+
+void Text::paintEvent(QPaintEvent* event) {
+    if (!isElided_) {
+        QLabel::paintEvent(event);
+        return;
+    }
+    QPainter painter(this);
+    painter.setPen(palette().color(foregroundRole()));
+    painter.drawText(rect(), static_cast<int>(alignment()) | Qt::TextSingleLine,
+                     fontMetrics().elidedText(text(), Qt::ElideMiddle, width()));
+}
+
 void Text::changeEvent(QEvent* event) {
     if (event->type() == QEvent::PaletteChange) applyTone();
     QLabel::changeEvent(event);
 }
 
 void Text::applyTone() {
-    if (tone_ == Tone::primary || isApplyingTone_) return;
+    if (isApplyingTone_) return;
     isApplyingTone_ = true;
-    QPalette colors = palette();
-    colors.setColor(QPalette::WindowText, color(tone_, QApplication::palette()));
+    QPalette colors; // all that is not set here is inherited
+    if (tone_ != Tone::primary) colors.setColor(QPalette::WindowText, color(tone_, QApplication::palette()));
     setPalette(colors);
     isApplyingTone_ = false;
 }

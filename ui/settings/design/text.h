@@ -29,14 +29,20 @@ class Text final : public QLabel {
     Text* wrapped();
     /// Can be selected with mouse and keyboard, to be copied.
     Text* selectable();
+    /// Stays on one line and leaves out the middle when that is too long; the tool tip has the whole.
+    Text* elided();
+
+    QSize minimumSizeHint() const override;
 
   protected:
     void changeEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
 
   private:
     void applyTone();
 
     Tone tone_;
+    bool isElided_ = false;
     bool isApplyingTone_ = false;
 };
 

@@ -1,0 +1,43 @@
+// The keys with which Fcitx5 switches input methods, from its configuration file.
+//
+// Owned by whoever asks; reads the file when it is asked and the file is another than last time. What is not
+// in the file is as Fcitx5 ships it. Main thread.
+#pragma once
+
+#include "core/keys/shortcut_key.h"
+
+#include <filesystem>
+#include <optional>
+#include <string_view>
+#include <sys/stat.h>
+#include <vector>
+
+namespace hopsel {
+
+/// From the text of the file; an empty text gives the stock keys.
+std::vector<ShortcutKey> fcitxSwitchKeys(std::string_view config);
+
+class FcitxSwitchKeys {
+  public:
+    explicit FcitxSwitchKeys(std::filesystem::path file) : file_(std::move(file)) {}
+
+    /// A file that cannot be read, or is too large to be one of Fcitx5's, counts as an empty one.
+    const std::vector<ShortcutKey>& read();
+
+  private:
+    struct Version {
+        ino_t file = 0;
+        off_t size = 0;
+        std::int64_t seconds = 0;
+        std::int64_t nanoseconds = 0;
+        friend bool operator==(const Version&, const Version&) = default;
+    };
+    std::optional<Version> version() const;
+
+    std::filesystem::path file_;
+    bool isRead_ = false;
+    std::optional<Version> readVersion_; ///< absent: there was no file
+    std::vector<ShortcutKey> keys_;
+};
+
+} // namespace hopsel

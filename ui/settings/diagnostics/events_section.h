@@ -1,0 +1,23 @@
+// The newest of the recorded events, in the words that the report uses.
+#pragma once
+
+#include "app/model/app_model.h"
+#include "ui/settings/design/boxes.h"
+#include "ui/settings/design/reading_text.h"
+
+namespace hopsel {
+
+class EventsSection final : public QWidget {
+  public:
+    explicit EventsSection(AppModel& model, QWidget* parent = nullptr);
+
+    void refresh();
+
+  private:
+    AppModel& model_;
+    design::Text* empty_;
+    design::Card* card_;
+    design::ReadingText* lines_;
+};
+
+} // namespace hopsel

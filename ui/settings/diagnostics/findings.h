@@ -1,0 +1,29 @@
+// What stands out: warnings that the recording gives reason for, and other programs that deal with keys.
+#pragma once
+
+#include "app/model/app_model.h"
+#include "ui/settings/design/text.h"
+
+#include <QVBoxLayout>
+#include <vector>
+
+namespace hopsel {
+
+class Findings final : public QWidget {
+  public:
+    explicit Findings(AppModel& model, QWidget* parent = nullptr);
+
+    void refresh();
+
+  private:
+    void showWarnings();
+    QWidget* appsSection();
+
+    AppModel& model_;
+    QWidget* warnings_; ///< not even a heading when there are none
+    QVBoxLayout* lines_;
+    std::vector<ConflictWarning> shown_;
+    design::Text* apps_;
+};
+
+} // namespace hopsel

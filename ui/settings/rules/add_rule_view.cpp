@@ -1,0 +1,266 @@
+#include "ui/settings/rules/add_rule_view.h"
+#include "ui/settings/design/scroll_bar.h"
+
+#include "ui/l10n/issue_texts.h"
+#include "ui/l10n/l10n.h"
+#include "ui/onboarding/source_suggester.h"
+#include "ui/settings/design/boxes.h"
+#include "ui/settings/design/buttons.h"
+#include "ui/settings/design/source_picker.h"
+#include "ui/settings/design/text.h"
+
+#include <QHBoxLayout>
+#include <QHideEvent>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QShortcut>
+#include <algorithm>
+
+namespace hopsel {
+
+using design::Button;
+using design::Text;
+using design::TextStyle;
+using design::Tone;
+using l10n::Key;
+
+namespace {
+
+constexpr int padding = 24;
+
+QString text(Key key) { return QString::fromStdString(l10n::t(key)); }
+
+} // namespace
+
+AddRuleView::AddRuleView(AppModel& model, std::shared_ptr<LocalKeyMonitoring> keys,
+                         std::optional<Trigger> initialTrigger, std::function<void()> onClose,
+                         QWidget* parent)
+    : QWidget(parent),
+      model_(model),
+      capture_(model, std::move(keys), std::move(initialTrigger)),
+      onClose_(std::move(onClose)),
+      captureButton_(new Button({}, Button::Kind::keyCap)),
+      hint_((new Text({}, TextStyle::caption, Tone::secondary))->wrapped()),
+      messages_(new QVBoxLayout) {
+    const auto suggestion = source_suggester::suggest(model_.selectableSources());
+    sourceAID_ = suggestion.a;
+    sourceBID_ = suggestion.b;
+    setAccessibleName(text(Key::addRuleTitle));
+
+    auto* scroller = new QScrollArea;
+    scroller->setFrameShape(QFrame::NoFrame);
+    scroller->setFocusPolicy(Qt::NoFocus);
+    scroller->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroller->setWidgetResizable(true);
+    design::makeSlim(scroller->verticalScrollBar());
+    body_ = body();
+    scroller->setWidget(body_);
+    // The ground is that of whoever shows the view.
+    scroller->viewport()->setAutoFillBackground(false);
+    body_->setAutoFillBackground(false);
+    buttons_ = buttonRow();
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(scroller, 1);
+    column->addWidget(buttons_);
+
+    connect(captureButton_, &QPushButton::clicked, this, [this] {
+        failure_.clear();
+        capture_.start();
+    });
+    capture_.onChange = [this] { refresh(); };
+    bindKeys();
+    model_.observe(this, [this] { refresh(); });
+    refresh();
+}
+
+QWidget* AddRuleView::body() {
+    auto* body = new QWidget;
+    auto* column = new QVBoxLayout(body);
+    column->setContentsMargins(padding, padding, padding, 4);
+    column->setSpacing(16);
+    column->addWidget((new Text(text(Key::addRuleTitle), TextStyle::title3))->wrapped());
+    auto* key = new QVBoxLayout;
+    key->setSpacing(6);
+    key->addWidget(new Text(text(Key::addRuleKey), TextStyle::callout));
+    key->addWidget(captureButton_, 0, Qt::AlignLeft);
+    key->addWidget(hint_);
+    column->addLayout(key);
+    column->addWidget(pickerColumn(text(Key::addRuleSourceA), pickerA_, sourceAID_));
+    column->addWidget(pickerColumn(text(Key::addRuleSourceB), pickerB_, sourceBID_));
+    messages_->setSpacing(6);
+    column->addLayout(messages_);
+    column->addStretch(1);
+    return body;
+}
+
+QWidget* AddRuleView::pickerColumn(const QString& title, design::SourcePicker*& picker,
+                                   std::optional<std::string>& chosenID) {
+    auto* group = new QWidget;
+    auto* column = new QVBoxLayout(group);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(4);
+    picker = new design::SourcePicker(title);
+    picker->onPicked = [this, &chosenID](const std::string& id) {
+        failure_.clear();
+        chosenID = id;
+        refresh();
+    };
+    column->addWidget(new Text(title, TextStyle::callout, Tone::secondary));
+    column->addWidget(picker);
+    return group;
+}
+
+QWidget* AddRuleView::buttonRow() {
+    auto* row = new QWidget;
+    auto* buttons = new QHBoxLayout(row);
+    buttons->setContentsMargins(padding, 16, padding, padding);
+    buttons->setSpacing(10);
+    cancelButton_ = new Button(text(Key::addRuleCancel), Button::Kind::secondary);
+    addButton_ = new Button(text(Key::addRuleAdd), Button::Kind::primary);
+    buttons->addStretch(1);
+    buttons->addWidget(cancelButton_);
+    buttons->addWidget(addButton_);
+    connect(cancelButton_, &QPushButton::clicked, this, [this] { cancel(); });
+    connect(addButton_, &QPushButton::clicked, this, [this] { add(); });
+    return row;
+}
+
+// Shortcuts rather than key events, because on some desktops a button takes Return for itself.
+void AddRuleView::bindKeys() {
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
+        auto* shortcut = new QShortcut(key, this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
+        connect(shortcut, &QShortcut::activated, this, [this] {
+            if (cancelButton_->hasFocus())
+                cancel();
+            else if (!capture_.isCapturing())
+                add();
+        });
+    }
+    auto* escape = new QShortcut(Qt::Key_Escape, this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
+    // Where the monitor sees keys, it has taken the Escape of a capture already.
+    connect(escape, &QShortcut::activated, this, [this] {
+        if (capture_.isCapturing())
+            capture_.cancel();
+        else
+            cancel();
+    });
+}
+
+void AddRuleView::focusFirst() { captureButton_->setFocus(Qt::OtherFocusReason); }
+
+int AddRuleView::heightForWidth(int width) const {
+    return body_->layout()->totalHeightForWidth(width) + buttons_->sizeHint().height();
+}
+
+QSize AddRuleView::sizeHint() const {
+    const int width = design::scaled(460);
+    return {width, heightForWidth(width)};
+}
+
+void AddRuleView::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    // Not when the window is only minimized, which is the desktop's doing.
+    if (!event->spontaneous()) capture_.cancel();
+}
+
+void AddRuleView::refresh() {
+    showCapture();
+    showSources(model_.selectableSources());
+    showMessages();
+    addButton_->setEnabled(canAdd());
+    updateGeometry();
+}
+
+void AddRuleView::showCapture() {
+    const auto& trigger = capture_.trigger();
+    QString label = text(Key::addRuleCapture);
+    if (capture_.isCapturing())
+        label = text(Key::addRuleCapturing);
+    else if (trigger)
+        label = QString::fromStdString(l10n::triggerName(*trigger));
+    captureButton_->setText(label);
+    captureButton_->setToolTip(trigger ? label : QString());
+    captureButton_->setAccessibleName(text(Key::addRuleKey) + ": " + label);
+
+    Key hint = Key::addRuleKeyHint;
+    if (capture_.state() == TriggerCapture::State::unavailable) hint = Key::addRuleNeedsEngine;
+    if (capture_.state() == TriggerCapture::State::timedOut) hint = Key::addRuleCaptureTimedOut;
+    hint_->setText(text(hint));
+    hint_->setTone(hint == Key::addRuleKeyHint ? Tone::secondary : Tone::warning);
+    captureButton_->setAccessibleDescription(text(hint));
+}
+
+void AddRuleView::showSources(const std::vector<InputSourceInfo>& offered) {
+    if (shownSources_ == offered) return; // an open list stays open
+    shownSources_ = offered;
+    pickerA_->show(offered, sourceAID_);
+    pickerB_->show(offered, sourceBID_);
+}
+
+void AddRuleView::showMessages() {
+    QStringList lines;
+    for (const RuleIssue& issue : issues()) lines += QString::fromStdString(l10n::issueText(issue));
+    lines += warnings();
+    if (!failure_.isEmpty()) lines += failure_;
+    if (lines == shownMessages_) return;
+    shownMessages_ = lines;
+    design::clear(messages_);
+    for (const QString& line : lines) {
+        QWidget* const message = design::messageLine("exclamationmark.circle", line, Tone::warning);
+        messages_->addWidget(message);
+        message->show(); // at once, so that our height counts it
+    }
+}
+
+std::optional<InputSourceInfo> AddRuleView::selected(const std::optional<std::string>& id) const {
+    const std::vector<InputSourceInfo> offered = model_.selectableSources();
+    const auto found = std::find_if(offered.begin(), offered.end(),
+                                    [&](const InputSourceInfo& source) { return source.id == id; });
+    if (found == offered.end()) return std::nullopt;
+    return *found;
+}
+
+std::vector<RuleIssue> AddRuleView::issues() const {
+    const auto a = selected(sourceAID_);
+    const auto b = selected(sourceBID_);
+    if (!capture_.trigger() || !a || !b) return {};
+    return model_.previewIssues(*capture_.trigger(), *a, *b);
+}
+
+QStringList AddRuleView::warnings() const {
+    const auto& trigger = capture_.trigger();
+    if (!trigger || !std::holds_alternative<trigger::Shortcut>(*trigger)) return {};
+    QStringList texts;
+    if (!model_.accessibilityGranted()) texts += text(Key::addRuleAccessibilityNote);
+    // While shortcuts are unavailable the model's warning is another one.
+    if (model_.warning(*trigger, true) == RuleWarning::systemShortcutConflict)
+        texts += text(Key::issueSystemShortcutConflict);
+    return texts;
+}
+
+bool AddRuleView::canAdd() const {
+    return capture_.trigger() && selected(sourceAID_) && selected(sourceBID_) && issues().empty();
+}
+
+void AddRuleView::add() {
+    if (!canAdd()) return;
+    const EditResult result =
+        model_.addRule(*capture_.trigger(), *selected(sourceAID_), *selected(sourceBID_));
+    if (std::holds_alternative<edit_result::Added>(result)) {
+        capture_.cancel();
+        onClose_();
+        return;
+    }
+    const auto* failed = std::get_if<edit_result::Failed>(&result);
+    failure_ = failed != nullptr ? QString::fromStdString(failed->message) : QString();
+    refresh();
+}
+
+void AddRuleView::cancel() {
+    capture_.cancel();
+    onClose_();
+}
+
+} // namespace hopsel

@@ -1,0 +1,68 @@
+// One rule in the list: a switch, its trigger, its two input sources, what is wrong with it, and a button
+// that deletes it.
+//
+// Made and owned by the Rules pane, one for each rule, for as long as the rule has the same trigger.
+#pragma once
+
+#include "app/model/app_model.h"
+#include "ui/settings/rules/rule_row_layout.h"
+
+#include <QWidget>
+#include <tuple>
+
+namespace hopsel {
+
+namespace design {
+class Button;
+class Plate;
+class SourcePicker;
+class Switch;
+} // namespace design
+
+class RuleRow final : public QWidget {
+  public:
+    RuleRow(AppModel& model, Rule rule, QWidget* parent = nullptr);
+
+    const Rule& rule() const { return rule_; }
+    /// The same rule as it is stored now. Reads the model too; touches only what changed.
+    void refresh(const Rule& rule);
+
+    /// In the order of Tab.
+    std::vector<QWidget*> controls() const;
+    QWidget* deleteButton() const;
+
+    bool hasHeightForWidth() const override { return true; }
+    int heightForWidth(int width) const override;
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+  private:
+    /// What a picker shows.
+    using Shown = std::tuple<std::vector<InputSourceInfo>, InputSourceRef>;
+
+    void bind();
+    void enable(bool on);
+    void pick(const std::string& id, bool isFirst);
+    void showSource(design::SourcePicker& picker, const InputSourceRef& current, std::optional<Shown>& shown);
+    void showNotes();
+    rule_row_layout::Places places(int width) const;
+    void arrange();
+
+    AppModel& model_;
+    Rule rule_;
+    design::Switch* toggle_;
+    design::Plate* trigger_;
+    design::SourcePicker* pickerA_;
+    design::SourcePicker* pickerB_;
+    QWidget* broken_;
+    QWidget* needsAccessibility_;
+    QWidget* systemConflict_;
+    design::Button* delete_;
+    std::optional<Shown> shownA_;
+    std::optional<Shown> shownB_;
+};
+
+} // namespace hopsel

@@ -1,0 +1,150 @@
+#include "ui/settings/rules/rules_pane.h"
+
+#include "ui/l10n/l10n.h"
+#include "ui/settings/design/boxes.h"
+#include "ui/settings/design/buttons.h"
+#include "ui/settings/design/sheet.h"
+#include "ui/settings/design/text.h"
+#include "ui/settings/rules/add_rule_view.h"
+#include "ui/settings/rules/rule_row.h"
+
+#include <algorithm>
+
+namespace hopsel {
+
+using design::Button;
+using design::Text;
+using design::TextStyle;
+using design::Tone;
+using l10n::Key;
+
+namespace {
+
+QString text(Key key) { return QString::fromStdString(l10n::t(key)); }
+
+} // namespace
+
+QWidget* storeProblemBanner(const StoreProblem& problem) {
+    const bool isNewer = std::holds_alternative<store_problem::NewerVersion>(problem);
+    return design::banner("exclamationmark.triangle.fill",
+                          text(isNewer ? Key::storeNewerVersion : Key::storeCorrupt));
+}
+
+RulesPane::RulesPane(AppModel& model, std::shared_ptr<LocalKeyMonitoring> keys, QWidget* parent)
+    : PaneContainer(text(Key::rulesTitle), text(Key::rulesSubtitle), parent),
+      model_(model),
+      keys_(std::move(keys)),
+      problem_(new QVBoxLayout),
+      empty_((new Text(text(Key::rulesEmpty), TextStyle::body, Tone::secondary))->wrapped()),
+      card_(new design::Card),
+      add_(new Button(text(Key::rulesAdd), Button::Kind::primary)) {
+    const std::string guestKey = l10n::shortcutName(AppModel::guestKey);
+    remoteNote_ =
+        design::messageLine("info.circle", QString::fromStdString(l10n::t(Key::rulesRemoteNote, {guestKey})),
+                            Tone::secondary, Tone::secondary);
+    content()->addLayout(problem_);
+    content()->addWidget(empty_);
+    content()->addWidget(card_);
+    content()->addWidget(add_, 0, Qt::AlignLeft);
+    content()->addWidget(remoteNote_);
+    connect(add_, &QPushButton::clicked, this, [this] { showAddSheet(); });
+    model_.observe(this, [this] { refresh(); });
+    refresh();
+}
+
+RulesPane::~RulesPane() { delete sheet_; }
+
+void RulesPane::refresh() {
+    showProblem();
+    if (showsSameRules()) {
+        for (std::size_t i = 0; i < rows_.size(); ++i) rows_[i]->refresh(model_.rules()[i]);
+    } else {
+        rebuildRows();
+    }
+    const bool hasRules = !rows_.empty();
+    empty_->setVisible(!hasRules);
+    card_->setVisible(hasRules);
+    remoteNote_->setVisible(hasRules);
+    add_->setEnabled(model_.canEditRules());
+}
+
+void RulesPane::showProblem() {
+    if (shownProblem_ == model_.storeProblem()) return;
+    shownProblem_ = model_.storeProblem();
+    design::clear(problem_);
+    if (shownProblem_) problem_->addWidget(storeProblemBanner(*shownProblem_));
+}
+
+bool RulesPane::showsSameRules() const {
+    return std::equal(rows_.begin(), rows_.end(), model_.rules().begin(), model_.rules().end(),
+                      [](const RuleRow* row, const Rule& rule) {
+                          return row->rule().id == rule.id && row->rule().trigger == rule.trigger;
+                      });
+}
+
+// Rows of rules that are still there are kept: one of them may have the focus or an open list.
+void RulesPane::rebuildRows() {
+    QWidget* const focused = window()->focusWidget();
+    const auto focusedRow = std::find_if(rows_.begin(), rows_.end(), [&](const RuleRow* row) {
+        return focused != nullptr && row->isAncestorOf(focused);
+    });
+    const auto focusedIndex = static_cast<std::size_t>(focusedRow - rows_.begin());
+    RuleRow* const rowWithFocus = focusedRow != rows_.end() ? *focusedRow : nullptr;
+
+    std::vector<RuleRow*> kept;
+    for (const Rule& rule : model_.rules()) {
+        const auto old = std::find_if(rows_.begin(), rows_.end(), [&](const RuleRow* row) {
+            return row->rule().id == rule.id && row->rule().trigger == rule.trigger;
+        });
+        if (old == rows_.end()) {
+            kept.push_back(new RuleRow(model_, rule));
+            continue;
+        }
+        (*old)->refresh(rule);
+        card_->column()->removeWidget(*old);
+        kept.push_back(*old);
+        rows_.erase(old);
+    }
+    const bool lostFocus = std::find(rows_.begin(), rows_.end(), rowWithFocus) != rows_.end();
+    rows_ = std::move(kept);
+    design::clear(card_->column()); // the rows that are left in it, and the dividers
+    QWidget* last = nullptr;
+    for (RuleRow* row : rows_) {
+        if (row != rows_.front()) card_->column()->addWidget(new design::Divider(Qt::Horizontal));
+        card_->column()->addWidget(row);
+        row->show(); // not a turn of the loop later than its divider
+        for (QWidget* control : row->controls()) {
+            if (last != nullptr) setTabOrder(last, control);
+            last = control;
+        }
+    }
+    if (last != nullptr) setTabOrder(last, add_);
+    if (lostFocus) giveFocusNear(focusedIndex);
+}
+
+/// After the rule that had the focus was deleted.
+void RulesPane::giveFocusNear(std::size_t index) {
+    QWidget* const heir = rows_.empty() ? static_cast<QWidget*>(add_)
+                                        : rows_[std::min(index, rows_.size() - 1)]->deleteButton();
+    heir->setFocus(Qt::OtherFocusReason);
+}
+
+void RulesPane::showAddSheet() {
+    if (sheet_ || !model_.canEditRules()) return;
+    const QPointer<RulesPane> self(this);
+    auto* view = new AddRuleView(model_, keys_, std::nullopt, [self] {
+        if (self) self->closeAddSheet();
+    });
+    sheet_ = new design::Sheet(view, window());
+    view->focusFirst();
+}
+
+void RulesPane::closeAddSheet() {
+    if (!sheet_) return;
+    sheet_->hide(); // at once; deleted once its button has finished
+    sheet_->deleteLater();
+    sheet_.clear();
+    add_->setFocus(Qt::OtherFocusReason);
+}
+
+} // namespace hopsel

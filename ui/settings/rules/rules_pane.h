@@ -1,0 +1,57 @@
+// The Rules pane of the Settings window: the rules, a button that adds one, and the sheet that it opens.
+//
+// Made by the Settings window while the pane is selected. The sheet lies over the whole window and goes with
+// the pane at the latest.
+#pragma once
+
+#include "app/adapters/local_key_monitoring.h"
+#include "app/model/app_model.h"
+#include "ui/settings/design/pane_container.h"
+
+#include <QPointer>
+#include <memory>
+#include <vector>
+
+namespace hopsel {
+
+namespace design {
+class Button;
+class Card;
+class Sheet;
+class Text;
+} // namespace design
+class RuleRow;
+
+/// Says why the settings file cannot be used.
+QWidget* storeProblemBanner(const StoreProblem& problem);
+
+class RulesPane final : public design::PaneContainer {
+  public:
+    RulesPane(AppModel& model, std::shared_ptr<LocalKeyMonitoring> keys, QWidget* parent = nullptr);
+    ~RulesPane() override;
+
+    /// What the add button does.
+    void showAddSheet();
+    bool isShowingAddSheet() const { return !sheet_.isNull(); }
+
+  private:
+    void closeAddSheet();
+    void refresh();
+    void showProblem();
+    bool showsSameRules() const;
+    void rebuildRows();
+    void giveFocusNear(std::size_t index);
+
+    AppModel& model_;
+    std::shared_ptr<LocalKeyMonitoring> keys_;
+    std::optional<StoreProblem> shownProblem_;
+    QVBoxLayout* problem_;
+    design::Text* empty_;
+    design::Card* card_;
+    std::vector<RuleRow*> rows_;
+    design::Button* add_;
+    QWidget* remoteNote_;
+    QPointer<design::Sheet> sheet_;
+};
+
+} // namespace hopsel

@@ -1,0 +1,44 @@
+// The contents of the Settings window: the sidebar, and the pane that is selected in it.
+//
+// Made and owned by the window controller. Only the shown pane exists, so that what a pane does while it is
+// visible (recording) begins and ends with it.
+#pragma once
+
+#include "app/adapters/local_key_monitoring.h"
+#include "app/model/app_model.h"
+#include "ui/settings/settings_navigation.h"
+
+#include <QHBoxLayout>
+#include <QPointer>
+#include <QWidget>
+#include <map>
+#include <memory>
+
+namespace hopsel {
+
+namespace design {
+class SidebarRow;
+}
+
+class SettingsView final : public QWidget {
+  public:
+    SettingsView(AppModel& model, SettingsNavigation& navigation, std::shared_ptr<LocalKeyMonitoring> keys,
+                 QWidget* parent = nullptr);
+
+    /// Shows the navigation's pane. Happens by itself, a moment later, when that changes.
+    void showPane();
+
+  private:
+    QWidget* sidebar();
+    QWidget* makePane(SettingsPane pane);
+
+    AppModel& model_;
+    SettingsNavigation& navigation_;
+    std::shared_ptr<LocalKeyMonitoring> keys_;
+    std::map<SettingsPane, design::SidebarRow*> rows_;
+    QHBoxLayout* row_;
+    QPointer<QWidget> pane_;
+    std::optional<SettingsPane> shown_;
+};
+
+} // namespace hopsel
