@@ -148,12 +148,11 @@ void AppDelegate::buildWindows() {
     onboardingController_ = std::make_unique<OnboardingWindowController>(*model_);
     settingsController_->onClosed = [this] { askWhetherToQuit(); };
     model_->onRequestOnboarding = [this] { showOnboarding(); };
-    statusController_ = std::make_unique<StatusItemController>(*model_, platform_->sessionBus());
+    statusController_ = std::make_unique<StatusItemController>(*model_, platform_->trayHost());
     statusController_->onOpenSettings = [this] { settingsController_->show(); };
     statusController_->onOpenBugReport = [this] { settingsController_->show(SettingsPane::diagnostics); };
     statusController_->onQuit = [] { QCoreApplication::exit(); };
     statusController_->onHostChanged = [this](bool hasPanel) { takePanel(hasPanel); };
-    statusController_->start();
     activation_ = std::make_unique<ActivationServer>(platform_->sessionBus());
     activation_->onActivate = [this](const QString& token) { comeToFront(token); };
 }

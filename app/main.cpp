@@ -26,14 +26,18 @@ const char* renderDirectory(int argc, char** argv) {
     return nullptr;
 }
 
-/// Hides a variable from the toolkit while the application object is made.
+/// A variable of the environment that the toolkit sees differently while the application is made; what we
+/// start sees it as it was.
 class HiddenVariable {
   public:
     HiddenVariable(const char* name, bool hide) : name_(name), value_(qgetenv(name)) {
         if (hide) qunsetenv(name_);
     }
     void showAgain() const {
-        if (!value_.isNull()) qputenv(name_, value_);
+        if (value_.isNull())
+            qunsetenv(name_);
+        else
+            qputenv(name_, value_);
     }
 
   private:
@@ -42,10 +46,12 @@ class HiddenVariable {
 };
 
 /// Without a session bus there is none for us either: the D-Bus library would start one.
-void refuseBusOfOurOwn() {
+HiddenVariable refuseBusOfOurOwn() {
     const std::string runtimeBus = qEnvironmentVariable("XDG_RUNTIME_DIR").toStdString() + "/bus";
+    HiddenVariable address("DBUS_SESSION_BUS_ADDRESS", false);
     if (qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS") && !std::filesystem::exists(runtimeBus))
         qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
+    return address;
 }
 
 int runApplication(int argc, char** argv) {
@@ -55,7 +61,7 @@ int runApplication(int argc, char** argv) {
         std::fprintf(stderr, "hopsel: %s\n", error.what());
         return EXIT_FAILURE;
     }
-    refuseBusOfOurOwn();
+    const HiddenVariable busAddress = refuseBusOfOurOwn();
     // Qt's own dispatcher comes back from a wait some 10 µs sooner than the one over GLib, on every trigger.
     // Only this process is to use it, not what it starts.
     qputenv("QT_NO_GLIB", "1");
@@ -73,9 +79,11 @@ int runApplication(int argc, char** argv) {
     // `quit`, which would close the windows one by one, and a window that is closed may have a question.
     const hopsel::TerminationSignals signals([] { QCoreApplication::exit(); });
     // Stopped from a terminal it would leave the keyboard standing still at the next shortcut.
-    std::signal(SIGTSTP, SIG_IGN);
+    std::signal(SIGTSTP, [](int) {}); // unlike being ignored, what we start does not inherit this
     hopsel::AppDelegate delegate;
-    switch (delegate.didFinishLaunching()) {
+    const auto launch = delegate.didFinishLaunching();
+    busAddress.showAgain();
+    switch (launch) {
     case hopsel::AppDelegate::Launch::running: break;
     case hopsel::AppDelegate::Launch::alreadyRunning: return EXIT_SUCCESS;
     case hopsel::AppDelegate::Launch::impossible: return EXIT_FAILURE;

@@ -27,7 +27,7 @@ class ActivationServer final : public QObject {
     std::function<void(const QString& token)> onActivate;
 
     // The D-Bus interface.
-    Q_INVOKABLE void Activate(const QVariantMap& platformData);
+    Q_INVOKABLE void Activate(const QVariantMap& platformData); // NOLINT(readability-identifier-naming)
 
   private:
     void takeConnection();

@@ -15,6 +15,7 @@
 #include "core/platform/linux/x11/x11_shortcut_source.h"
 #include "core/platform/posix/posix_file_storage.h"
 #include "core/platform/secure_input.h"
+#include "ui/menubar/linux/tray_host.h"
 
 namespace hopsel {
 
@@ -77,6 +78,10 @@ std::shared_ptr<ReportDelivering> LinuxPlatform::reportDelivery() {
 
 std::shared_ptr<LocalKeyMonitoring> LinuxPlatform::localKeys() const {
     return std::make_shared<X11LocalKeyMonitor>();
+}
+
+std::unique_ptr<TrayHosting> LinuxPlatform::trayHost() const {
+    return std::make_unique<TrayHost>(bus_, true);
 }
 
 std::function<bool(const ShortcutKey&)> LinuxPlatform::systemShortcutConflict() const {

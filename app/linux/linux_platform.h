@@ -22,6 +22,7 @@
 #include "core/platform/linux/x11/x11_key_hook.h"
 #include "core/platform/linux/x11/x11_listen_source.h"
 #include "core/platform/linux/xkb/xkb_input_sources.h"
+#include "ui/menubar/tray_hosting.h"
 
 #include <QDBusConnection>
 #include <memory>
@@ -51,6 +52,7 @@ class LinuxPlatform {
     std::shared_ptr<ReportDelivering> reportDelivery();
     std::function<bool(const ShortcutKey&)> systemShortcutConflict() const;
     std::shared_ptr<LocalKeyMonitoring> localKeys() const;
+    std::unique_ptr<TrayHosting> trayHost() const;
     const QDBusConnection& sessionBus() const { return bus_; }
     SystemEventObserving& systemObserver() { return systemObserver_; }
     FrontmostAppObserving& frontmostObserver() { return frontmostObserver_; }

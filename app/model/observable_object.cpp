@@ -1,18 +1,19 @@
 #include "app/model/observable_object.h"
 
+#include <QPointer>
 #include <memory>
 
 namespace hopsel {
 
 void ObservableObject::observe(QObject* context, std::function<void()> callback) {
     auto isWaiting = std::make_shared<bool>(false);
-    connect(this, &ObservableObject::objectWillChange, context, [=, look = std::move(callback)] {
+    connect(this, &ObservableObject::objectWillChange, context, [=, this, look = std::move(callback)] {
         if (std::exchange(*isWaiting, true)) return;
         QMetaObject::invokeMethod(
             context,
-            [isWaiting, look] {
+            [isWaiting, look, self = QPointer(this)] {
                 *isWaiting = false;
-                look();
+                if (self) look();
             },
             Qt::QueuedConnection);
     });

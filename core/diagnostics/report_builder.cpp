@@ -1,6 +1,8 @@
 #include "core/diagnostics/report_builder.h"
 
-#include <cstdio>
+#include <array>
+#include <charconv>
+#include <cmath>
 
 namespace hopsel::report_builder {
 
@@ -29,11 +31,16 @@ Lines ruleLines(const std::vector<ReportRule>& rules) {
     return lines;
 }
 
+/// "%+7.2f" with a point in every locale.
 std::string relativeTime(double seconds) {
-    // As many digits as the largest finite number has, and room for sign and decimals.
-    char text[330];
-    const int length = std::snprintf(text, sizeof text, "%+7.2f", seconds);
-    return {text, static_cast<std::size_t>(length)};
+    // As many digits as the largest finite number has, and room for the decimals.
+    std::array<char, 330> digits{};
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), std::fabs(seconds),
+                                   std::chars_format::fixed, 2);
+    std::string text = (std::signbit(seconds) ? "-" : "+") + std::string(digits.data(), end.ptr);
+    constexpr std::size_t width = 7;
+    if (text.size() < width) text.insert(0, width - text.size(), ' ');
+    return text;
 }
 
 Lines entryLines(const DiagnosticEntries& entries) {

@@ -1,7 +1,6 @@
 #include "ui/menubar/badge_renderer.h"
 
 #include <QApplication>
-#include <QFont>
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QPainterPath>
@@ -10,95 +9,118 @@ namespace hopsel::badge_renderer {
 
 namespace {
 
-constexpr qreal height = 16;
-constexpr qreal inset = 0.75;
-constexpr qreal outlineWidth = 1.5;
-constexpr qreal letterSize = 11;
-/// The smallest square in which two labels can be read.
-constexpr int smallestPair = 32;
+enum class Letters { drawn, cutOut };
 
-QFont letterFont() {
+/// How a badge is laid out, in the painter's units.
+struct Shape {
+    QRectF outline;
+    qreal radius;
+    qreal lineWidth; ///< of the outline of a pair
+    QFont font;
+};
+
+QFont labelFont(int pixelSize) {
     QFont font = QApplication::font();
-    font.setPixelSize(static_cast<int>(letterSize));
+    font.setPixelSize(pixelSize);
     font.setWeight(QFont::Bold);
     return font;
 }
 
-void drawLabel(QPainter& painter, const std::string& label, const QRectF& bounds, bool isKnockedOut) {
+QImage canvas(QSize points, qreal devicePixelRatio) {
+    QImage image(points * devicePixelRatio, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(devicePixelRatio);
+    image.fill(Qt::transparent);
+    return image;
+}
+
+QPainterPath roundedRect(const QRectF& bounds, qreal radius) {
+    QPainterPath path;
+    path.addRoundedRect(bounds, radius, radius);
+    return path;
+}
+
+void drawLabel(QPainter& painter, const QRectF& area, const std::string& label, const QFont& font,
+               Letters letters) {
     const QString text = QString::fromStdString(label);
-    const QFontMetricsF metrics(painter.font());
-    const QSizeF size(metrics.horizontalAdvance(text), metrics.height());
-    const QPointF origin = bounds.center() - QPointF(size.width() / 2, size.height() / 2);
-    painter.setCompositionMode(isKnockedOut ? QPainter::CompositionMode_DestinationOut
-                                            : QPainter::CompositionMode_SourceOver);
-    painter.drawText(QPointF(origin.x(), origin.y() + metrics.ascent()), text);
+    const QFontMetricsF metrics(font);
+    QPainterPath path;
+    path.addText(area.center().x() - metrics.horizontalAdvance(text) / 2,
+                 area.center().y() - metrics.height() / 2 + metrics.ascent(), font, text);
+    if (letters == Letters::cutOut) painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+    painter.drawPath(path);
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
 }
 
-void drawSingle(QPainter& painter, const std::string& label, const QRectF& bounds, const QColor& ink) {
-    QPainterPath outline;
-    outline.addRoundedRect(bounds.adjusted(inset, inset, -inset, -inset), 4, 4);
-    painter.fillPath(outline, ink);
-    drawLabel(painter, label, bounds, true);
+void drawSingle(QPainter& painter, const Shape& shape, const QRectF& area, const std::string& label) {
+    painter.drawPath(roundedRect(shape.outline, shape.radius));
+    drawLabel(painter, area, label, shape.font, Letters::cutOut);
 }
 
-void drawPair(QPainter& painter, const StatusBadge& badge, const QRectF& bounds, const QColor& ink) {
-    const QRectF inner = bounds.adjusted(inset, inset, -inset, -inset);
-    QPainterPath outline;
-    outline.addRoundedRect(inner, inner.height() / 2, inner.height() / 2);
-    painter.strokePath(outline, QPen(ink, outlineWidth));
-    const QRectF left(inner.topLeft(), QSizeF(inner.width() / 2, inner.height()));
+void drawPair(QPainter& painter, const Shape& shape, const StatusBadge& badge) {
+    const QPainterPath outline = roundedRect(shape.outline, shape.radius);
+    painter.strokePath(outline, QPen(painter.brush(), shape.lineWidth));
+
+    QRectF left = shape.outline;
+    left.setWidth(shape.outline.width() / 2);
     const QRectF right = left.translated(left.width(), 0);
-    painter.save();
-    painter.setClipPath(outline);
-    painter.fillRect(badge.firstIsCurrent ? left : right, ink);
-    painter.restore();
-    drawLabel(painter, badge.first, left, badge.firstIsCurrent);
-    drawLabel(painter, *badge.second, right, !badge.firstIsCurrent);
+    QPainterPath current;
+    current.addRect(badge.firstIsCurrent ? left : right);
+    painter.drawPath(outline.intersected(current));
+
+    drawLabel(painter, left, badge.first, shape.font,
+              badge.firstIsCurrent ? Letters::cutOut : Letters::drawn);
+    drawLabel(painter, right, *badge.second, shape.font,
+              badge.firstIsCurrent ? Letters::drawn : Letters::cutOut);
 }
 
-/// An empty picture with a painter in points, ready for the badge.
-template <class Draw>
-QPixmap drawn(const QSize& pixels, qreal scale, const QColor& ink, Draw draw) {
-    QPixmap pixmap(pixels);
-    pixmap.fill(Qt::transparent);
-    QPainter painter(&pixmap);
-    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
-    painter.scale(scale, scale);
-    painter.setFont(letterFont());
-    painter.setPen(ink);
-    draw(painter);
-    return pixmap;
+void prepare(QPainter& painter, const QColor& ink) {
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(ink);
 }
 
 } // namespace
 
-QSize size(const StatusBadge& badge) { return {badge.second ? 40 : 22, static_cast<int>(height)}; }
-
-QPixmap pixmap(const StatusBadge& badge, const QColor& ink, qreal devicePixelRatio) {
-    const QRectF bounds(QPointF(), QSizeF(size(badge)));
-    QPixmap picture = drawn(size(badge) * devicePixelRatio, devicePixelRatio, ink, [&](QPainter& painter) {
-        if (badge.second)
-            drawPair(painter, badge, bounds, ink);
-        else
-            drawSingle(painter, badge.first, bounds, ink);
-    });
-    picture.setDevicePixelRatio(devicePixelRatio);
-    return picture;
+StatusBadge currentAlone(const StatusBadge& badge) {
+    return StatusBadge::single(!badge.second || badge.firstIsCurrent ? badge.first : *badge.second);
 }
 
-QPixmap squarePixmap(const StatusBadge& badge, int side, const QColor& ink) {
-    const QSize square(side, side);
-    if (badge.second && side >= smallestPair) {
-        const qreal scale = side / 40.0;
-        return drawn(square, scale, ink, [&](QPainter& painter) {
-            drawPair(painter, badge, QRectF(0, (40 - height) / 2, 40, height), ink);
-        });
+QSize size(const StatusBadge& badge) { return {badge.second ? 40 : 22, 16}; }
+
+QImage wide(const StatusBadge& badge, const QColor& ink, qreal devicePixelRatio) {
+    QImage image = canvas(size(badge), devicePixelRatio);
+    QPainter painter(&image);
+    prepare(painter, ink);
+    const QRectF bounds(QPointF(0, 0), QSizeF(size(badge)));
+    const QRectF outline = bounds.adjusted(0.75, 0.75, -0.75, -0.75);
+    if (badge.second)
+        drawPair(painter, {outline, outline.height() / 2, 1.5, labelFont(11)}, badge);
+    else
+        drawSingle(painter, {outline, 4, 0, labelFont(11)}, bounds, badge.first);
+    return image;
+}
+
+QImage square(const StatusBadge& badge, int pixels, const QColor& ink) {
+    QImage image = canvas({pixels, pixels}, 1);
+    QPainter painter(&image);
+    prepare(painter, ink);
+    const QRectF bounds(0, 0, pixels, pixels);
+    // Edges at whole pixels are sharp, where every pixel counts.
+    if (badge.second && pixels >= smallestSquarePair) {
+        const int lineWidth = pixels / 16;
+        const qreal side = lineWidth / 2.0;
+        const int top = pixels * 5 / 32;
+        drawPair(painter,
+                 {bounds.adjusted(side, top + side, -side, -top - side), pixels / 5.0, qreal(lineWidth),
+                  labelFont(pixels * 13 / 32)},
+                 badge);
+    } else {
+        const int margin = pixels / 16;
+        const QRectF outline = bounds.adjusted(margin, margin, -margin, -margin);
+        drawSingle(painter, {outline, pixels / 4.0, 0, labelFont(pixels * 11 / 16)}, bounds,
+                   currentAlone(badge).first);
     }
-    // A label alone fills the square; it is drawn as large as the outline allows.
-    const std::string& current = badge.firstIsCurrent || !badge.second ? badge.first : *badge.second;
-    return drawn(square, side / height, ink,
-                 [&](QPainter& painter) { drawSingle(painter, current, QRectF(0, 0, height, height), ink); });
+    return image;
 }
 
 } // namespace hopsel::badge_renderer

@@ -1,88 +1,112 @@
 #include "ui/menubar/status_item_controller.h"
 
 #include "ui/menubar/badge_renderer.h"
-#include "ui/menubar/status_menu.h"
+#include "ui/menubar/menu_builder.h"
+#include "ui/settings/design/colors.h"
 #include "ui/settings/design/symbols.h"
 
 #include <QApplication>
 #include <QCursor>
+#include <QEvent>
 
 namespace hopsel {
 
 namespace {
 
-// What panels ask for, at one and at two pixels a point.
-constexpr int sides[] = {16, 22, 24, 32, 48, 64};
-
-/// The panel's colours cannot be asked for; panels mostly go with the desktop.
-QColor ink() {
-    return design::isDark(QApplication::palette()) ? QColor(Qt::white) : QColor(0x20, 0x20, 0x24);
+void call(const std::function<void()>& callback) {
+    if (callback) callback();
 }
 
 } // namespace
 
-StatusItemController::StatusItemController(AppModel& model, const QDBusConnection& bus)
-    : model_(model), host_(bus) {
-    connect(&menu_, &QMenu::aboutToShow, this, [this] {
-        status_menu::rebuild(menu_, model_.menuState(), [this](MenuAction action) { click(action); });
-    });
-    host_.onChange = [this](TrayHost::Kind kind) { takeHost(kind); };
+QColor StatusItemController::likelyInk() {
+    const QStringList desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':');
+    for (const char* desktop : {"GNOME", "Unity", "XFCE", "X-Cinnamon", "Budgie"}) {
+        if (desktops.contains(QLatin1String(desktop), Qt::CaseInsensitive)) return Qt::white;
+    }
+    return design::isDark(QApplication::palette()) ? Qt::white : Qt::black;
+}
+
+StatusItemController::StatusItemController(AppModel& model, std::unique_ptr<TrayHosting> host, Ink ink)
+    : model_(model),
+      ink_(std::move(ink)),
+      menu_([this] { return menu_builder::items(model_.menuState()); },
+            [this](MenuAction action) { perform(action); }),
+      host_(std::move(host)) {
+    menu_.installEventFilter(this); // a window that hears of a new palette
     model_.observe(this, [this] { refresh(); });
+    host_->start([this](TrayKind kind) { hostChanged(kind); });
 }
 
 StatusItemController::~StatusItemController() = default;
 
-void StatusItemController::start() { host_.start(); }
-
-// Each panel gets an item of its own: one that outlived its panel might talk to the wrong kind.
-void StatusItemController::takeHost(TrayHost::Kind kind) {
-    item_.reset();
-    if (kind != TrayHost::Kind::none) {
-        // Panels that draw the menu themselves read it before it opens for the first time.
-        status_menu::rebuild(menu_, model_.menuState(), [this](MenuAction action) { click(action); });
-        item_ = std::make_unique<QSystemTrayIcon>();
-        item_->setContextMenu(&menu_);
-        connect(item_.get(), &QSystemTrayIcon::activated, this,
-                [this](QSystemTrayIcon::ActivationReason reason) {
-                    if (reason == QSystemTrayIcon::Trigger) menu_.popup(QCursor::pos());
-                });
-        refresh();
-        item_->show();
-    }
-    if (onHostChanged) onHostChanged(kind != TrayHost::Kind::none);
-}
-
 void StatusItemController::refresh() {
+    menu_.refresh();
     if (!item_) return;
-    item_->setIcon(icon());
+    // Every change crosses the bus and makes the panel draw: only what is new.
+    const StatusItemAppearance appearance = model_.statusItemAppearance();
+    const QColor ink = ink_();
+    if (shown_ != appearance || shownInk_ != ink) {
+        item_->setIcon(icon(appearance, ink));
+        shown_ = appearance;
+        shownInk_ = ink;
+    }
     const auto source = model_.currentSourceName();
-    item_->setToolTip(source ? "Hopsel, " + QString::fromStdString(*source) : QString("Hopsel"));
+    const QString toolTip = QString::fromStdString(source ? "Hopsel, " + *source : "Hopsel");
+    if (item_->toolTip() != toolTip) item_->setToolTip(toolTip);
 }
 
-QIcon StatusItemController::icon() const {
-    const StatusItemAppearance appearance = model_.statusItemAppearance();
+QIcon StatusItemController::icon(const StatusItemAppearance& appearance, const QColor& ink) const {
+    std::optional<StatusBadge> badge = appearance.badge;
+    // Some panels take the largest picture and shrink it to their height: two labels would be a blur.
+    if (badge && kind_ == TrayKind::statusNotifier) badge = badge_renderer::currentAlone(*badge);
     QIcon icon;
-    for (const int side : sides) {
-        icon.addPixmap(appearance.badge ? badge_renderer::squarePixmap(*appearance.badge, side, ink())
-                                        : design::symbolPixmap(QString::fromStdString(appearance.symbolName),
-                                                               {side, side}, ink(), 1));
+    for (const int pixels : {16, 22, 24, 32, 48, 64}) {
+        icon.addPixmap(badge ? QPixmap::fromImage(badge_renderer::square(*badge, pixels, ink))
+                             : design::symbolPixmap(QString::fromStdString(appearance.symbolName),
+                                                    {pixels, pixels}, ink, 1));
     }
     return icon;
 }
 
-void StatusItemController::click(MenuAction action) {
+void StatusItemController::perform(MenuAction action) {
     switch (action) {
-    case MenuAction::quit:
-        if (onQuit) onQuit();
-        break;
-    case MenuAction::openSettings:
-        if (onOpenSettings) onOpenSettings();
-        break;
-    case MenuAction::openBugReport:
-        if (onOpenBugReport) onOpenBugReport();
-        break;
+    case MenuAction::quit: return call(onQuit);
+    case MenuAction::openSettings: return call(onOpenSettings);
+    case MenuAction::openBugReport: return call(onOpenBugReport);
     default: model_.perform(action);
     }
+}
+
+void StatusItemController::hostChanged(TrayKind kind) {
+    if (kind != TrayKind::none && !item_) {
+        makeItem(kind);
+        host_->settleOn(kind);
+    }
+    const bool hasHost = kind != TrayKind::none;
+    if (std::exchange(hasHost_, hasHost) != hasHost && onHostChanged) onHostChanged(hasHost);
+}
+
+void StatusItemController::makeItem(TrayKind kind) {
+    kind_ = kind;
+    item_ = std::make_unique<QSystemTrayIcon>();
+    connect(item_.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
+        if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::Context) openMenu();
+    });
+    item_->setContextMenu(&menu_);
+    refresh();
+    item_->show();
+}
+
+void StatusItemController::openMenu() {
+    // With one kind of panel the toolkit has opened it for the right button already.
+    if (!menu_.isVisible()) menu_.popup(QCursor::pos());
+}
+
+bool StatusItemController::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == &menu_ && event->type() == QEvent::PaletteChange)
+        QMetaObject::invokeMethod(this, &StatusItemController::refresh, Qt::QueuedConnection);
+    return QObject::eventFilter(watched, event);
 }
 
 } // namespace hopsel

@@ -1,46 +1,75 @@
-// The program's one permanent presence: an icon in the panel that tells the state at a glance, and its menu.
+// The item in the desktop's panel, the program's one permanent face.
 //
-// Made and owned by start-up; follows the application model. The icon is made once a panel is there, because
-// the toolkit decides at that moment how to talk to it. Without a panel `menu` can be shown elsewhere.
+// It shows the state as a symbol or as a badge, and opens the menu with either button. Made by start-up with
+// the model, which outlives it. The item itself is made when the desktop first has a panel for it; it then
+// stays, and joins the panel again by itself if that restarts. While there is none, `menu` has to be
+// reached from a window.
+//
+// What the toolkit does not let us do: an item made for one kind of panel never appears on the other kind, so
+// a desktop that changes kinds while the program runs counts as having no panel.
 #pragma once
 
 #include "app/model/app_model.h"
-#include "ui/menubar/tray_host.h"
+#include "ui/menubar/status_menu.h"
+#include "ui/menubar/tray_hosting.h"
 
-#include <QMenu>
+#include <QColor>
+#include <QObject>
 #include <QSystemTrayIcon>
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace hopsel {
 
 class StatusItemController final : public QObject {
   public:
-    StatusItemController(AppModel& model, const QDBusConnection& bus);
+    /// The colour of what is drawn on the panel.
+    using Ink = std::function<QColor()>;
+
+    /// A guess, since no panel tells its colour: white on desktops whose panel comes dark in either
+    /// appearance, elsewhere as the application appears. A user's own theme for the panel can prove it wrong.
+    static QColor likelyInk();
+
+    StatusItemController(AppModel& model, std::unique_ptr<TrayHosting> host, Ink ink = likelyInk);
     ~StatusItemController() override;
 
     std::function<void()> onOpenSettings;
     std::function<void()> onOpenBugReport;
     std::function<void()> onQuit;
-    /// A panel is there, or none is; called first when it is known.
-    std::function<void(bool hasHost)> onHostChanged;
 
-    /// Looks for a panel; the answer comes from the event loop.
-    void start();
-    bool hasHost() const { return host_.kind() != TrayHost::Kind::none; }
-    /// Built afresh each time it opens.
-    QMenu& menu() { return menu_; }
+    /// Is the item to be seen? False also until that is known.
+    bool hasHost() const { return hasHost_.value_or(false); }
+    /// Called with the first answer, which takes some seconds if it is no, and at every change.
+    std::function<void(bool)> onHostChanged;
+
+    /// Absent until the desktop first has a panel.
+    const QSystemTrayIcon* item() const { return item_.get(); }
+    /// The item's menu, for a button in a window.
+    QMenu* menu() { return &menu_; }
+
     void refresh();
 
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
   private:
-    void takeHost(TrayHost::Kind kind);
-    void click(MenuAction action);
-    QIcon icon() const;
+    void perform(MenuAction action);
+    void hostChanged(TrayKind kind);
+    void makeItem(TrayKind kind);
+    QIcon icon(const StatusItemAppearance& appearance, const QColor& ink) const;
+    void openMenu();
 
     AppModel& model_;
-    QMenu menu_;
-    TrayHost host_;
+    Ink ink_;
+    StatusMenu menu_;
     std::unique_ptr<QSystemTrayIcon> item_;
+    TrayKind kind_ = TrayKind::none; ///< of the item
+    std::optional<StatusItemAppearance> shown_;
+    QColor shownInk_;
+    std::optional<bool> hasHost_;
+    std::unique_ptr<TrayHosting>
+        host_; ///< the last, so that nothing is called back into the half of an object
 };
 
 } // namespace hopsel

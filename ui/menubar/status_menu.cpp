@@ -1,69 +1,152 @@
 #include "ui/menubar/status_menu.h"
 
 #include "core/base/overloaded.h"
-#include "ui/menubar/menu_builder.h"
 #include "ui/settings/design/colors.h"
 
+#include <QApplication>
 #include <QPainter>
+#include <QStyleOptionMenuItem>
+#include <algorithm>
 
-namespace hopsel::status_menu {
+namespace hopsel {
 
 namespace {
 
-QIcon dot(MenuStatusLevel level, const QPalette& palette) {
-    QColor fill = design::color(design::Tone::secondary, palette);
-    if (level == MenuStatusLevel::ok) fill = design::color(design::Tone::positive, palette);
-    if (level == MenuStatusLevel::problem) fill = design::color(design::Tone::problem, palette);
+using design::Tone;
+
+/// Names of sources and rules come from elsewhere: no mnemonics, no column of shortcuts, no endless line.
+QString itemText(const std::string& text) {
+    constexpr qsizetype longest = 120;
+    QString line = QString::fromStdString(text);
+    std::replace_if(
+        line.begin(), line.end(), [](QChar c) { return c.category() == QChar::Other_Control; }, u' ');
+    if (line.size() > longest) line = line.left(longest - 1) + QChar(u'…');
+    return line.replace(u'&', QLatin1String("&&"));
+}
+
+/// Seen on light and on dark panels alike.
+QColor dotColor(MenuStatusLevel level) {
+    switch (level) {
+    case MenuStatusLevel::ok: return {0x2D, 0xA4, 0x4E};
+    case MenuStatusLevel::neutral: return {0x8A, 0x8A, 0x94};
+    case MenuStatusLevel::problem: return {0xE0, 0x3E, 0x36};
+    }
+    return {};
+}
+
+QIcon dot(const QColor& color) {
     QIcon icon;
-    for (const int side : {16, 22, 32}) {
-        QPixmap pixmap(side, side);
+    for (const int pixels : {16, 32}) {
+        QPixmap pixmap(pixels, pixels);
         pixmap.fill(Qt::transparent);
         QPainter painter(&pixmap);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(Qt::NoPen);
-        painter.setBrush(fill);
-        painter.drawEllipse(QRectF(side * 0.25, side * 0.25, side * 0.5, side * 0.5));
+        painter.setBrush(color);
+        painter.drawEllipse(QRectF(pixmap.rect()).center(), pixels * 0.3, pixels * 0.3);
         painter.end();
-        icon.addPixmap(pixmap);
-        icon.addPixmap(pixmap, QIcon::Disabled); // the entry is disabled, its colour is not
+        icon.addPixmap(pixmap, QIcon::Normal);
+        // The line cannot be clicked; its colour is not to fade because of that.
+        icon.addPixmap(pixmap, QIcon::Disabled);
     }
     return icon;
 }
 
-/// An ampersand in a name is no mnemonic.
-QString shown(const std::string& text) { return QString::fromStdString(text).replace("&", "&&"); }
+Tone textTone(const MenuItemSpec& spec) {
+    if (std::holds_alternative<menu_item::Header>(spec)) return Tone::accent;
+    const auto* status = std::get_if<menu_item::Status>(&spec);
+    if (status == nullptr || status->level == MenuStatusLevel::neutral) return Tone::secondary;
+    return status->level == MenuStatusLevel::ok ? Tone::positive : Tone::problem;
+}
+
+std::optional<MenuAction> actionOf(const MenuItemSpec& spec) {
+    if (const auto* toggle = std::get_if<menu_item::Toggle>(&spec)) return toggle->action;
+    if (const auto* action = std::get_if<menu_item::Action>(&spec)) return action->action;
+    return std::nullopt;
+}
+
+bool haveSameShape(const std::vector<MenuItemSpec>& a, const std::vector<MenuItemSpec>& b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const auto& one, const auto& other) {
+        return one.index() == other.index() && actionOf(one) == actionOf(other);
+    });
+}
+
+void fill(const MenuItemSpec& spec, QAction& item) {
+    std::visit(Overloaded{
+                   [&](const menu_item::Toggle& toggle) {
+                       item.setText(itemText(toggle.title));
+                       item.setChecked(toggle.isOn);
+                   },
+                   [&](const menu_item::Action& action) { item.setText(itemText(action.title)); },
+                   [&](const menu_item::Header& header) { item.setText(itemText(header.text)); },
+                   [&](const menu_item::Info& info) { item.setText(itemText(info.text)); },
+                   [&](const menu_item::Status& status) {
+                       item.setText(itemText(status.text));
+                       item.setIcon(dot(dotColor(status.level)));
+                   },
+                   [](const menu_item::Separator&) {},
+               },
+               spec);
+}
 
 } // namespace
 
-void rebuild(QMenu& menu, const MenuState& state, const std::function<void(MenuAction)>& onClick) {
-    menu.clear();
-    const auto addInert = [&](const QString& text) {
-        QAction* entry = menu.addAction(text);
-        entry->setEnabled(false);
-        return entry;
-    };
-    const auto addClickable = [&](MenuAction action, const std::string& title) {
-        QAction* entry = menu.addAction(shown(title));
-        QObject::connect(entry, &QAction::triggered, &menu, [onClick, action] { onClick(action); });
-        return entry;
-    };
-    for (const MenuItemSpec& item : menu_builder::items(state)) {
-        std::visit(Overloaded{
-                       [&](const menu_item::Toggle& toggle) {
-                           QAction* entry = addClickable(toggle.action, toggle.title);
-                           entry->setCheckable(true);
-                           entry->setChecked(toggle.isOn);
-                       },
-                       [&](const menu_item::Action& action) { addClickable(action.action, action.title); },
-                       [&](const menu_item::Header& header) { addInert(shown(header.text)); },
-                       [&](const menu_item::Info& info) { addInert("    " + shown(info.text)); },
-                       [&](const menu_item::Status& status) {
-                           addInert(shown(status.text))->setIcon(dot(status.level, menu.palette()));
-                       },
-                       [&](const menu_item::Separator&) { menu.addSeparator(); },
-                   },
-                   item);
+StatusMenu::StatusMenu(Read read, OnAction onAction)
+    : read_(std::move(read)), onAction_(std::move(onAction)) {
+    setAccessibleName(QStringLiteral("Hopsel"));
+    connect(this, &QMenu::aboutToShow, this, &StatusMenu::refresh);
+    refresh();
+}
+
+void StatusMenu::refresh() {
+    std::vector<MenuItemSpec> specs = read_();
+    const bool isNew = !haveSameShape(specs, shown_);
+    if (isNew) rebuild(specs);
+    const QList<QAction*> items = actions();
+    for (std::size_t i = 0; i < specs.size(); ++i) {
+        QAction& item = *items[static_cast<qsizetype>(i)];
+        // A click has turned the check mark by itself, whatever came of it.
+        const auto* toggle = std::get_if<menu_item::Toggle>(&specs[i]);
+        if (isNew || specs[i] != shown_[i] || (toggle != nullptr && item.isChecked() != toggle->isOn))
+            fill(specs[i], item);
+    }
+    shown_ = std::move(specs);
+}
+
+void StatusMenu::rebuild(const std::vector<MenuItemSpec>& specs) {
+    clear();
+    for (const MenuItemSpec& spec : specs) {
+        QAction* item = addAction(QString());
+        item->setSeparator(std::holds_alternative<menu_item::Separator>(spec));
+        item->setCheckable(std::holds_alternative<menu_item::Toggle>(spec));
+        if (const auto action = actionOf(spec))
+            connect(item, &QAction::triggered, this, [this, what = *action] { click(what); });
+        else
+            item->setEnabled(false);
+        if (std::holds_alternative<menu_item::Header>(spec)) {
+            QFont font = item->font();
+            font.setWeight(QFont::DemiBold);
+            item->setFont(font);
+        }
     }
 }
 
-} // namespace hopsel::status_menu
+void StatusMenu::click(MenuAction action) {
+    // Ahead of the action, which may end this menu.
+    QMetaObject::invokeMethod(this, &StatusMenu::refresh, Qt::QueuedConnection);
+    onAction_(action);
+}
+
+void StatusMenu::initStyleOption(QStyleOptionMenuItem* option, const QAction* action) const {
+    QMenu::initStyleOption(option, action);
+    const qsizetype index = actions().indexOf(action);
+    if (index < 0 || static_cast<std::size_t>(index) >= shown_.size()) return;
+    const MenuItemSpec& spec = shown_[static_cast<std::size_t>(index)];
+    if (actionOf(spec)) return;
+    // What only informs is not greyed out like something that could be clicked at another time.
+    const QColor color = design::color(textTone(spec), QApplication::palette());
+    for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
+        option->palette.setColor(QPalette::Disabled, role, color);
+}
+
+} // namespace hopsel

@@ -1,17 +1,40 @@
-// The status item's menu in the toolkit's terms.
+// The menu of the status item: the description of a menu as items that can be clicked.
 //
-// Headers and lines of information are disabled entries: panels that show the menu for us know nothing else.
-// The status line has a dot in its colour.
+// Owned by the status item's controller. What it shows is read afresh each time it opens, and whenever
+// `refresh` is called, because some panels show what they were given last without asking. Items are kept
+// as long as the menu keeps its shape: a panel refers to them by identifiers, and a click must not go to an
+// item that has just been replaced.
+//
+// A panel that draws the menu itself gets texts, check marks and the status line's dot, but no colours.
 #pragma once
 
 #include "ui/menubar/menu_model.h"
 
 #include <QMenu>
 #include <functional>
+#include <vector>
 
-namespace hopsel::status_menu {
+namespace hopsel {
 
-/// Replaces the menu's entries. `onClick` is called with what was chosen.
-void rebuild(QMenu& menu, const MenuState& state, const std::function<void(MenuAction)>& onClick);
+class StatusMenu final : public QMenu {
+  public:
+    using Read = std::function<std::vector<MenuItemSpec>()>;
+    using OnAction = std::function<void(MenuAction)>;
 
-} // namespace hopsel::status_menu
+    StatusMenu(Read read, OnAction onAction);
+
+    void refresh();
+
+  protected:
+    void initStyleOption(QStyleOptionMenuItem* option, const QAction* action) const override;
+
+  private:
+    void rebuild(const std::vector<MenuItemSpec>& specs);
+    void click(MenuAction action);
+
+    Read read_;
+    OnAction onAction_;
+    std::vector<MenuItemSpec> shown_;
+};
+
+} // namespace hopsel

@@ -36,9 +36,9 @@ bool render(const PreviewScreen& screen, bool dark, const std::filesystem::path&
         done = false; // and on to the others
     }
     if (done)
-        std::cout << "wrote " << path.string() << std::endl;
+        std::cout << "wrote " << path.string() << '\n' << std::flush;
     else
-        std::cerr << "렌더링 실패: " << path.string() << std::endl;
+        std::cerr << "렌더링 실패: " << path.string() << '\n' << std::flush;
     return done;
 }
 
@@ -88,8 +88,8 @@ int run(const std::string& outputDir) {
     std::filesystem::create_directories(outputDir, error);
     if (error || !std::filesystem::is_directory(outputDir)) {
         std::cerr << "출력 폴더를 만들 수 없습니다: "
-                  << (error ? error : std::make_error_code(std::errc::not_a_directory)).message()
-                  << std::endl;
+                  << (error ? error : std::make_error_code(std::errc::not_a_directory)).message() << '\n'
+                  << std::flush;
         return 1;
     }
     bool allDone = true;

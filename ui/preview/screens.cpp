@@ -16,7 +16,8 @@ using Prepare = std::function<void(PreviewModel&)>;
 constexpr QSize settingsSize{780, 520};
 constexpr QSize onboardingSize{560, 460};
 
-Show settings(SettingsPane pane, std::function<PreviewModel::Setup()> setup, Prepare prepare = {}) {
+Show settings(SettingsPane pane, const std::function<PreviewModel::Setup()>& setup,
+              const Prepare& prepare = {}) {
     return [=](const Draw& draw) {
         PreviewModel model(setup());
         if (prepare) prepare(model);

@@ -61,7 +61,6 @@ void DesktopReportDelivery::reveal(const std::filesystem::path& file) {
     QDBusMessage call =
         QDBusMessage::createMethodCall("org.freedesktop.FileManager1", "/org/freedesktop/FileManager1",
                                        "org.freedesktop.FileManager1", "ShowItems");
-    call.setAutoStartService(false);
     const QUrl address = QUrl::fromLocalFile(QString::fromStdString(file.string()));
     call << QStringList{address.toString(QUrl::FullyEncoded)} << QString();
     constexpr int patience = 3000; // ms; a folder that opens much later would only startle

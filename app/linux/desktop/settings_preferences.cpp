@@ -4,6 +4,7 @@
 #include "app/linux/desktop/xdg_folders.h"
 #include "core/platform/posix/posix_file_storage.h"
 
+#include <QLockFile>
 #include <QSettings>
 #include <glib.h>
 #include <sstream>
@@ -77,6 +78,11 @@ void SettingsPreferences::store() {
     if (condition == Condition::unreachable)
         throw std::runtime_error(file_.string() + ": not a file that can be read");
     if (condition == Condition::damaged) setAside();
+    // QSettings would wait for whoever is writing, with the whole program.
+    QLockFile writing(qtPath(file_) + ".lock");
+    if (!writing.tryLock(0) && writing.error() == QLockFile::LockFailedError)
+        throw std::runtime_error(file_.string() + ": is being written by another program");
+    writing.unlock();
     QSettings settings(qtPath(file_), QSettings::IniFormat);
     for (const auto& [key, on] : unsaved_) settings.setValue(key.c_str(), on);
     settings.sync();
