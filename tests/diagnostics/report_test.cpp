@@ -2,6 +2,7 @@
 #include "core/diagnostics/bug_report_mail.h"
 #include "core/diagnostics/report_builder.h"
 
+#include <clocale>
 #include <cmath>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -80,6 +81,8 @@ ReportInput fullInput() {
 }
 
 TEST(Report, tellsEverythingInFixedWords) {
+    // Where one is installed: a locale that writes a comma in numbers, as programs with windows have it.
+    for (const char* locale : {"de_DE.UTF-8", "fr_FR.UTF-8"}) std::setlocale(LC_NUMERIC, locale);
     EXPECT_EQ(report_builder::build(fullInput()), golden("full_report.txt"));
     ReportInput empty;
     empty.generatedAt = "now";

@@ -45,7 +45,7 @@ TEST_F(Model, isBuiltWithoutTouchingFileOrEngineAndStartsInOrder) {
 
     loginItem->current = LoginItemStatus::requiresApproval;
     model->start();
-    EXPECT_THAT(calls, ElementsAre("directory list", "engine apply 1", "engine start"));
+    EXPECT_THAT(calls, ElementsAre("engine observe", "directory list", "engine apply 1", "engine start"));
     EXPECT_EQ(model->statusLine(), StatusLine::ok);
     EXPECT_EQ(model->rules().size(), 1U);
     EXPECT_EQ(model->launchStatus(), LoginItemStatus::requiresApproval);
@@ -85,7 +85,7 @@ TEST_F(Model, refusesEveryEditWhileTheFileCannotBeUsed) {
         model->start();
         ASSERT_TRUE(model->storeProblem()) << text;
         EXPECT_TRUE(isExpected(*model->storeProblem())) << text;
-        EXPECT_THAT(calls, ElementsAre("directory list", "engine apply 0", "engine start"));
+        EXPECT_THAT(calls, ElementsAre("engine observe", "directory list", "engine apply 0", "engine start"));
         EXPECT_EQ(model->statusLine(), StatusLine::configProblem);
         calls.clear();
         const EditResult refused = edit_result::Failed{"settings unavailable"};
@@ -311,6 +311,11 @@ TEST_F(Model, announcesAChangeBeforeItAndIsLookedAtOnceAfterwards) {
         model->setShowSourceLabel(true);
     }
     EXPECT_TRUE(test::staysFalse([&] { return seen.size() > 1; })) << "the observer is gone";
+    QObject context;
+    model->observe(&context, [&] { seen.clear(); });
+    model->setShowSourceLabel(false);
+    model.reset();
+    EXPECT_TRUE(test::staysFalse([&] { return seen.empty(); })) << "what it would look at is gone";
 }
 
 } // namespace

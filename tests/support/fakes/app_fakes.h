@@ -21,14 +21,17 @@ namespace hopsel::fakes {
 
 using Calls = std::vector<std::string>;
 
-/// Starts at once; tells its observer of the state as the real one does.
+/// Starts at once. Tells its observer nothing by itself; tests do.
 class FakeEngine final : public EngineControlling {
   public:
     explicit FakeEngine(Calls& log) : calls(log) {}
 
     EngineState state() const override { return current; }
     ShortcutStatus shortcutStatus() const override { return status; }
-    void setOnEvent(EventObserver observer) override { onEvent = std::move(observer); }
+    void setOnEvent(EventObserver observer) override {
+        calls.emplace_back("engine observe");
+        onEvent = std::move(observer);
+    }
     bool isCapturing() const override { return capture != nullptr; }
     std::shared_ptr<DiagnosticsRecorder> diagnostics() const override { return recorder; }
     void setDiagnostics(std::shared_ptr<DiagnosticsRecorder> given) override { recorder = std::move(given); }
