@@ -22,9 +22,14 @@ class Pane : public testing::Test, protected RulesRig {
     Pane() { l10n::setLanguage(L10nLanguage::en); }
 
     void show() {
-        pane = std::make_unique<RulesPane>(*model, keys);
-        pane->resize(600, 500);
-        pane->show();
+        window = std::make_unique<QWidget>();
+        auto* column = new QVBoxLayout(window.get());
+        before = new QPushButton("before");
+        pane = new RulesPane(*model, keys);
+        column->addWidget(before);
+        column->addWidget(pane);
+        window->resize(600, 500);
+        window->show();
     }
     /// Everything that was announced so far has been shown.
     static void settle() { QCoreApplication::processEvents(); }
@@ -36,12 +41,10 @@ class Pane : public testing::Test, protected RulesRig {
     const action::Toggle& stored(std::size_t rule) const {
         return std::get<action::Toggle>(model->rules()[rule].action);
     }
-    void blockFile() const {
-        std::filesystem::remove_all(file);
-        std::filesystem::create_directories(file / "in the way");
-    }
 
-    std::unique_ptr<RulesPane> pane;
+    std::unique_ptr<QWidget> window;
+    QPushButton* before = nullptr;
+    RulesPane* pane = nullptr;
 };
 
 TEST_F(Pane, ShowsTheRulesAndFollowsThem) {
@@ -57,11 +60,17 @@ TEST_F(Pane, ShowsTheRulesAndFollowsThem) {
     EXPECT_EQ(toggle(1)->accessibleName(), "Left ⇧ + Space");
     EXPECT_EQ(sourceA(0)->currentText() + sourceB(0)->currentText(), "KoreanABC");
 
-    toggle(0)->click();
-    EXPECT_FALSE(model->rules()[0].enabled);
-    model->setRuleEnabled(model->rules()[0].id, true);
+    systemKey = std::get<trigger::Shortcut>(leftShiftSpace).key;
+    emitEvent(engine_event::ShortcutStatusChanged{ShortcutStatus::unavailable});
     settle();
-    EXPECT_TRUE(toggle(0)->isChecked());
+    EXPECT_TRUE(says(*pane, Key::ruleNeedsAccessibility) && !says(*pane, Key::ruleSystemConflict));
+    toggle(1)->click();
+    settle();
+    EXPECT_FALSE(model->rules()[1].enabled);
+    EXPECT_TRUE(says(*pane, Key::ruleSystemConflict)) << "what is off needs no permission";
+    model->setRuleEnabled(model->rules()[1].id, true);
+    settle();
+    EXPECT_TRUE(toggle(1)->isChecked());
 }
 
 TEST_F(Pane, GoesBackToWhatIsStoredWhenAChangeIsRefused) {
@@ -69,7 +78,8 @@ TEST_F(Pane, GoesBackToWhatIsStoredWhenAChangeIsRefused) {
     show();
     choose(*sourceA(0), "ABC");
     EXPECT_EQ(sourceA(0)->currentText(), "Korean") << "both sides would be the same";
-    blockFile();
+    std::filesystem::remove_all(file);
+    std::filesystem::create_directories(file / "in the way");
     toggle(0)->click();
     EXPECT_TRUE(toggle(0)->isChecked());
     remove(0)->click();
@@ -95,54 +105,46 @@ TEST_F(Pane, ChangesOneSideAndKeepsTheOtherEvenIfItIsGone) {
     EXPECT_FALSE(says(*pane, Key::ruleBroken));
 }
 
-TEST_F(Pane, WarnsOfShortcutsThatCannotWork) {
-    addRule(trigger::Shortcut{systemKey});
-    show();
-    EXPECT_TRUE(says(*pane, Key::ruleSystemConflict));
-    emitEvent(engine_event::ShortcutStatusChanged{ShortcutStatus::unavailable});
-    settle();
-    EXPECT_TRUE(says(*pane, Key::ruleNeedsAccessibility) && !says(*pane, Key::ruleSystemConflict));
-    toggle(0)->click();
-    settle();
-    EXPECT_TRUE(says(*pane, Key::ruleSystemConflict)) << "what is off needs no permission";
-}
-
 TEST_F(Pane, KeepsTheFocusWhereTheUserIs) {
     addRule(rightCommand);
     addRule(leftShiftSpace);
     addRule(trigger::ModifierTap{ModifierKey::rightOption});
     show();
-    pane->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(pane.get()));
-    toggle(0)->setFocus();
-    const std::vector<QWidget*> order{toggle(0),  sourceA(0), sourceB(0), remove(0), toggle(1),
-                                      sourceA(1), sourceB(1), remove(1),  toggle(2), sourceA(2),
-                                      sourceB(2), remove(2),  add()};
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    before->setFocus();
+    std::vector<QWidget*> order{before};
+    for (const int row : {0, 1, 2})
+        order.insert(order.end(), {toggle(row), sourceA(row), sourceB(row), remove(row)});
+    order.push_back(add());
     for (QWidget* expected : order) {
-        EXPECT_EQ(pane->focusWidget(), expected);
-        QTest::keyClick(pane->focusWidget(), Qt::Key_Tab);
+        EXPECT_EQ(window->focusWidget(), expected);
+        QTest::keyClick(window->focusWidget(), Qt::Key_Tab);
     }
     QComboBox* const picker = sourceA(2);
     picker->setFocus();
     picker->showPopup();
+    const QModelIndex choice = picker->model()->index(1, 0);
+    picker->view()->setCurrentIndex(choice);
     emitEvent(engine_event::StateChanged{engine_state::Running{}});
     model->removeRule(model->rules()[0].id);
     addRule(trigger::ModifierTap{ModifierKey::leftControl});
     settle();
-    EXPECT_TRUE(picker->isVisible() && picker->view()->isVisible() && pane->focusWidget() == picker);
+    EXPECT_TRUE(picker->isVisible() && picker->view()->isVisible() && window->focusWidget() == picker);
+    EXPECT_EQ(picker->view()->currentIndex(), choice) << "the list was not filled afresh";
     picker->hidePopup();
-
     remove(2)->setFocus();
-    remove(2)->click();
-    settle();
-    EXPECT_EQ(pane->focusWidget(), remove(1)) << "the last one hands over to the one before it";
-    remove(0)->setFocus();
-    remove(0)->click();
-    settle();
-    EXPECT_EQ(pane->focusWidget(), remove(0));
-    remove(0)->click();
-    settle();
-    EXPECT_EQ(pane->focusWidget(), add());
+    QTest::keyClick(remove(2), Qt::Key_Tab);
+    EXPECT_EQ(window->focusWidget(), add()) << "the new rule comes before";
+
+    for (const int row : {1, 1, 0}) { // to the next one, the one before, none
+        remove(row)->setFocus();
+        remove(row)->click();
+        settle();
+        QWidget* const last =
+            model->rules().empty() ? add() : remove(static_cast<int>(model->rules().size()) - 1);
+        EXPECT_EQ(window->focusWidget(), last);
+    }
 }
 
 TEST_F(Pane, OnlyTellsOfAProblemWithTheFile) {
@@ -157,7 +159,7 @@ TEST_F(Pane, OnlyTellsOfAProblemWithTheFile) {
             std::filesystem::create_directory(file);
         else
             std::ofstream(file) << text;
-        pane.reset();
+        window.reset();
         launch();
         show();
         EXPECT_TRUE(says(*pane, key)) << text;

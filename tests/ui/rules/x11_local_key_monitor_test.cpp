@@ -16,7 +16,6 @@ namespace {
 
 using namespace session;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 /// The keys that reach the field as Qt events.
 class Field final : public QLineEdit {
@@ -114,17 +113,17 @@ TEST_F(KeyMonitor, TellsSidesAndKeepsEverythingFromTheField) {
         keyboard.tap(key::space);
         keyboard.release(shift);
     }
-    keyboard.press(key::leftControl);
-    keyboard.press(key::rightAlt);
-    keyboard.tap(key::a);
-    keyboard.release(key::leftControl);
-    keyboard.tap(key::f5);
-    keyboard.release(key::rightAlt);
     keyboard.tap(key::escape);
-    ASSERT_TRUE(waitForReports(5));
-    EXPECT_THAT(reported, ElementsAre("49 leftShift", "49 rightShift", "0 rightOption leftControl",
-                                      "96 rightOption", "53"));
+    ASSERT_TRUE(waitForReports(3));
+    setLayouts("us", {}, "altwin:swap_alt_win");
+    start();
+    keyboard.press(key::leftAlt);
+    keyboard.tap(key::f5);
+    keyboard.release(key::leftAlt);
+    ASSERT_TRUE(waitForReports(4));
+    EXPECT_THAT(reported, ElementsAre("49 leftShift", "49 rightShift", "53", "96 leftCommand"));
     monitor.stop();
+    setLayouts("us");
     type(key::a);
     EXPECT_EQ(field.text(), "a");
     EXPECT_THAT(field.events, ElementsAre("+30", "-30")) << "nothing of what was pressed before";
@@ -144,19 +143,18 @@ TEST_F(KeyMonitor, RecognisesRepeatsAndSwallowsThemToTheEnd) {
     type(key::b);
     EXPECT_EQ(field.text(), " b");
     EXPECT_THAT(reported, ElementsAre("49 leftShift"));
-
-    stopsAfterOne = false;
-    start();
-    keyboard.press(key::c);
-    ASSERT_TRUE(waitForReports(3));
-    EXPECT_THAT(std::vector(reported.begin() + 1, reported.begin() + 3), ElementsAre("8", "8*"));
-    monitor.stop();
-    keyboard.release(key::c);
-    type(key::d);
-    EXPECT_EQ(field.text(), " bd");
 }
 
 TEST_F(KeyMonitor, LeavesKeysThatWereDownBeforeToTheField) {
+    start();
+    keyboard.tap(key::a);
+    ASSERT_TRUE(waitForReports(1));
+    monitor.stop();
+    type(key::z);
+    reported.clear();
+    field.clear();
+    field.events.clear();
+
     keyboard.press(key::rightShift);
     keyboard.press(key::a);
     ASSERT_TRUE(runLoopUntil([&] { return field.events.size() == 2; }));
@@ -193,18 +191,6 @@ TEST_F(KeyMonitor, LearnsWhatHappenedWhileAnotherWindowHadTheFocus) {
     takeFocus();
     type(key::c);
     EXPECT_EQ(field.text(), "c") << "a fresh press, not a repeat of the one that was swallowed";
-}
-
-TEST_F(KeyMonitor, GoesByWhatTheLayoutMakesOfAModifier) {
-    setLayouts("us", {}, "altwin:swap_alt_win");
-    start();
-    keyboard.press(key::leftAlt);
-    keyboard.tap(key::f5);
-    keyboard.release(key::leftAlt);
-    ASSERT_TRUE(waitForReports(1));
-    EXPECT_THAT(reported, ElementsAre("96 leftCommand"));
-    monitor.stop();
-    setLayouts("us");
 }
 
 } // namespace

@@ -1,11 +1,11 @@
 #include "ui/settings/rules/add_rule_view.h"
-#include "ui/settings/design/scroll_bar.h"
 
 #include "ui/l10n/issue_texts.h"
 #include "ui/l10n/l10n.h"
 #include "ui/onboarding/source_suggester.h"
 #include "ui/settings/design/boxes.h"
 #include "ui/settings/design/buttons.h"
+#include "ui/settings/design/scroll_bar.h"
 #include "ui/settings/design/source_picker.h"
 #include "ui/settings/design/text.h"
 
@@ -37,7 +37,7 @@ AddRuleView::AddRuleView(AppModel& model, std::shared_ptr<LocalKeyMonitoring> ke
                          QWidget* parent)
     : QWidget(parent),
       model_(model),
-      capture_(model, std::move(keys), std::move(initialTrigger)),
+      capture_(model, std::move(keys), initialTrigger),
       onClose_(std::move(onClose)),
       captureButton_(new Button({}, Button::Kind::keyCap)),
       hint_((new Text({}, TextStyle::caption, Tone::secondary))->wrapped()),

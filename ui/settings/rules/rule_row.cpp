@@ -106,8 +106,6 @@ void RuleRow::bind() {
     pickerB_->onPicked = [this](const std::string& id) { pick(id, false); };
 }
 
-std::vector<QWidget*> RuleRow::controls() const { return {toggle_, pickerA_, pickerB_, delete_}; }
-
 QWidget* RuleRow::deleteButton() const { return delete_; }
 
 void RuleRow::refresh(const Rule& rule) {

@@ -27,8 +27,7 @@ class RuleRow final : public QWidget {
     /// The same rule as it is stored now. Reads the model too; touches only what changed.
     void refresh(const Rule& rule);
 
-    /// In the order of Tab.
-    std::vector<QWidget*> controls() const;
+    /// The last of its controls.
     QWidget* deleteButton() const;
 
     bool hasHeightForWidth() const override { return true; }

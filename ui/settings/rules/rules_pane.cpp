@@ -108,18 +108,23 @@ void RulesPane::rebuildRows() {
     const bool lostFocus = std::find(rows_.begin(), rows_.end(), rowWithFocus) != rows_.end();
     rows_ = std::move(kept);
     design::clear(card_->column()); // the rows that are left in it, and the dividers
-    QWidget* last = nullptr;
     for (RuleRow* row : rows_) {
         if (row != rows_.front()) card_->column()->addWidget(new design::Divider(Qt::Horizontal));
         card_->column()->addWidget(row);
         row->show(); // not a turn of the loop later than its divider
-        for (QWidget* control : row->controls()) {
-            if (last != nullptr) setTabOrder(last, control);
-            last = control;
-        }
     }
-    if (last != nullptr) setTabOrder(last, add_);
+    orderTabs();
     if (lostFocus) giveFocusNear(focusedIndex);
+}
+
+void RulesPane::orderTabs() {
+    if (!rows_.empty()) setTabOrder(rows_.back()->deleteButton(), add_);
+}
+
+void RulesPane::showEvent(QShowEvent* event) {
+    PaneContainer::showEvent(event);
+    // Before it was in its window the order went in a circle, and the button came after the rows as it was.
+    orderTabs();
 }
 
 /// After the rule that had the focus was deleted.

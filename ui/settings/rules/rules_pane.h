@@ -34,12 +34,17 @@ class RulesPane final : public design::PaneContainer {
     void showAddSheet();
     bool isShowingAddSheet() const { return !sheet_.isNull(); }
 
+  protected:
+    void showEvent(QShowEvent* event) override;
+
   private:
     void closeAddSheet();
     void refresh();
     void showProblem();
     bool showsSameRules() const;
     void rebuildRows();
+    /// The rows, then the button: new widgets come last by themselves.
+    void orderTabs();
     void giveFocusNear(std::size_t index);
 
     AppModel& model_;

@@ -8,7 +8,7 @@ namespace hopsel {
 
 TriggerCapture::TriggerCapture(AppModel& model, std::shared_ptr<LocalKeyMonitoring> keys,
                                std::optional<Trigger> initial)
-    : model_(model), monitor_(std::move(keys)), trigger_(std::move(initial)) {}
+    : model_(model), monitor_(std::move(keys)), trigger_(initial) {}
 
 TriggerCapture::~TriggerCapture() {
     monitor_.stop();
@@ -41,8 +41,8 @@ void TriggerCapture::start() {
 
 void TriggerCapture::cancel() { end(isCapturing() ? State::idle : state_); }
 
-void TriggerCapture::captured(Trigger trigger) {
-    trigger_ = std::move(trigger);
+void TriggerCapture::captured(const Trigger& trigger) {
+    trigger_ = trigger;
     end(State::idle);
 }
 

@@ -41,7 +41,7 @@ class TriggerCapture final : public QObject {
     std::function<void()> onChange;
 
   private:
-    void captured(Trigger trigger);
+    void captured(const Trigger& trigger);
     void end(State state);
 
     AppModel& model_;
