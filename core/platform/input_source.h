@@ -9,12 +9,19 @@
 
 namespace hopsel {
 
+/// What a person should know before a rule relies on the source.
+enum class SourceLimit {
+    none,
+    startsInLatin, ///< selecting it gives Latin letters until its own key is pressed
+};
+
 struct InputSourceInfo {
     std::string id;                     ///< the platform's identifier; rules store it
     std::string name;                   ///< localized; the identifier where the platform has no name
     std::string type;                   ///< the platform's kind of source, may be empty
     std::vector<std::string> languages; ///< language codes, most relevant first
     bool isSelectCapable = false;       ///< false: listed, but the platform cannot make it current
+    SourceLimit limit = SourceLimit::none;
     friend bool operator==(const InputSourceInfo&, const InputSourceInfo&) = default;
 };
 

@@ -28,6 +28,9 @@ class InputSourceCatalog {
     virtual std::optional<std::string> currentID() = 0;
     /// Asks the platform to make the source current; does not wait until it is.
     virtual SelectResult select(const std::string& id) = 0;
+    /// What the platform has said against the last accepted request since then: a refusal, or that the
+    /// framework is gone. Ends the wait for it. Absent where `select` tells everything at once.
+    virtual std::optional<SelectResult> refusal() const { return std::nullopt; }
 
     // Called from the event loop, once for a burst of changes; also for changes that this program made.
 

@@ -19,25 +19,25 @@ SwitchOutcome InputSourceSwitcher::switchTo(const std::string& id, const std::op
         std::abort();
     }
     const double start = clock_();
-    const auto isSelected = [](const SelectResult& result) {
-        return std::holds_alternative<select_result::Selected>(result);
-    };
-    if (via && isSelected(catalog_.select(*via))) waitUntilCurrent(*via, verifyTimeout);
-
-    const SelectResult result = catalog_.select(id);
-    const bool verified = isSelected(result) && waitUntilCurrent(id, verifyTimeout);
+    bool verified = false;
+    if (via) selectAndWait(*via, verifyTimeout, verified);
+    const SelectResult result = selectAndWait(id, verifyTimeout, verified);
     return {id, result, verified, (clock_() - start) * 1000};
 }
 
 // The comparison stands before the first pump: most platforms have switched when `select` returns.
-bool InputSourceSwitcher::waitUntilCurrent(const std::string& id, double timeout) {
+SelectResult InputSourceSwitcher::selectAndWait(const std::string& id, double timeout, bool& verified) {
+    verified = false;
+    const SelectResult result = catalog_.select(id);
+    if (!std::holds_alternative<select_result::Selected>(result)) return result;
     const double start = clock_();
-    if (catalog_.currentID() == id) return true;
-    while (start + timeout > clock_()) {
+    while (true) {
+        verified = catalog_.currentID() == id;
+        if (verified) return result;
+        if (const std::optional<SelectResult> refusal = catalog_.refusal()) return *refusal;
+        if (clock_() >= start + timeout) return result;
         runLoop_(pumpStep);
-        if (catalog_.currentID() == id) return true;
     }
-    return false;
 }
 
 LiveInputSourceService::LiveInputSourceService(std::shared_ptr<InputSourceCatalog> catalog,

@@ -30,7 +30,7 @@ class InputSourceSwitcher {
                            double verifyTimeout);
 
   private:
-    bool waitUntilCurrent(const std::string& id, double timeout);
+    SelectResult selectAndWait(const std::string& id, double timeout, bool& verified);
 
     InputSourceCatalog& catalog_;
     Clock clock_;

@@ -1,0 +1,28 @@
+// One input framework of a Linux session, as the catalog of the session sees it: Fcitx5, IBus, a desktop's own
+// layouts, or the X server's.
+//
+// Each implementation watches its own daemon for as long as it lives, whether or not it is in charge, answers
+// from memory, and asks and selects without waiting: what the daemon says arrives through the event loop, and
+// ends a wait for a selection there (`InputSourceCatalog::refusal`). Owned by the session's catalog, which
+// takes the first framework in charge, in its own order. Main thread.
+#pragma once
+
+#include "core/platform/input_source_service.h"
+
+#include <functional>
+
+namespace hopsel {
+
+class InputFramework : public InputSourceCatalog {
+  public:
+    /// Its daemon is there, has told its sources, and can be asked to switch.
+    virtual bool isInCharge() const = 0;
+    /// Every two seconds, and right after a switch of ours: for what no signal tells, and for taking up a
+    /// connection that was lost.
+    virtual void retry() {}
+
+    /// `isInCharge` is another than it was. Called from the event loop.
+    std::function<void()> onInChargeChanged;
+};
+
+} // namespace hopsel
