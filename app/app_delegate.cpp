@@ -146,7 +146,10 @@ void AppDelegate::buildWindows() {
     appearance_->start();
     settingsController_ = std::make_unique<SettingsWindowController>(*model_, platform_->localKeys());
     onboardingController_ = std::make_unique<OnboardingWindowController>(*model_);
-    settingsController_->onClosed = [this] { askWhetherToQuit(); };
+    settingsController_->onClosed = [this] {
+        // Once the toolkit is done with closing: it would hide a window that the answer shows again.
+        QMetaObject::invokeMethod(&retryTimer_, [this] { askWhetherToQuit(); }, Qt::QueuedConnection);
+    };
     model_->onRequestOnboarding = [this] { showOnboarding(); };
     statusController_ = std::make_unique<StatusItemController>(*model_, platform_->trayHost());
     statusController_->onOpenSettings = [this] { settingsController_->show(); };
@@ -166,25 +169,30 @@ void AppDelegate::showFirstWindow() {
 
 void AppDelegate::showOnboarding() {
     onboardingController_->show();
-    QObject::connect(onboardingController_->window(), &QObject::destroyed, &retryTimer_,
-                     [this] { takePanel(statusController_->hasHost()); });
+    QObject::connect(onboardingController_->window(), &QObject::destroyed, &retryTimer_, [this] {
+        // The first answer comes by itself.
+        if (statusController_->knowsHost()) takePanel(statusController_->hasHost());
+    });
 }
 
 // Without a panel the Settings window is the program's only face.
 void AppDelegate::takePanel(bool hasPanel) {
+    settingsController_->setMenu(hasPanel ? nullptr : statusController_->menu());
     if (!hasPanel && onboardingController_->window() == nullptr) settingsController_->show();
 }
 
 void AppDelegate::askWhetherToQuit() {
-    if (statusController_->hasHost()) return;
+    if (statusController_->hasHost() || settingsController_->isVisible()) return;
     const QString quit = QString::fromStdString(l10n::t(l10n::Key::menuQuit));
     QMessageBox question(QMessageBox::Question, "Hopsel", quit + "?");
     const QPushButton* yes = question.addButton(quit, QMessageBox::AcceptRole);
     question.addButton(QString::fromStdString(l10n::t(l10n::Key::addRuleCancel)), QMessageBox::RejectRole);
+    bool isAnswered = false; // not when the program ends meanwhile
+    QObject::connect(&question, &QDialog::finished, &question, [&] { isAnswered = true; });
     question.exec();
     if (question.clickedButton() == yes)
         QCoreApplication::exit();
-    else
+    else if (isAnswered)
         settingsController_->show();
 }
 

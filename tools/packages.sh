@@ -9,7 +9,8 @@ packages_to_build="cmake ninja-build g++ pkg-config qt6-base-dev qt6-svg-dev lib
   libxcb-xkb-dev libxkbcommon-dev libxkbcommon-x11-dev libxkbregistry-dev libsystemd-dev nlohmann-json3-dev xkb-data"
 packages_to_play="xvfb openbox trayer x11-xkb-utils xkb-data"
 packages_to_test="libgtest-dev libgmock-dev clang libclang-rt-dev xauth dbus-daemon python3-dbusmock libglib2.0-bin
-  xdg-utils desktop-file-utils appstream fonts-inter fonts-nanum"
+  xdg-utils desktop-file-utils appstream fonts-inter fonts-nanum fonts-dejavu-core
+  libatspi2.0-dev at-spi2-core lintian"
 packages_to_check="git clang-format-19 clang-tidy-19"
 packages_to_bench="libbenchmark-dev xcape"
 

@@ -26,6 +26,8 @@ class LocalKeyMonitoring {
     virtual void start(std::function<void(const LocalKeyDown&)> onKeyDown) = 0;
     /// May be called inside the callback. No callback afterwards.
     virtual void stop() = 0;
+    /// Combinations that another program has taken for itself do not arrive.
+    virtual bool missesGrabbedKeys() const { return false; }
 };
 
 /// For previews, and for platforms that cannot.

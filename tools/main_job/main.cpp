@@ -2,6 +2,7 @@
 // of it came out right.
 #include "main_job/acts.h"
 #include "main_job/stage.h"
+#include "main_job/tour.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -37,8 +38,8 @@ bool typeLine(Stage& stage) {
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 2) {
-        std::fprintf(stderr, "usage: hopsel-main-job <path of hopsel>\n");
+    if (argc != 2 && argc != 3) {
+        std::fprintf(stderr, "usage: hopsel-main-job <path of hopsel> [<folder for pictures>]\n");
         return EXIT_FAILURE;
     }
     try {
@@ -50,6 +51,10 @@ int main(int argc, char** argv) {
         bool allRight = true;
         for (const Act& act : acts()) allRight = playAct(stage, act) && allRight;
         allRight = typeLine(stage) && allRight;
+        if (argc == 3) {
+            std::printf("\n  Pictures of what a person sees of it:\n");
+            for (const auto& picture : takePictures(stage, argv[2])) std::printf("    %s\n", picture.c_str());
+        }
         const bool ended = stage.endProgram();
         std::printf("  Asked to end, the program %s.\n\n%s\n",
                     ended ? "ended in order" : "DID NOT END IN ORDER",

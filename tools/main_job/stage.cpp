@@ -68,6 +68,11 @@ std::string Stage::typeAcrossTheShortcut() {
     return window_->typed();
 }
 
+void Stage::bringProgramForward() {
+    const auto second = program_->startAnother();
+    if (second->waitForExit(patience) != 0) throw std::runtime_error("a second copy does not leave");
+}
+
 bool Stage::endProgram() {
     program_->process().kill(SIGTERM);
     return program_->process().waitForExit(patience) == 0;

@@ -32,9 +32,13 @@ class Stage {
     /// Types with the shortcut in the middle, and returns what the application got.
     std::string typeAcrossTheShortcut();
 
+    /// Starts the program a second time, which shows the Settings window of the first.
+    void bringProgramForward();
+
     /// Asks the program to end; true if it did, with status 0.
     bool endProgram();
 
+    session::XKeyboard& keyboard() { return keyboard_; }
     const std::string& display() const { return server_.display(); }
 
   private:

@@ -40,6 +40,7 @@ class StatusItemController final : public QObject {
 
     /// Is the item to be seen? False also until that is known.
     bool hasHost() const { return hasHost_.value_or(false); }
+    bool knowsHost() const { return hasHost_.has_value(); }
     /// Called with the first answer, which takes some seconds if it is no, and at every change.
     std::function<void(bool)> onHostChanged;
 

@@ -2,6 +2,7 @@
 
 #include "core/base/overloaded.h"
 #include "ui/settings/design/colors.h"
+#include "ui/settings/design/text.h"
 
 #include <QApplication>
 #include <QPainter>
@@ -123,11 +124,13 @@ void StatusMenu::rebuild(const std::vector<MenuItemSpec>& specs) {
             connect(item, &QAction::triggered, this, [this, what = *action] { click(what); });
         else
             item->setEnabled(false);
+        QFont font = item->font();
         if (std::holds_alternative<menu_item::Header>(spec)) {
-            QFont font = item->font();
+            font.setPixelSize(design::scaled(11));
             font.setWeight(QFont::DemiBold);
-            item->setFont(font);
         }
+        if (std::holds_alternative<menu_item::Status>(spec)) font.setWeight(QFont::Medium);
+        item->setFont(font);
     }
 }
 

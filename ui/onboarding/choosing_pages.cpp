@@ -100,8 +100,10 @@ class SourcesPage final : public OnboardingPage {
     SourcePicker* addPicker(l10n::Key title) {
         auto* side = new QVBoxLayout;
         side->setSpacing(4);
-        side->addWidget(new Text(words(title), TextStyle::callout, Tone::secondary));
+        auto* label = new Text(words(title), TextStyle::callout, Tone::secondary);
         auto* picker = new SourcePicker(words(title));
+        label->setBuddy(picker);
+        side->addWidget(label);
         side->addWidget(picker);
         column()->addLayout(side);
         return picker;

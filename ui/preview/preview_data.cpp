@@ -3,6 +3,8 @@
 #include "core/platform/posix/posix_file_storage.h"
 #include "ui/l10n/l10n.h"
 
+#include <QUuid>
+
 namespace hopsel {
 
 namespace {
@@ -44,11 +46,21 @@ Action toggle(const InputSourceInfo& a, const InputSourceInfo& b) {
 
 } // namespace
 
+PreviewModel::Folder::Folder()
+    : path_(std::filesystem::temp_directory_path() /
+            ("hopsel-preview-" + QUuid::createUuid().toString(QUuid::WithoutBraces).toStdString())) {
+    std::filesystem::create_directory(path_);
+}
+
+PreviewModel::Folder::~Folder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+}
+
 PreviewModel::PreviewModel(const Setup& setup)
-    : folder_(std::make_unique<QTemporaryDir>(QDir::tempPath() + "/hopsel-preview-XXXXXX")),
-      engine_(std::make_shared<PreviewEngine>(setup.state, setup.shortcutStatus)) {
+    : engine_(std::make_shared<PreviewEngine>(setup.state, setup.shortcutStatus)) {
     *uptime_ = sampleUptime;
-    const std::filesystem::path folder = folder_->path().toStdString();
+    const std::filesystem::path& folder = folder_.path();
     const auto storage = std::make_shared<PosixFileStorage>(folder);
     const auto store = std::make_shared<RuleStore>(folder / "config.json", storage, [] { return 0; });
     store->load();

@@ -8,7 +8,7 @@
 #include "core/diagnostics/diagnostics_recorder.h"
 #include "ui/preview/preview_parts.h"
 
-#include <QTemporaryDir>
+#include <filesystem>
 #include <memory>
 #include <vector>
 
@@ -33,7 +33,21 @@ class PreviewModel {
     void setUptime(double seconds) { *uptime_ = seconds; }
 
   private:
-    std::unique_ptr<QTemporaryDir> folder_;
+    /// Of a new name, and gone with the model.
+    class Folder {
+      public:
+        /// Throws `std::filesystem::filesystem_error`.
+        Folder();
+        ~Folder();
+        Folder(const Folder&) = delete;
+        Folder& operator=(const Folder&) = delete;
+        const std::filesystem::path& path() const { return path_; }
+
+      private:
+        std::filesystem::path path_;
+    };
+
+    Folder folder_;
     std::shared_ptr<double> uptime_ = std::make_shared<double>(0);
     std::shared_ptr<PreviewEngine> engine_;
     std::shared_ptr<DiagnosticsRecorder> recorder_ = std::make_shared<DiagnosticsRecorder>();

@@ -18,7 +18,13 @@ namespace {
 
 // Where distributions put the fonts of the pictures: Latin with the symbols of keys, and Korean.
 constexpr const char* fontFolders[] = {"/usr/share/fonts/opentype/inter", "/usr/share/fonts/truetype/inter",
-                                       "/usr/share/fonts/truetype/nanum", "/usr/share/fonts/opentype/noto"};
+                                       "/usr/share/fonts/truetype/nanum", "/usr/share/fonts/opentype/noto",
+                                       "/usr/share/fonts/truetype/dejavu"};
+// Left alone, the font library takes any of these for the one of even widths.
+constexpr const char* evenWidths =
+    "<match target=\"pattern\"><test name=\"family\"><string>monospace</string></test>"
+    "<edit name=\"family\" mode=\"prepend\" binding=\"strong\"><string>DejaVu Sans "
+    "Mono</string></edit></match>";
 
 bool write(const std::filesystem::path& path, const QByteArray& data) {
     QFile file(QString::fromStdString(path.string()));
@@ -61,6 +67,10 @@ void printMenus() {
 } // namespace
 
 void prepareEnvironment() {
+    // The platform without a screen regrets in many lines what it lacks; standard error is for failures.
+    qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
+        if (type == QtCriticalMsg || type == QtFatalMsg) std::cerr << text.toStdString() << '\n';
+    });
     qputenv("QT_QPA_PLATFORM", "offscreen");
     for (const char* variable : {"QT_QPA_PLATFORMTHEME", "QT_STYLE_OVERRIDE", "QT_SCALE_FACTOR",
                                  "QT_SCREEN_SCALE_FACTORS", "QT_FONT_DPI", "QT_ENABLE_HIGHDPI_SCALING"})
@@ -73,7 +83,7 @@ void prepareEnvironment() {
     static const QTemporaryDir configuration;
     QFile file(configuration.filePath("fonts.conf"));
     if (!file.open(QIODevice::WriteOnly)) return;
-    file.write("<?xml version=\"1.0\"?><fontconfig>" + folders + "<cachedir>" +
+    file.write("<?xml version=\"1.0\"?><fontconfig>" + folders + evenWidths + "<cachedir>" +
                configuration.path().toUtf8() + "</cachedir></fontconfig>\n");
     qputenv("FONTCONFIG_FILE", file.fileName().toUtf8());
 }
@@ -96,7 +106,12 @@ int run(const std::string& outputDir) {
     for (const PreviewScreen& screen : previewScreens()) {
         for (const bool dark : {false, true}) allDone = render(screen, dark, outputDir) && allDone;
     }
-    printMenus();
+    try {
+        printMenus();
+    } catch (const std::exception& problem) {
+        std::cerr << problem.what() << '\n';
+        allDone = false;
+    }
     std::cout.flush();
     return allDone ? 0 : 1;
 }

@@ -1,5 +1,6 @@
 #include "ui/settings/settings_view.h"
 
+#include "core/base/product.h"
 #include "ui/settings/about_pane.h"
 #include "ui/settings/design/boxes.h"
 #include "ui/settings/design/sidebar_row.h"
@@ -34,7 +35,21 @@ QWidget* SettingsView::sidebar() {
         rows_.emplace(pane, row);
     }
     ground->column()->addStretch(1);
+    const std::string_view name = product::name;
+    menuRow_ = new design::SidebarRow("keyboard", QString::fromUtf8(name.data(), qsizetype(name.size())));
+    menuRow_->setAutoExclusive(false);
+    menuRow_->setCheckable(false);
+    menuRow_->hide();
+    connect(menuRow_, &QAbstractButton::clicked, this, [this] {
+        if (menu_) menu_->popup(menuRow_->mapToGlobal(QPoint(0, -menu_->sizeHint().height())));
+    });
+    ground->column()->addWidget(menuRow_);
     return ground;
+}
+
+void SettingsView::setMenu(QMenu* menu) {
+    menu_ = menu;
+    menuRow_->setVisible(menu != nullptr);
 }
 
 QWidget* SettingsView::makePane(SettingsPane pane) {

@@ -9,6 +9,7 @@
 #include "ui/settings/settings_navigation.h"
 
 #include <QHBoxLayout>
+#include <QMenu>
 #include <QPointer>
 #include <QWidget>
 #include <map>
@@ -27,6 +28,8 @@ class SettingsView final : public QWidget {
 
     /// Shows the navigation's pane. Happens by itself, a moment later, when that changes.
     void showPane();
+    /// A button for the status item's menu at the sidebar's lower end; none when null.
+    void setMenu(QMenu* menu);
 
   private:
     QWidget* sidebar();
@@ -36,6 +39,8 @@ class SettingsView final : public QWidget {
     SettingsNavigation& navigation_;
     std::shared_ptr<LocalKeyMonitoring> keys_;
     std::map<SettingsPane, design::SidebarRow*> rows_;
+    design::SidebarRow* menuRow_ = nullptr;
+    QPointer<QMenu> menu_;
     QHBoxLayout* row_;
     QPointer<QWidget> pane_;
     std::optional<SettingsPane> shown_;

@@ -55,6 +55,11 @@ void SettingsWindowController::show(std::optional<SettingsPane> pane) {
     if (navigation_.pane() == SettingsPane::diagnostics) model_.setDiagnosticsVisible(true);
 }
 
+void SettingsWindowController::setMenu(QMenu* menu) {
+    menu_ = menu;
+    if (view_ != nullptr) view_->setMenu(menu);
+}
+
 void SettingsWindowController::makeWindow() {
     auto window = std::make_unique<SettingsWindow>();
     const std::string_view name = product::name;
@@ -62,6 +67,7 @@ void SettingsWindowController::makeWindow() {
     auto* layout = new QVBoxLayout(window.get());
     layout->setContentsMargins(0, 0, 0, 0);
     view_ = new SettingsView(model_, navigation_, keys_);
+    view_->setMenu(menu_);
     layout->addWidget(view_);
 
     const QScreen* pointed = QGuiApplication::screenAt(QCursor::pos());

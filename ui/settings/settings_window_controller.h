@@ -8,6 +8,8 @@
 #include "app/model/app_model.h"
 #include "ui/settings/settings_navigation.h"
 
+#include <QMenu>
+#include <QPointer>
 #include <QWidget>
 #include <functional>
 #include <memory>
@@ -26,6 +28,8 @@ class SettingsWindowController {
 
     /// Brings the window to the front, on the pane if one is given.
     void show(std::optional<SettingsPane> pane = std::nullopt);
+    /// In a session without a panel the window has a button with the menu; null takes it away.
+    void setMenu(QMenu* menu);
     bool isVisible() const { return window_ && window_->isVisible(); }
     /// Null until first shown.
     QWidget* window() const { return window_.get(); }
@@ -41,6 +45,7 @@ class SettingsWindowController {
     std::shared_ptr<LocalKeyMonitoring> keys_;
     SettingsNavigation navigation_{SettingsPane::general};
     std::unique_ptr<QWidget> window_;
+    QPointer<QMenu> menu_;
     SettingsView* view_ = nullptr; ///< fills the window
 };
 

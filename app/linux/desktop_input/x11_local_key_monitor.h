@@ -20,6 +20,7 @@ class X11LocalKeyMonitor final : public LocalKeyMonitoring, private QAbstractNat
   public:
     void start(std::function<void(const LocalKeyDown&)> onKeyDown) override;
     void stop() override;
+    bool missesGrabbedKeys() const override { return true; }
 
   private:
     struct Release {

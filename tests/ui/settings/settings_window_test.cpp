@@ -100,6 +100,25 @@ TEST_F(SettingsWindow, SidebarIsOperatedByMouseAndByArrowKeys) {
     EXPECT_TRUE(button(l10n::Key::tabDiagnostics)->isChecked());
 }
 
+TEST_F(SettingsWindow, WithoutAPanelItHasTheMenuItself) {
+    QMenu menu;
+    menu.addAction("an action");
+    open(SettingsPane::about);
+    controller->setMenu(&menu);
+    const auto buttons = visible<QAbstractButton>();
+    const auto named = std::find_if(buttons.begin(), buttons.end(),
+                                    [](QAbstractButton* candidate) { return candidate->text() == "Hopsel"; });
+    ASSERT_NE(named, buttons.end());
+    QAbstractButton* opener = *named;
+    opener->setFocus();
+    QTest::keyClick(opener, Qt::Key_Space);
+    EXPECT_TRUE(menu.isVisible());
+    menu.close();
+    EXPECT_TRUE(button(l10n::Key::tabAbout)->isChecked()) << "it is no pane";
+    controller->setMenu(nullptr);
+    EXPECT_FALSE(opener->isVisible());
+}
+
 // In the smallest window, with the longest names.
 TEST_F(SettingsWindow, NothingIsCutOffInEitherLanguageAtAnyTextSize) {
     directory->sources.clear();

@@ -64,7 +64,7 @@ QColor color(Tone tone, const QPalette& palette) {
     case Tone::secondary: return palette.color(QPalette::Active, QPalette::PlaceholderText);
     case Tone::accent: return palette.color(QPalette::Active, QPalette::Link);
     case Tone::positive: return dark ? QColor(0x32, 0xD1, 0x5C) : QColor(0x18, 0x80, 0x38);
-    case Tone::warning: return dark ? QColor(0xFF, 0x9F, 0x2E) : QColor(0xB4, 0x56, 0x00);
+    case Tone::warning: return dark ? QColor(0xFF, 0x9F, 0x2E) : QColor(0xA8, 0x4E, 0x00);
     case Tone::problem: return dark ? QColor(0xFF, 0x5C, 0x54) : QColor(0xD0, 0x27, 0x1D);
     }
     return primary(palette);

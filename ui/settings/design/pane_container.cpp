@@ -5,17 +5,25 @@
 
 namespace hopsel::design {
 
+namespace {
+constexpr int margin = 28;
+}
+
 PaneContainer::PaneContainer(const QString& title, const QString& subtitle, QWidget* parent)
     : QScrollArea(parent), content_(new QVBoxLayout) {
     setFrameShape(QFrame::NoFrame);
     setWidgetResizable(true);
-    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     setFocusPolicy(Qt::NoFocus);
     makeSlim(verticalScrollBar());
 
     auto* page = new QWidget;
     auto* column = new QVBoxLayout(page);
-    column->setContentsMargins(28, 28, 28, 28);
+    column->setContentsMargins(margin, margin, margin, margin);
+    // The bar takes its width from the margin, so that what stands beside it never moves.
+    connect(verticalScrollBar(), &QScrollBar::rangeChanged, column, [column](int /*least*/, int most) {
+        column->setContentsMargins(margin, margin, most > 0 ? margin - slimBarWidth : margin, margin);
+    });
     column->setSpacing(6);
     column->addWidget((new Text(title, TextStyle::title))->wrapped());
     if (!subtitle.isEmpty())

@@ -5,7 +5,7 @@ namespace hopsel::design {
 // A style sheet, because the handle's place has to agree with where the style looks for clicks.
 void makeSlim(QScrollBar* bar) {
     bar->setStyleSheet(
-        "QScrollBar:vertical { background: transparent; width: 12px; }"
+        QStringLiteral("QScrollBar:vertical { background: transparent; width: %1px; }").arg(slimBarWidth) +
         "QScrollBar::handle:vertical { background: rgba(128, 128, 134, 130); border-radius: 3px;"
         " margin: 3px; min-height: 32px; }"
         "QScrollBar::handle:vertical:hover { background: rgba(128, 128, 134, 200); }"

@@ -5,6 +5,8 @@
 
 namespace hopsel::design {
 
+inline constexpr int slimBarWidth = 12;
+
 void makeSlim(QScrollBar* bar);
 
 } // namespace hopsel::design

@@ -20,6 +20,7 @@ constexpr int widestText = 220;
 
 SourcePicker::SourcePicker(const QString& accessibleName, QWidget* parent) : QComboBox(parent) {
     setAccessibleName(accessibleName);
+    setAccessibleDescription(accessibleName); // read out where a list of choices is named by what is chosen
     setFont(fontOf(TextStyle::body));
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     connect(this, &QComboBox::activated, this, [this](int index) {
@@ -42,7 +43,7 @@ void SourcePicker::show(const std::vector<InputSourceInfo>& offered,
 QSize SourcePicker::sizeHint() const {
     int width = fontMetrics().horizontalAdvance(placeholderText());
     for (int i = 0; i < count(); ++i) width = std::max(width, fontMetrics().horizontalAdvance(itemText(i)));
-    width = std::min(width, scaled(widestText)) + padding + arrowWidth;
+    width = std::min(width, scaled(widestText)) + padding + scaled(arrowWidth);
     return {std::max(width, scaled(110)), fontMetrics().height() + 10};
 }
 
@@ -57,11 +58,11 @@ void SourcePicker::paintEvent(QPaintEvent* /*event*/) {
     painter.drawRoundedRect(rect(), 7, 7);
     const bool isChosen = currentIndex() >= 0;
     const QString text = isChosen ? currentText() : placeholderText();
-    const QRect textRect = rect().adjusted(padding, 0, -arrowWidth, 0);
+    const QRect textRect = rect().adjusted(padding, 0, -scaled(arrowWidth), 0);
     painter.setPen(isChosen ? primary(palette()) : color(Tone::secondary, palette()));
     painter.drawText(textRect, Qt::AlignVCenter | Qt::AlignLeft,
                      fontMetrics().elidedText(text, Qt::ElideMiddle, textRect.width()));
-    const int side = 14;
+    const int side = scaled(14);
     painter.drawPixmap(width() - side - 6, (height() - side) / 2,
                        symbolPixmap("chevron.up.chevron.down", {side, side},
                                     color(Tone::secondary, palette()), devicePixelRatioF()));

@@ -2,6 +2,7 @@
 
 #include "ui/l10n/issue_texts.h"
 #include "ui/l10n/l10n.h"
+#include "ui/l10n/platform_notes.h"
 #include "ui/onboarding/source_suggester.h"
 #include "ui/settings/design/boxes.h"
 #include "ui/settings/design/buttons.h"
@@ -107,7 +108,9 @@ QWidget* AddRuleView::pickerColumn(const QString& title, design::SourcePicker*& 
         chosenID = id;
         refresh();
     };
-    column->addWidget(new Text(title, TextStyle::callout, Tone::secondary));
+    auto* label = new Text(title, TextStyle::callout, Tone::secondary);
+    label->setBuddy(picker);
+    column->addWidget(label);
     column->addWidget(picker);
     return group;
 }
@@ -187,9 +190,12 @@ void AddRuleView::showCapture() {
     Key hint = Key::addRuleKeyHint;
     if (capture_.state() == TriggerCapture::State::unavailable) hint = Key::addRuleNeedsEngine;
     if (capture_.state() == TriggerCapture::State::timedOut) hint = Key::addRuleCaptureTimedOut;
-    hint_->setText(text(hint));
+    QString words = text(hint);
+    if (hint != Key::addRuleNeedsEngine && capture_.missesGrabbedKeys())
+        words += ' ' + QString::fromStdString(l10n::note(PlatformNote::grabbedCombinations));
+    hint_->setText(words);
     hint_->setTone(hint == Key::addRuleKeyHint ? Tone::secondary : Tone::warning);
-    captureButton_->setAccessibleDescription(text(hint));
+    captureButton_->setAccessibleDescription(words);
 }
 
 void AddRuleView::showSources(const std::vector<InputSourceInfo>& offered) {

@@ -57,9 +57,9 @@ Cell fixed(const QWidget& widget) {
     return {size.width(), size.width(), size.width(), size.height()};
 }
 
-Cell triggerCell(const Plate& plate) {
+Cell triggerCell(const Plate& plate, int column) {
     const QSize size = plate.sizeHint();
-    const int wanted = std::max(size.width(), design::scaled(usualTrigger));
+    const int wanted = std::max(column, design::scaled(usualTrigger));
     return {plate.minimumSizeHint().width(), wanted, wanted, size.height()};
 }
 
@@ -104,6 +104,15 @@ void RuleRow::bind() {
     connect(delete_, &QPushButton::clicked, this, [this] { model_.removeRule(rule_.id); });
     pickerA_->onPicked = [this](const std::string& id) { pick(id, true); };
     pickerB_->onPicked = [this](const std::string& id) { pick(id, false); };
+}
+
+int RuleRow::triggerWidth() const { return trigger_->sizeHint().width(); }
+
+void RuleRow::setTriggerColumn(int width) {
+    if (triggerColumn_ == width) return;
+    triggerColumn_ = width;
+    updateGeometry();
+    arrange();
 }
 
 QWidget* RuleRow::deleteButton() const { return delete_; }
@@ -160,7 +169,7 @@ void RuleRow::pick(const std::string& id, bool isFirst) {
 rule_row_layout::Places RuleRow::places(int width) const {
     rule_row_layout::Parts parts;
     parts.toggle = fixed(*toggle_);
-    parts.trigger = triggerCell(*trigger_);
+    parts.trigger = triggerCell(*trigger_, std::max(triggerColumn_, triggerWidth()));
     parts.sourceA = sourceCell(*pickerA_);
     parts.sourceB = sourceCell(*pickerB_);
     for (const QWidget* widget : {broken_, needsAccessibility_, systemConflict_})

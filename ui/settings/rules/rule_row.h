@@ -27,6 +27,9 @@ class RuleRow final : public QWidget {
     /// The same rule as it is stored now. Reads the model too; touches only what changed.
     void refresh(const Rule& rule);
 
+    /// How wide the trigger wants to be, and the column that all rows of a list give to theirs.
+    int triggerWidth() const;
+    void setTriggerColumn(int width);
     /// The last of its controls.
     QWidget* deleteButton() const;
 
@@ -60,6 +63,7 @@ class RuleRow final : public QWidget {
     QWidget* needsAccessibility_;
     QWidget* systemConflict_;
     design::Button* delete_;
+    int triggerColumn_ = 0;
     std::optional<Shown> shownA_;
     std::optional<Shown> shownB_;
 };

@@ -20,6 +20,9 @@ using l10n::Key;
 
 namespace {
 
+/// A combination of four modifiers must not push the sources of every other rule aside.
+constexpr int widestTriggerColumn = 160;
+
 QString text(Key key) { return QString::fromStdString(l10n::t(key)); }
 
 } // namespace
@@ -108,7 +111,10 @@ void RulesPane::rebuildRows() {
     const bool lostFocus = std::find(rows_.begin(), rows_.end(), rowWithFocus) != rows_.end();
     rows_ = std::move(kept);
     design::clear(card_->column()); // the rows that are left in it, and the dividers
+    int column = 0;
+    for (const RuleRow* row : rows_) column = std::max(column, row->triggerWidth());
     for (RuleRow* row : rows_) {
+        row->setTriggerColumn(std::min(column, design::scaled(widestTriggerColumn)));
         if (row != rows_.front()) card_->column()->addWidget(new design::Divider(Qt::Horizontal));
         card_->column()->addWidget(row);
         row->show(); // not a turn of the loop later than its divider

@@ -26,6 +26,7 @@ class ShortcutCaptureMonitor {
     /// Called for every key-down until `stop`, which the handler may call.
     void start(Handler onCapture);
     void stop();
+    bool missesGrabbedKeys() const { return keys_->missesGrabbedKeys(); }
 
   private:
     std::shared_ptr<LocalKeyMonitoring> keys_;

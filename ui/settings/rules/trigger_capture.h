@@ -32,6 +32,7 @@ class TriggerCapture final : public QObject {
 
     State state() const { return state_; }
     bool isCapturing() const { return state_ == State::capturing; }
+    bool missesGrabbedKeys() const { return monitor_.missesGrabbedKeys(); }
     const std::optional<Trigger>& trigger() const { return trigger_; }
 
     /// How long the next capture waits.

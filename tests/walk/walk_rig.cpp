@@ -1,0 +1,142 @@
+#include "walk/walk_rig.h"
+
+#include <algorithm>
+#include <fstream>
+
+// The accessibility library keeps what it once asked for.
+extern "C" const char* __lsan_default_suppressions() {
+    return "leak:libdbus-1\nleak:libglib-2\nleak:libatspi";
+}
+
+namespace hopsel::test {
+
+using namespace session;
+using namespace std::chrono_literals;
+
+namespace {
+
+XServer& prepared(XServer& server, bool withPanel) {
+    setLayouts("us,ru,de");
+    server.startWindowManager();
+    if (withPanel) server.startPanel();
+    return server;
+}
+
+} // namespace
+
+Walk::Walk(bool withPanel) { prepared(server, withPanel); }
+
+ChildProcess::Options Walk::program() const {
+    const std::string folder = home.path().string();
+    ChildProcess::Options options;
+    options.program = HOPSEL_EXECUTABLE;
+    options.environment = {{"HOME", folder},
+                           {"XDG_CONFIG_HOME", folder + "/config"},
+                           {"XDG_DATA_HOME", folder + "/data"},
+                           {"XDG_RUNTIME_DIR", folder},
+                           {"HOPSEL_CONFIG", std::nullopt},
+                           {"LC_ALL", "C.UTF-8"},
+                           {"LANGUAGE", "en"},
+                           {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1"}};
+    return options;
+}
+
+void Walk::start() { running = std::make_unique<ChildProcess>(program()); }
+
+void Walk::startWithoutIntroduction() {
+    start();
+    click("Skip for now");
+    expectGone("Skip for now");
+}
+
+void Walk::click(const std::string& name) {
+    std::optional<SeenWidget> widget;
+    ASSERT_TRUE(reader.waitUntil([&] {
+        const std::vector<SeenWidget> seen = reader.look();
+        const auto found = std::find_if(seen.begin(), seen.end(),
+                                        [&](const SeenWidget& candidate) { return candidate.name == name; });
+        if (found == seen.end() || !found->isEnabled) return false;
+        widget = *found;
+        // Below the window's edge it is "showing" as well: the page scrolls.
+        const int middle = found->y + found->height / 2;
+        if (middle < seen.front().y + seen.front().height) return true;
+        point(seen.front());
+        keyboard.scroll(XKeyboard::Scroll::down);
+        return false;
+    })) << name;
+    point(*widget);
+    keyboard.button(1);
+}
+
+void Walk::point(const SeenWidget& widget) {
+    keyboard.movePointer(static_cast<std::int16_t>(widget.x + widget.width / 2),
+                         static_cast<std::int16_t>(widget.y + widget.height / 2));
+}
+
+void Walk::expectSeen(const std::string& name) {
+    EXPECT_TRUE(reader.waitUntil([&] { return sees(name); })) << name;
+}
+
+void Walk::expectGone(const std::string& name) {
+    EXPECT_TRUE(reader.waitUntil([&] { return !sees(name); })) << name;
+}
+
+void Walk::expectSwitched(int group, const std::function<void()>& press) {
+    for (int attempt = 0; attempt < 50; ++attempt) {
+        press();
+        if (layouts.waitForGroup(group, 100ms)) return;
+    }
+    ADD_FAILURE() << "no switch to group " << group;
+}
+
+void Walk::expectEnded() { EXPECT_EQ(running->waitForExit(10s), 0); }
+
+bool Walk::waitForPopup(std::chrono::milliseconds timeout) const {
+    XDisplay display;
+    return reader.waitUntil(
+        [&] {
+            const XOwned<xcb_query_tree_reply_t> tree(
+                xcb_query_tree_reply(display.get(), xcb_query_tree(display.get(), display.root()), nullptr));
+            if (!tree) return false;
+            const xcb_window_t* const windows = xcb_query_tree_children(tree.get());
+            return std::any_of(windows, windows + tree->children_len, [&](xcb_window_t window) {
+                const XOwned<xcb_get_window_attributes_reply_t> attributes(xcb_get_window_attributes_reply(
+                    display.get(), xcb_get_window_attributes(display.get(), window), nullptr));
+                const XOwned<xcb_get_geometry_reply_t> geometry(
+                    xcb_get_geometry_reply(display.get(), xcb_get_geometry(display.get(), window), nullptr));
+                return attributes && geometry && attributes->override_redirect != 0 &&
+                       attributes->map_state == XCB_MAP_STATE_VIEWABLE && geometry->width > 50 &&
+                       geometry->height > 30;
+            });
+        },
+        timeout);
+}
+
+void Walk::chooseFromTray(int fromTheEnd) {
+    ASSERT_TRUE(reader.waitUntil([&] {
+        keyboard.movePointer(1012, 12); // the panel's one icon
+        keyboard.button(1);
+        return waitForPopup(1s);
+    }));
+    for (int i = 0; i < fromTheEnd; ++i) keyboard.tap(KEY_UP);
+    keyboard.tap(key::enter);
+}
+
+std::optional<SeenWidget> Walk::beginning(const std::string& text) const {
+    for (SeenWidget& widget : reader.look())
+        if (widget.name.rfind(text, 0) == 0) return std::move(widget);
+    return std::nullopt;
+}
+
+std::string Walk::settings() const {
+    std::ifstream input(home.path() / "data/Hopsel/config.json", std::ios::binary);
+    return {std::istreambuf_iterator<char>(input), {}};
+}
+
+void Walk::pressShiftSpace() {
+    keyboard.press(key::leftShift);
+    keyboard.tap(key::space);
+    keyboard.release(key::leftShift);
+}
+
+} // namespace hopsel::test
