@@ -34,7 +34,7 @@ class Session : public testing::Test {
 
     bool tapsUntilGroup(int group) {
         const Deadline deadline(patience);
-        while (!layouts.waitForGroup(group, 100ms)) {
+        while (!layouts.waitForGroup(group, 400ms)) {
             if (deadline.hasPassed()) return false;
             keyboard.tap(key::rightSuper);
         }

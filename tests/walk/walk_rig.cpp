@@ -82,9 +82,9 @@ void Walk::expectGone(const std::string& name) {
 }
 
 void Walk::expectSwitched(int group, const std::function<void()>& press) {
-    for (int attempt = 0; attempt < 50; ++attempt) {
+    for (int attempt = 0; attempt < 25; ++attempt) {
         press();
-        if (layouts.waitForGroup(group, 100ms)) return;
+        if (layouts.waitForGroup(group, 400ms)) return;
     }
     ADD_FAILURE() << "no switch to group " << group;
 }

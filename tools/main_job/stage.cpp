@@ -30,7 +30,7 @@ Stage::Stage(const std::string& executable) {
 
 void Stage::waitForProgram() {
     const Deadline deadline(patience);
-    while (!layouts_.waitForGroup(1, 100ms)) {
+    while (!layouts_.waitForGroup(1, 400ms)) {
         if (deadline.hasPassed()) throw std::runtime_error("the program does not react to its trigger");
         keyboard_.tap(key::rightSuper);
     }

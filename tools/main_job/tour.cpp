@@ -18,7 +18,7 @@ std::vector<std::filesystem::path> takePictures(Stage& stage, const std::filesys
         screen.save(pictures.back());
     };
     XKeyboard& keyboard = stage.keyboard();
-    take("introduction");
+    take("panel");
     stage.bringProgramForward();
     // The sidebar has the focus: down from pane to pane.
     for (const char* pane : {"general", "sources", "rules", "diagnostics", "about"}) {

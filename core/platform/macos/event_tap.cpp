@@ -1,0 +1,57 @@
+#include "core/platform/macos/event_tap.h"
+
+namespace hopsel {
+
+EventTap::EventTap(Client& client, CGEventTapOptions options, std::initializer_list<CGEventType> types)
+    : client_(client), options_(options) {
+    for (const CGEventType type : types) mask_ |= CGEventMask{1} << static_cast<unsigned>(type);
+}
+
+EventTap::StartResult EventTap::start() {
+    if (isStarted()) return StartResult::started;
+    auto port = CfRef<CFMachPortRef>::adopt(
+        CGEventTapCreate(kCGSessionEventTap, kCGHeadInsertEventTap, options_, mask_, &callback, this));
+    if (!port) return StartResult::tapRefused;
+    auto source =
+        CfRef<CFRunLoopSourceRef>::adopt(CFMachPortCreateRunLoopSource(kCFAllocatorDefault, port.get(), 0));
+    if (!source) {
+        CFMachPortInvalidate(port.get());
+        return StartResult::runLoopSourceRefused;
+    }
+    // In the common modes, so that events also arrive while a menu is open.
+    CFRunLoopAddSource(CFRunLoopGetMain(), source.get(), kCFRunLoopCommonModes);
+    CGEventTapEnable(port.get(), true);
+    port_ = std::move(port);
+    source_ = std::move(source);
+    return StartResult::started;
+}
+
+void EventTap::stop() {
+    if (!isStarted()) return;
+    CFRunLoopRemoveSource(CFRunLoopGetMain(), source_.get(), kCFRunLoopCommonModes);
+    CGEventTapEnable(port_.get(), false);
+    // Releasing the port alone would leave the tap in the window server for as long as the loop holds the
+    // port.
+    CFMachPortInvalidate(port_.get());
+    source_ = {};
+    port_ = {};
+}
+
+bool EventTap::reenable() {
+    if (!isStarted()) return false;
+    CGEventTapEnable(port_.get(), true);
+    return CGEventTapIsEnabled(port_.get());
+}
+
+// The client may have released the tap when it returns.
+CGEventRef EventTap::callback(CGEventTapProxy, CGEventType type, CGEventRef event, void* self) {
+    auto* tap = static_cast<EventTap*>(self);
+    if (tap == nullptr) return event;
+    if (type == kCGEventTapDisabledByTimeout || type == kCGEventTapDisabledByUserInput) {
+        tap->client_.tapDisabled(tap->reenable());
+        return event;
+    }
+    return tap->client_.tapped(type, event) ? nullptr : event;
+}
+
+} // namespace hopsel

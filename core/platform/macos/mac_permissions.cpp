@@ -1,0 +1,20 @@
+#include "core/platform/macos/mac_permissions.h"
+
+#include "core/platform/macos/cf_values.h"
+
+#include <ApplicationServices/ApplicationServices.h>
+
+namespace hopsel {
+
+bool MacPermissions::accessibilityGranted() { return AXIsProcessTrusted() != 0; }
+
+bool MacPermissions::requestAccessibility() {
+    const auto options = cf_values::dictionary(kAXTrustedCheckOptionPrompt, kCFBooleanTrue);
+    return AXIsProcessTrustedWithOptions(options.get()) != 0;
+}
+
+bool MacPermissions::inputMonitoringGranted() { return CGPreflightListenEventAccess(); }
+
+bool MacPermissions::requestInputMonitoring() { return CGRequestListenEventAccess(); }
+
+} // namespace hopsel

@@ -1,0 +1,32 @@
+// Notification centers: of this process, and of all processes of the login session.
+#pragma once
+
+#include <CoreFoundation/CFDictionary.h>
+
+extern "C" {
+
+using CFNotificationCenterRef = struct HopselCFNotificationCenter*;
+using CFNotificationName = CFStringRef;
+using CFNotificationCallback = void (*)(CFNotificationCenterRef center, void* observer,
+                                        CFNotificationName name, const void* object,
+                                        CFDictionaryRef userInfo);
+
+enum CFNotificationSuspensionBehavior : CFIndex {
+    CFNotificationSuspensionBehaviorDrop = 1,
+    CFNotificationSuspensionBehaviorCoalesce = 2,
+    CFNotificationSuspensionBehaviorHold = 3,
+    CFNotificationSuspensionBehaviorDeliverImmediately = 4,
+};
+
+CFNotificationCenterRef CFNotificationCenterGetLocalCenter();
+CFNotificationCenterRef CFNotificationCenterGetDistributedCenter();
+void CFNotificationCenterAddObserver(CFNotificationCenterRef center, const void* observer,
+                                     CFNotificationCallback callback, CFNotificationName name,
+                                     const void* object, CFNotificationSuspensionBehavior behavior);
+void CFNotificationCenterRemoveObserver(CFNotificationCenterRef center, const void* observer,
+                                        CFNotificationName name, const void* object);
+void CFNotificationCenterRemoveEveryObserver(CFNotificationCenterRef center, const void* observer);
+void CFNotificationCenterPostNotification(CFNotificationCenterRef center, CFNotificationName name,
+                                          const void* object, CFDictionaryRef userInfo,
+                                          Boolean deliverImmediately);
+}
