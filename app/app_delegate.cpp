@@ -112,6 +112,7 @@ void AppDelegate::buildModel() {
         .diagnostics = std::make_shared<DiagnosticsRecorder>(),
         .runningApps = platform_->runningApps(),
         .reportDelivery = platform_->reportDelivery(),
+        .secureInput = platform_->secureInput(),
         .environment = environment,
     });
 }
@@ -128,7 +129,8 @@ void AppDelegate::observePlatform() {
     };
     systemObserver.start();
     FrontmostAppObserving& frontmostObserver = platform_->frontmostObserver();
-    frontmostObserver.onChange = [model](const std::optional<std::string>& bundleID) {
+    frontmostObserver.onChange = [this, model](const std::optional<std::string>& bundleID) {
+        platform_->frontmostAppChanged();
         if (model) model->frontmostAppChanged(bundleID);
     };
     frontmostObserver.start();

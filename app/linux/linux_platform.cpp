@@ -14,7 +14,6 @@
 #include "core/platform/linux/x11/x11_permissions.h"
 #include "core/platform/linux/x11/x11_shortcut_source.h"
 #include "core/platform/posix/posix_file_storage.h"
-#include "core/platform/secure_input.h"
 #include "ui/menubar/linux/tray_host.h"
 
 namespace hopsel {
@@ -31,6 +30,7 @@ LinuxPlatform::LinuxPlatform()
       hook_(std::make_shared<X11KeyHook>(uptimeSeconds)),
       listenSource_(std::make_shared<X11ListenSource>(hook_)),
       switchKeys_(std::make_shared<DesktopSwitchKeys>(bus_, DesktopSwitchKeys::liveReaders())),
+      secureInput_(std::make_shared<AtspiSecureInput>(bus_, log_)),
       systemObserver_(sources_) {
     hook_->onHandled = runScheduled;
 }
@@ -50,7 +50,7 @@ EngineCoordinator::Parts LinuxPlatform::engineParts() {
     parts.source = listenSource_;
     parts.shortcutSource = std::make_shared<X11ShortcutSource>(hook_, log_);
     parts.service = std::make_shared<LiveInputSourceService>(sources_, uptimeSeconds, runFor);
-    parts.secureInput = std::make_shared<NoSecureInput>();
+    parts.secureInput = secureInput_;
     parts.guestKeySender = std::make_shared<X11GuestKeySender>(hook_, uptimeSeconds);
     parts.schedule = schedule;
     return parts;
@@ -99,6 +99,7 @@ void LinuxPlatform::recoverFrom(SystemEvent event) {
 
 LinuxPlatform::Connection LinuxPlatform::retry() {
     systemObserver_.retry();
+    secureInput_->retry();
     const bool wasLost = sources_->isLost();
     if (wasLost && !sources_->reconnect()) return Connection::lost;
     frontmostObserver_.start();

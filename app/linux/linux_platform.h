@@ -17,6 +17,7 @@
 #include "core/diagnostics/running_apps.h"
 #include "core/engine/engine_coordinator.h"
 #include "core/platform/file_storage.h"
+#include "core/platform/linux/accessibility/atspi_secure_input.h"
 #include "core/platform/linux/system_events/linux_system_event_observer.h"
 #include "core/platform/linux/system_log.h"
 #include "core/platform/linux/x11/x11_key_hook.h"
@@ -44,6 +45,7 @@ class LinuxPlatform {
 
     /// The clock and the limit of a tap are the caller's to add.
     EngineCoordinator::Parts engineParts();
+    std::shared_ptr<SecureInputProviding> secureInput() const { return secureInput_; }
     std::shared_ptr<InputSourceCatalog> inputSources() const { return sources_; }
     std::shared_ptr<LoginItemControlling> loginItem() const;
     std::shared_ptr<SystemSettingsOpening> settingsOpener();
@@ -57,6 +59,8 @@ class LinuxPlatform {
     SystemEventObserving& systemObserver() { return systemObserver_; }
     FrontmostAppObserving& frontmostObserver() { return frontmostObserver_; }
 
+    /// Another application came to the front.
+    void frontmostAppChanged() { secureInput_->windowChanged(); }
     /// Key-ups may have been lost in sleep or in another session: the keyboard is read again.
     void recoverFrom(SystemEvent event);
 
@@ -75,6 +79,7 @@ class LinuxPlatform {
     std::shared_ptr<X11KeyHook> hook_;
     std::shared_ptr<X11ListenSource> listenSource_;
     std::shared_ptr<DesktopSwitchKeys> switchKeys_;
+    std::shared_ptr<AtspiSecureInput> secureInput_;
     LinuxSystemEventObserver systemObserver_;
     X11FrontmostAppObserver frontmostObserver_;
 };

@@ -14,7 +14,7 @@ AppModel::AppModel(Parts parts)
       onboardingCompleted_(parts_.preferences->onboardingCompleted()) {
     parts_.engine->setDiagnostics(parts_.diagnostics);
     parts_.engine->setGuestKey(guestKey);
-    parts_.diagnostics->onChange = [feed = QPointer(&diagnosticsFeed_)] {
+    parts_.diagnostics->onChange = parts_.secureInput->onStateChange = [feed = QPointer(&diagnosticsFeed_)] {
         if (feed) feed->bump();
     };
 }

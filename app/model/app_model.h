@@ -19,6 +19,7 @@
 #include "core/diagnostics/known_apps.h"
 #include "core/diagnostics/running_apps.h"
 #include "core/engine/engine_controlling.h"
+#include "core/platform/secure_input.h"
 #include "core/rules/rule_health.h"
 #include "core/rules/rule_store.h"
 #include "ui/menubar/menu_model.h"
@@ -48,6 +49,7 @@ class AppModel final : public ObservableObject {
         std::shared_ptr<DiagnosticsRecorder> diagnostics;
         std::shared_ptr<RunningAppsProviding> runningApps;
         std::shared_ptr<ReportDelivering> reportDelivery;
+        std::shared_ptr<SecureInputProviding> secureInput;
         DiagnosticsEnvironment environment;
     };
 
@@ -114,6 +116,7 @@ class AppModel final : public ObservableObject {
     /// Absent until a probe was started.
     std::optional<ProbeResult> probeResult() const;
     std::vector<ConflictWarning> diagnosticWarnings() const;
+    SecureInputState secureInputState() const { return parts_.secureInput->state(); }
     std::string buildReport() const;
     void saveReport();
     void copyReport();

@@ -23,7 +23,8 @@ inline const InputSourceRef russian{"xkb:ru", "Russian"};
 
 class LiveEngine : public testing::Test {
   protected:
-    LiveEngine() {
+    explicit LiveEngine(
+        std::shared_ptr<SecureInputProviding> secureInput = std::make_shared<NoSecureInput>()) {
         setLayouts("us,ru");
         server.startWindowManager();
         window = std::make_unique<XTestWindow>();
@@ -34,7 +35,7 @@ class LiveEngine : public testing::Test {
             .source = std::make_shared<X11ListenSource>(hook),
             .shortcutSource = std::make_shared<X11ShortcutSource>(hook, log),
             .service = std::make_shared<LiveInputSourceService>(sources, uptimeSeconds, runFor),
-            .secureInput = std::make_shared<NoSecureInput>(),
+            .secureInput = std::move(secureInput),
             .guestKeySender = std::make_shared<X11GuestKeySender>(hook, uptimeSeconds),
             .clock = uptimeSeconds,
             .schedule = schedule,

@@ -23,11 +23,17 @@ Texts texts(PlatformNote note) {
             "Selecting it gives Latin letters first. To start in Hangul, set the initial input mode in the "
             "input method's own settings."};
     case PlatformNote::passwordsUnknown:
-        return {
-            "손쉬운 사용(접근성) 지원이 꺼져 있어 암호 입력 중인지 알 수 없습니다. 암호를 입력하는 동안에도 "
-            "전환 키가 동작합니다.",
-            "Accessibility support is off, so nobody tells where a password is typed: the switch keys work "
-            "there too."};
+        return {"암호 입력란을 알아볼 수 없습니다. 이 세션에는 접근성 서비스가 없어서 암호를 입력할 때도 "
+                "전환 키가 "
+                "동작합니다.",
+                "Password fields are not recognized: this session has no accessibility service. Switch keys "
+                "work while you type a password, too."};
+    case PlatformNote::passwordsPartlyKnown:
+        return {"일부 프로그램의 암호 입력란만 알아볼 수 있습니다. 데스크톱의 접근성 기능이 꺼져 있습니다. "
+                "켠 뒤에 "
+                "시작한 프로그램 중에는 알려 주는 것이 더 많습니다.",
+                "Password fields are recognized in few programs only: accessibility is off on this desktop. "
+                "More programs report theirs if they are started after it is turned on."};
     }
     return {"", ""};
 }

@@ -6,9 +6,10 @@
 namespace hopsel {
 
 enum class PlatformNote {
-    grabbedCombinations, ///< what a window cannot see while it waits for a combination
-    startsInLatin,       ///< of an input source: selecting it gives Latin letters at first
-    passwordsUnknown,    ///< nobody tells where a password is typed
+    grabbedCombinations,  ///< what a window cannot see while it waits for a combination
+    startsInLatin,        ///< of an input source: selecting it gives Latin letters at first
+    passwordsUnknown,     ///< nobody tells where a password is typed
+    passwordsPartlyKnown, ///< few programs tell
 };
 
 namespace l10n {

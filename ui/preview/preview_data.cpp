@@ -78,6 +78,7 @@ PreviewModel::PreviewModel(const Setup& setup)
         .diagnostics = recorder_,
         .runningApps = std::make_shared<PreviewApps>(),
         .reportDelivery = std::make_shared<NoReportDelivery>(),
+        .secureInput = std::make_shared<PreviewSecureInput>(),
         .environment = {[uptime = uptime_] { return *uptime; }, sampleDate, QTimeZone(9 * 3600), "14.5.0",
                         "arm64"},
     });

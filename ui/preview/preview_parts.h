@@ -9,6 +9,7 @@
 #include "app/adapters/system_settings_opening.h"
 #include "core/diagnostics/running_apps.h"
 #include "core/engine/engine_controlling.h"
+#include "core/platform/secure_input.h"
 
 #include <utility>
 
@@ -108,6 +109,12 @@ class PreviewApps final : public RunningAppsProviding {
     std::vector<std::string> runningBundleIDs() override {
         return {"com.apple.finder", "org.pqrs.Karabiner-Elements.Settings"};
     }
+};
+
+/// Tells of password fields, as a platform does that needs no words about it.
+class PreviewSecureInput final : public SecureInputProviding {
+  public:
+    bool isEnabled() const override { return false; }
 };
 
 } // namespace hopsel

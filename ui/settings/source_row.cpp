@@ -1,5 +1,6 @@
 #include "ui/settings/source_row.h"
 
+#include "ui/l10n/platform_notes.h"
 #include "ui/menubar/source_label.h"
 #include "ui/settings/design/reading_text.h"
 #include "ui/settings/texts.h"
@@ -30,6 +31,10 @@ SourceRow::SourceRow(const InputSourceInfo& source, bool isCurrent, QWidget* par
     identifier->setAccessibleName(name);
     identifier->setContent(QString::fromStdString(source.id));
     texts->addWidget(identifier);
+    if (source.limit == SourceLimit::startsInLatin)
+        texts->addWidget((new Text(QString::fromStdString(l10n::note(PlatformNote::startsInLatin)),
+                                   TextStyle::caption, Tone::warning))
+                             ->wrapped());
     row->addLayout(texts, 1);
 
     row->addWidget(current_);

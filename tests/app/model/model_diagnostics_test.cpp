@@ -129,6 +129,7 @@ TEST_F(ModelDiagnostics, writeTimesWithANumericOffset) {
                               recorder,
                               runningApps,
                               delivery,
+                              secureInput,
                               {[] { return 0.0; },
                                [] { return QDateTime(QDate(2026, 11, 16), QTime(1, 42, 23), Qt::UTC); }, zone,
                                "", ""}};

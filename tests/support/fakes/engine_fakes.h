@@ -122,8 +122,10 @@ class FakeCatalog final : public InputSourceCatalog {
 class FakeSecureInput final : public SecureInputProviding {
   public:
     bool isEnabled() const override { return enabled; }
+    SecureInputState state() const override { return told; }
 
     bool enabled = false;
+    SecureInputState told = SecureInputState::watching;
 };
 
 class FakeGuestKeySender final : public GuestKeySending {

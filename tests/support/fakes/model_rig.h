@@ -8,6 +8,7 @@
 #include "core/platform/posix/posix_file_storage.h"
 #include "session/temporary_folder.h"
 #include "support/fakes/app_fakes.h"
+#include "support/fakes/engine_fakes.h"
 
 namespace hopsel::fakes {
 
@@ -38,6 +39,7 @@ class ModelRig {
         parts.diagnostics = recorder;
         parts.runningApps = runningApps;
         parts.reportDelivery = delivery;
+        parts.secureInput = secureInput;
         parts.environment = {[this] { return now; },
                              [] { return QDateTime(QDate(2026, 11, 16), QTime(1, 42, 23), Qt::UTC); },
                              QTimeZone(9 * 3600), "14.5.0", "arm64"};
@@ -69,6 +71,7 @@ class ModelRig {
     std::shared_ptr<FakeSettings> settings = std::make_shared<FakeSettings>(calls);
     std::shared_ptr<FakeRunningApps> runningApps = std::make_shared<FakeRunningApps>();
     std::shared_ptr<FakeReportDelivery> delivery = std::make_shared<FakeReportDelivery>(calls);
+    std::shared_ptr<FakeSecureInput> secureInput = std::make_shared<FakeSecureInput>();
     std::shared_ptr<DiagnosticsRecorder> recorder = std::make_shared<DiagnosticsRecorder>();
     std::unique_ptr<AppModel> model;
 };

@@ -1,4 +1,5 @@
 #include "core/diagnostics/report_builder.h"
+#include "ui/l10n/platform_notes.h"
 #include "ui/settings/design/reading_text.h"
 #include "ui/settings/design/symbols.h"
 #include "ui/settings/settings_rig.h"
@@ -101,6 +102,25 @@ TEST_F(DiagnosticsPane, NamesWarningsAndRunningApps) {
     settle();
     EXPECT_TRUE(says(Key::diagWarnTapDisabled, {"4"}));
     EXPECT_TRUE(says(Key::diagWarnSwitchFailures, {"4"}));
+}
+
+TEST_F(DiagnosticsPane, SaysWhenPasswordFieldsGoUnrecognised) {
+    const auto tells = [this](PlatformNote note) {
+        return label(QString::fromStdString(l10n::note(note))) != nullptr;
+    };
+    open(SettingsPane::diagnostics);
+    EXPECT_FALSE(tells(PlatformNote::passwordsUnknown));
+    const auto turns = [this](SecureInputState state) {
+        secureInput->told = state;
+        secureInput->onStateChange();
+        settle();
+    };
+    turns(SecureInputState::unavailable);
+    EXPECT_TRUE(tells(PlatformNote::passwordsUnknown));
+    turns(SecureInputState::off);
+    EXPECT_TRUE(tells(PlatformNote::passwordsPartlyKnown));
+    turns(SecureInputState::watching);
+    EXPECT_FALSE(tells(PlatformNote::passwordsPartlyKnown));
 }
 
 TEST_F(DiagnosticsPane, ReportIsShownOnDemandAndLeavesInThreeWays) {

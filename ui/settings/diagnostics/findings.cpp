@@ -1,6 +1,7 @@
 #include "ui/settings/diagnostics/findings.h"
 
 #include "core/base/overloaded.h"
+#include "ui/l10n/platform_notes.h"
 #include "ui/settings/design/boxes.h"
 #include "ui/settings/texts.h"
 
@@ -46,7 +47,8 @@ Findings::Findings(AppModel& model, QWidget* parent)
       model_(model),
       warnings_(new QWidget),
       lines_(new QVBoxLayout),
-      apps_((new Text)->wrapped()) {
+      apps_((new Text)->wrapped()),
+      secureInput_((new Text({}, TextStyle::callout, Tone::secondary))->wrapped()) {
     QVBoxLayout* warnings = columnIn(warnings_, betweenLines);
     warnings->addWidget((new Text(text(Key::diagWarningsTitle), TextStyle::headline))->wrapped());
     lines_->setSpacing(betweenLines);
@@ -54,6 +56,7 @@ Findings::Findings(AppModel& model, QWidget* parent)
     QVBoxLayout* column = columnIn(this, 16);
     column->addWidget(warnings_);
     column->addWidget(appsSection());
+    column->addWidget(secureInput_);
 }
 
 QWidget* Findings::appsSection() {
@@ -67,11 +70,20 @@ QWidget* Findings::appsSection() {
 
 void Findings::refresh() {
     showWarnings();
+    showSecureInput();
     QStringList names;
     for (const KnownApp& app : model_.detectedApps())
         names += QString::fromUtf8(app.name.data(), static_cast<qsizetype>(app.name.size()));
     apps_->setTone(names.isEmpty() ? Tone::secondary : Tone::primary);
     apps_->setText(names.isEmpty() ? text(Key::diagAppsNone) : names.join(", "));
+}
+
+void Findings::showSecureInput() {
+    const SecureInputState state = model_.secureInputState();
+    secureInput_->setVisible(state != SecureInputState::watching);
+    secureInput_->setText(
+        QString::fromStdString(l10n::note(state == SecureInputState::off ? PlatformNote::passwordsPartlyKnown
+                                                                         : PlatformNote::passwordsUnknown)));
 }
 
 void Findings::showWarnings() {

@@ -1,4 +1,5 @@
-// What stands out: warnings that the recording gives reason for, and other programs that deal with keys.
+// What stands out: warnings that the recording gives reason for, other programs that deal with keys, and
+// whether password fields go unrecognised.
 #pragma once
 
 #include "app/model/app_model.h"
@@ -17,6 +18,7 @@ class Findings final : public QWidget {
 
   private:
     void showWarnings();
+    void showSecureInput();
     QWidget* appsSection();
 
     AppModel& model_;
@@ -24,6 +26,7 @@ class Findings final : public QWidget {
     QVBoxLayout* lines_;
     std::vector<ConflictWarning> shown_;
     design::Text* apps_;
+    design::Text* secureInput_; ///< only while password fields go unrecognised
 };
 
 } // namespace hopsel
