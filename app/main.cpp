@@ -1,5 +1,6 @@
 // The process entry: the preview renderer, or the application with its event loop, the signals that end it,
 // and the delegate that builds everything.
+#include "app/accessible_application.h"
 #include "app/app_delegate.h"
 #include "app/linux/session/preferred_languages.h"
 #include "app/termination_signals.h"
@@ -69,6 +70,7 @@ int runApplication(int argc, char** argv) {
     // everything ourselves.
     const HiddenVariable desktop("XDG_CURRENT_DESKTOP", !qgetenv("XDG_CURRENT_DESKTOP").contains("KDE"));
     QApplication application(argc, argv);
+    hopsel::describeApplicationToScreenReaders();
     desktop.showAgain();
     qunsetenv("QT_NO_GLIB");
     QApplication::setApplicationDisplayName(QString::fromUtf8(hopsel::product::name.data()));

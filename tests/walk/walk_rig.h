@@ -49,7 +49,7 @@ class Walk : public testing::Test {
     session::XKeyboard keyboard;
     session::PrivateBus bus;
     session::AccessibilityBus accessibility;
-    session::ScreenReader reader{"hopsel"};
+    session::ScreenReader reader{"Hopsel"};
     session::TemporaryFolder home;
     std::unique_ptr<session::ChildProcess> running;
 };
