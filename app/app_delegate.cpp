@@ -26,7 +26,7 @@ constexpr double tapMax = 0.5;
 /// What a user who started the program must see at once, wherever the log goes.
 void say(const std::string& line) { std::fprintf(stderr, "hopsel: %s\n", line.c_str()); }
 
-void sayAnotherRuns(const SingleInstance& instance) {
+void sayAnotherRuns(const LiveSingleInstance& instance) {
     const auto process = instance.otherProcess();
     say("another copy is running already" +
         (process ? " (process " + std::to_string(*process) + ")" : std::string()));
@@ -55,11 +55,11 @@ std::string words(const StoreProblem& problem) {
 
 AppDelegate::Launch AppDelegate::didFinishLaunching() {
     if (!singleInstance_.acquire()) {
-        if (!activateRunningCopy(QDBusConnection::sessionBus())) sayAnotherRuns(singleInstance_);
+        if (!singleInstance_.activateOther()) sayAnotherRuns(singleInstance_);
         return Launch::alreadyRunning;
     }
     try {
-        platform_ = std::make_unique<LinuxPlatform>();
+        platform_ = std::make_unique<LivePlatform>();
     } catch (const std::runtime_error& error) {
         say(error.what());
         return Launch::impossible;
@@ -90,13 +90,13 @@ std::filesystem::path AppDelegate::configURL(const FileStorage& storage) {
 }
 
 void AppDelegate::buildModel() {
-    const DiagnosticsEnvironment environment = LinuxPlatform::environment();
+    const DiagnosticsEnvironment environment = LivePlatform::environment();
     EngineCoordinator::Parts engineParts = platform_->engineParts();
     engineParts.tapMax = tapMax;
     engineParts.clock = environment.uptime;
     engine_ = EngineCoordinator::create(std::move(engineParts));
 
-    const std::shared_ptr<FileStorage> storage = LinuxPlatform::storage();
+    const std::shared_ptr<FileStorage> storage = LivePlatform::storage();
     store_ = std::make_shared<RuleStore>(configURL(*storage), storage, secondsSince1970);
     settingsOpener_ = platform_->settingsOpener();
     directory_ = std::make_shared<LiveInputSourceDirectory>(platform_->inputSources());
@@ -143,9 +143,7 @@ void AppDelegate::observePlatform() {
 
 // The controllers are cheap: a window is made when it is first shown.
 void AppDelegate::buildWindows() {
-    appearance_ = std::make_unique<DesktopAppearance>(platform_->sessionBus());
-    appearance_->onChange = design::useAppearance;
-    appearance_->start();
+    platform_->followAppearance(design::useAppearance);
     settingsController_ = std::make_unique<SettingsWindowController>(*model_, platform_->localKeys());
     onboardingController_ = std::make_unique<OnboardingWindowController>(*model_);
     settingsController_->onClosed = [this] {
@@ -154,22 +152,27 @@ void AppDelegate::buildWindows() {
     };
     model_->onRequestOnboarding = [this] { showOnboarding(); };
     statusController_ = std::make_unique<StatusItemController>(*model_, platform_->trayHost());
-    statusController_->onOpenSettings = [this] { settingsController_->show(); };
-    statusController_->onOpenBugReport = [this] { settingsController_->show(SettingsPane::diagnostics); };
+    statusController_->onOpenSettings = [this] { showSettings(); };
+    statusController_->onOpenBugReport = [this] { showSettings(SettingsPane::diagnostics); };
     statusController_->onQuit = [] { QCoreApplication::exit(); };
     statusController_->onHostChanged = [this](bool hasPanel) { takePanel(hasPanel); };
-    activation_ = std::make_unique<ActivationServer>(platform_->sessionBus());
-    activation_->onActivate = [this](const QString& token) { comeToFront(token); };
+    platform_->setOnReopen([this] { showSettings(); });
 }
 
 void AppDelegate::showFirstWindow() {
     if (model_->storeProblem())
-        settingsController_->show(SettingsPane::rules);
+        showSettings(SettingsPane::rules);
     else if (!model_->onboardingCompleted())
         showOnboarding();
 }
 
+void AppDelegate::showSettings(std::optional<SettingsPane> pane) {
+    LivePlatform::comeToFront();
+    settingsController_->show(pane);
+}
+
 void AppDelegate::showOnboarding() {
+    LivePlatform::comeToFront();
     onboardingController_->show();
     QObject::connect(onboardingController_->window(), &QObject::destroyed, &retryTimer_, [this] {
         // The first answer comes by itself.
@@ -180,7 +183,7 @@ void AppDelegate::showOnboarding() {
 // Without a panel the Settings window is the program's only face.
 void AppDelegate::takePanel(bool hasPanel) {
     settingsController_->setMenu(hasPanel ? nullptr : statusController_->menu());
-    if (!hasPanel && onboardingController_->window() == nullptr) settingsController_->show();
+    if (!hasPanel && onboardingController_->window() == nullptr) showSettings();
 }
 
 void AppDelegate::askWhetherToQuit() {
@@ -195,13 +198,7 @@ void AppDelegate::askWhetherToQuit() {
     if (question.clickedButton() == yes)
         QCoreApplication::exit();
     else if (isAnswered)
-        settingsController_->show();
-}
-
-void AppDelegate::comeToFront(const QString& activationToken) {
-    // The toolkit takes the right to the focus from here when it activates a window.
-    if (!activationToken.isEmpty()) qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
-    settingsController_->show();
+        showSettings();
 }
 
 void AppDelegate::startRetrying() {
@@ -213,8 +210,8 @@ void AppDelegate::startRetrying() {
 // to its server better than this one.
 void AppDelegate::retry() {
     switch (platform_->retry()) {
-    case LinuxPlatform::Connection::lost: return;
-    case LinuxPlatform::Connection::regained:
+    case LivePlatform::Connection::lost: return;
+    case LivePlatform::Connection::regained:
         if (!singleInstance_.acquire()) {
             sayAnotherRuns(singleInstance_);
             QCoreApplication::exit();
@@ -222,7 +219,7 @@ void AppDelegate::retry() {
         }
         model_->sourcesChanged();
         break;
-    case LinuxPlatform::Connection::kept: break;
+    case LivePlatform::Connection::kept: break;
     }
     model_->retryPermissionIfNeeded();
     sayWhyNotListening();

@@ -4,11 +4,8 @@
 // interfaces; callbacks hold the model weakly.
 #pragma once
 
-#include "app/activation/activation_server.h"
-#include "app/linux/appearance/desktop_appearance.h"
-#include "app/linux/linux_platform.h"
+#include "app/live_platform.h"
 #include "app/model/app_model.h"
-#include "app/single_instance.h"
 #include "core/engine/engine_coordinator.h"
 #include "ui/menubar/status_item_controller.h"
 #include "ui/onboarding/onboarding_window_controller.h"
@@ -17,6 +14,7 @@
 #include <QTimer>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace hopsel {
@@ -40,24 +38,22 @@ class AppDelegate {
     void observePlatform();
     void buildWindows();
     void showFirstWindow();
+    void showSettings(std::optional<SettingsPane> pane = std::nullopt);
     void showOnboarding();
     void takePanel(bool hasPanel);
     void askWhetherToQuit();
-    void comeToFront(const QString& activationToken);
     void startRetrying();
     void retry();
     void sayStoreProblem();
     void sayWhyNotListening();
 
-    SingleInstance singleInstance_;
-    std::unique_ptr<LinuxPlatform> platform_;
+    LiveSingleInstance singleInstance_;
+    std::unique_ptr<LivePlatform> platform_;
     std::shared_ptr<EngineCoordinator> engine_;
     std::shared_ptr<RuleStore> store_;
     std::shared_ptr<SystemSettingsOpening> settingsOpener_;
     std::shared_ptr<LiveInputSourceDirectory> directory_;
     std::unique_ptr<AppModel> model_;
-    std::unique_ptr<DesktopAppearance> appearance_;
-    std::unique_ptr<ActivationServer> activation_;
     std::unique_ptr<SettingsWindowController> settingsController_;
     std::unique_ptr<OnboardingWindowController> onboardingController_;
     std::unique_ptr<StatusItemController> statusController_;

@@ -1,5 +1,7 @@
 #include "app/single_instance.h"
 
+#include "app/activation/activation_server.h"
+
 #include <QDir>
 #include <unistd.h>
 
@@ -34,5 +36,7 @@ std::optional<qint64> SingleInstance::otherProcess() const {
     if (!lock_.getLockInfo(&process, &host, &application)) return std::nullopt;
     return process;
 }
+
+bool SingleInstance::activateOther() const { return activateRunningCopy(QDBusConnection::sessionBus()); }
 
 } // namespace hopsel

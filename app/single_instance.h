@@ -20,6 +20,8 @@ class SingleInstance {
     void release() { lock_.unlock(); }
     /// The process that holds the lock, if it can be told.
     std::optional<qint64> otherProcess() const;
+    /// Asks it to come to the front. False if it cannot be reached. Waits for at most a second.
+    bool activateOther() const;
 
   private:
     QLockFile lock_;

@@ -32,8 +32,12 @@ void handle(int signal, void (*handler)(int)) {
 } // namespace
 
 TerminationSignals::TerminationSignals(std::function<void()> onSignal) {
-    if (pipe2(signalPipe.data(), O_CLOEXEC | O_NONBLOCK) != 0)
+    if (pipe(signalPipe.data()) != 0)
         throw std::system_error(errno, std::generic_category(), "cannot watch for signals");
+    for (const int end : signalPipe) { // in one step only on Linux; nothing is started meanwhile
+        fcntl(end, F_SETFD, FD_CLOEXEC);
+        fcntl(end, F_SETFL, O_NONBLOCK);
+    }
     notifier_ = std::make_unique<QSocketNotifier>(signalPipe[0], QSocketNotifier::Read);
     QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(),
                      [callback = std::move(onSignal)](QSocketDescriptor descriptor) {

@@ -8,6 +8,11 @@
 #include "app/linux/desktop_input/x11_local_key_monitor.h"
 #include "app/linux/session/system_facts.h"
 #include "core/platform/input_source_switcher.h"
+#include "core/platform/linux/desktops/gnome_sources.h"
+#include "core/platform/linux/desktops/kde_layouts.h"
+#include "core/platform/linux/desktops/sway_layouts.h"
+#include "core/platform/linux/fcitx/fcitx_input_sources.h"
+#include "core/platform/linux/ibus/ibus_input_sources.h"
 #include "core/platform/linux/main_loop.h"
 #include "core/platform/linux/x11/x11_guest_key_sender.h"
 #include "core/platform/linux/x11/x11_input_devices.h"
@@ -18,6 +23,21 @@
 
 namespace hopsel {
 
+namespace {
+
+/// The first that is in charge goes before the others: Fcitx5 and GNOME also answer for IBus.
+std::vector<std::unique_ptr<InputFramework>> frameworks(const QDBusConnection& bus) {
+    std::vector<std::unique_ptr<InputFramework>> all;
+    all.push_back(std::make_unique<FcitxInputSources>(bus));
+    all.push_back(std::make_unique<GnomeSources>());
+    all.push_back(std::make_unique<IbusInputSources>(bus));
+    all.push_back(std::make_unique<KdeLayouts>());
+    all.push_back(std::make_unique<SwayLayouts>());
+    return all;
+}
+
+} // namespace
+
 void LinuxPlatform::requireSession() {
     X11Connection connection;
     x11_input_devices::requireXInput2(connection);
@@ -26,7 +46,8 @@ void LinuxPlatform::requireSession() {
 
 LinuxPlatform::LinuxPlatform()
     : bus_(QDBusConnection::sessionBus()),
-      sources_(std::make_shared<XkbInputSources>()),
+      layouts_(std::make_shared<XkbInputSources>()),
+      sources_(std::make_shared<LinuxInputSources>(frameworks(bus_), layouts_)),
       hook_(std::make_shared<X11KeyHook>(uptimeSeconds)),
       listenSource_(std::make_shared<X11ListenSource>(hook_)),
       switchKeys_(std::make_shared<DesktopSwitchKeys>(bus_, DesktopSwitchKeys::liveReaders())),
@@ -88,6 +109,26 @@ std::function<bool(const ShortcutKey&)> LinuxPlatform::systemShortcutConflict() 
     return [switchKeys = switchKeys_](const ShortcutKey& key) { return switchKeys->conflicts(key); };
 }
 
+void LinuxPlatform::followAppearance(std::function<void(design::Appearance)> onChange) {
+    appearance_ = std::make_unique<DesktopAppearance>(bus_);
+    appearance_->onChange = std::move(onChange);
+    appearance_->start();
+}
+
+void LinuxPlatform::setOnReopen(std::function<void()> callback) {
+    activation_ = std::make_unique<ActivationServer>(bus_);
+    activation_->onActivate = [callback = std::move(callback)](const QString& token) {
+        // The toolkit takes the right to the focus from here when it activates a window.
+        if (!token.isEmpty()) qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+        callback();
+    };
+}
+
+void LinuxPlatform::frontmostAppChanged() {
+    secureInput_->windowChanged();
+    sources_->retry(); // some frameworks keep a source for each window, and do not tell
+}
+
 void LinuxPlatform::recoverFrom(SystemEvent event) {
     switch (event) {
     case SystemEvent::didWake:
@@ -100,8 +141,9 @@ void LinuxPlatform::recoverFrom(SystemEvent event) {
 LinuxPlatform::Connection LinuxPlatform::retry() {
     systemObserver_.retry();
     secureInput_->retry();
-    const bool wasLost = sources_->isLost();
-    if (wasLost && !sources_->reconnect()) return Connection::lost;
+    sources_->retry();
+    const bool wasLost = layouts_->isLost();
+    if (wasLost && !layouts_->reconnect()) return Connection::lost;
     frontmostObserver_.start();
     return wasLost ? Connection::regained : Connection::kept;
 }

@@ -5,12 +5,14 @@
 // The one place that knows the live types of this platform.
 #pragma once
 
+#include "app/activation/activation_server.h"
 #include "app/adapters/frontmost_app_observing.h"
 #include "app/adapters/local_key_monitoring.h"
 #include "app/adapters/login_item.h"
 #include "app/adapters/preferences_storing.h"
 #include "app/adapters/report_delivering.h"
 #include "app/adapters/system_settings_opening.h"
+#include "app/linux/appearance/desktop_appearance.h"
 #include "app/linux/session/desktop_switch_keys.h"
 #include "app/linux/session/x11_frontmost_app_observer.h"
 #include "app/model/diagnostics_environment.h"
@@ -18,6 +20,7 @@
 #include "core/engine/engine_coordinator.h"
 #include "core/platform/file_storage.h"
 #include "core/platform/linux/accessibility/atspi_secure_input.h"
+#include "core/platform/linux/session_sources/linux_input_sources.h"
 #include "core/platform/linux/system_events/linux_system_event_observer.h"
 #include "core/platform/linux/system_log.h"
 #include "core/platform/linux/x11/x11_key_hook.h"
@@ -55,12 +58,18 @@ class LinuxPlatform {
     std::function<bool(const ShortcutKey&)> systemShortcutConflict() const;
     std::shared_ptr<LocalKeyMonitoring> localKeys() const;
     std::unique_ptr<TrayHosting> trayHost() const;
-    const QDBusConnection& sessionBus() const { return bus_; }
     SystemEventObserving& systemObserver() { return systemObserver_; }
     FrontmostAppObserving& frontmostObserver() { return frontmostObserver_; }
 
     /// Another application came to the front.
-    void frontmostAppChanged() { secureInput_->windowChanged(); }
+    void frontmostAppChanged();
+    /// Tells light or dark at once, and every change.
+    void followAppearance(std::function<void(design::Appearance)> onChange);
+    /// Called when the user starts the program again, which is to bring its window to the front.
+    void setOnReopen(std::function<void()> callback);
+    /// Gets the program the right to show a window in front. Here a window that asks for it has the right.
+    static void comeToFront() {}
+
     /// Key-ups may have been lost in sleep or in another session: the keyboard is read again.
     void recoverFrom(SystemEvent event);
 
@@ -68,20 +77,23 @@ class LinuxPlatform {
     /// Called every two seconds: takes up again what was lost with a server or a bus.
     Connection retry();
     /// The display's server went away.
-    void setOnLost(std::function<void()> callback) { sources_->onLost = std::move(callback); }
+    void setOnLost(std::function<void()> callback) { layouts_->onLost = std::move(callback); }
     /// Why there is no listening, in words for the user; empty when there is.
     const std::string& listeningFailure() const { return listenSource_->failure(); }
 
   private:
     SystemLog log_;
     QDBusConnection bus_;
-    std::shared_ptr<XkbInputSources> sources_;
+    std::shared_ptr<XkbInputSources> layouts_; ///< of the X server
+    std::shared_ptr<LinuxInputSources> sources_;
     std::shared_ptr<X11KeyHook> hook_;
     std::shared_ptr<X11ListenSource> listenSource_;
     std::shared_ptr<DesktopSwitchKeys> switchKeys_;
     std::shared_ptr<AtspiSecureInput> secureInput_;
     LinuxSystemEventObserver systemObserver_;
     X11FrontmostAppObserver frontmostObserver_;
+    std::unique_ptr<DesktopAppearance> appearance_;
+    std::unique_ptr<ActivationServer> activation_;
 };
 
 } // namespace hopsel

@@ -13,6 +13,8 @@ namespace hopsel::product {
 inline constexpr std::string_view name = "Hopsel";
 /// For systems: the log, files and folders on Linux.
 inline constexpr std::string_view applicationIdentifier = "hopsel";
+/// For desktops: the bundle on macOS, the desktop entry on Linux. The build reads it from this line.
+inline constexpr std::string_view bundleIdentifier = "app.hopsel.Hopsel";
 /// Where bug reports go.
 inline constexpr std::string_view supportAddress = HOPSEL_SUPPORT_ADDRESS;
 

@@ -17,6 +17,23 @@ void call(const std::function<void()>& callback) {
     if (callback) callback();
 }
 
+/// The system gives the picture its own ink. Its heights are those of the menu bar, at one and at two pixels
+/// a point.
+QIcon templateIcon(const StatusItemAppearance& appearance) {
+    QIcon icon;
+    for (const int scale : {1, 2}) {
+        QPixmap picture = appearance.badge
+                              ? QPixmap::fromImage(badge_renderer::wide(
+                                    badge_renderer::currentAlone(*appearance.badge), Qt::black, scale))
+                              : design::symbolPixmap(QString::fromStdString(appearance.symbolName), {16, 16},
+                                                     Qt::black, scale);
+        picture.setDevicePixelRatio(1); // the toolkit chooses by pixels
+        icon.addPixmap(picture);
+    }
+    icon.setIsMask(true);
+    return icon;
+}
+
 } // namespace
 
 QColor StatusItemController::likelyInk() {
@@ -58,6 +75,7 @@ void StatusItemController::refresh() {
 
 QIcon StatusItemController::icon(const StatusItemAppearance& appearance, const QColor& ink) const {
     std::optional<StatusBadge> badge = appearance.badge;
+    if (kind_ == TrayKind::menuBar) return templateIcon(appearance);
     // Some panels take the largest picture and shrink it to their height: two labels would be a blur.
     if (badge && kind_ == TrayKind::statusNotifier) badge = badge_renderer::currentAlone(*badge);
     QIcon icon;
@@ -90,9 +108,13 @@ void StatusItemController::hostChanged(TrayKind kind) {
 void StatusItemController::makeItem(TrayKind kind) {
     kind_ = kind;
     item_ = std::make_unique<QSystemTrayIcon>();
-    connect(item_.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
-        if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::Context) openMenu();
-    });
+    if (kind == TrayKind::menuBar)
+        menu_.showLabels(); // and the system opens the menu itself
+    else
+        connect(item_.get(), &QSystemTrayIcon::activated, this,
+                [this](QSystemTrayIcon::ActivationReason reason) {
+                    if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::Context) openMenu();
+                });
     item_->setContextMenu(&menu_);
     refresh();
     item_->show();

@@ -6,7 +6,9 @@
 // reached from a window.
 //
 // What the toolkit does not let us do: an item made for one kind of panel never appears on the other kind, so
-// a desktop that changes kinds while the program runs counts as having no panel.
+// a desktop that changes kinds while the program runs counts as having no panel. And in the menu bar of macOS
+// its item is square: a pair of labels would be shrunk until nobody can read it, so the current one stands
+// there alone.
 #pragma once
 
 #include "app/model/app_model.h"

@@ -1,12 +1,14 @@
 #include "ui/menubar/status_menu.h"
 
 #include "core/base/overloaded.h"
+#include "ui/menubar/menu_label.h"
 #include "ui/settings/design/colors.h"
 #include "ui/settings/design/text.h"
 
 #include <QApplication>
 #include <QPainter>
 #include <QStyleOptionMenuItem>
+#include <QWidgetAction>
 #include <algorithm>
 
 namespace hopsel {
@@ -88,6 +90,8 @@ void fill(const MenuItemSpec& spec, QAction& item) {
                    [](const menu_item::Separator&) {},
                },
                spec);
+    if (const auto* owner = qobject_cast<QWidgetAction*>(&item))
+        static_cast<MenuLabel*>(owner->defaultWidget())->setLine(spec, item.text().replace("&&", "&"));
 }
 
 } // namespace
@@ -114,10 +118,26 @@ void StatusMenu::refresh() {
     shown_ = std::move(specs);
 }
 
+void StatusMenu::showLabels() {
+    hasLabels_ = true;
+    shown_.clear();
+    refresh();
+}
+
+QAction* StatusMenu::addItem(const MenuItemSpec& spec) {
+    if (!hasLabels_ || actionOf(spec) || std::holds_alternative<menu_item::Separator>(spec))
+        return addAction(QString());
+    auto* item = new QWidgetAction(this);
+    item->setDefaultWidget(new MenuLabel(spec));
+    addAction(item);
+    return item;
+}
+
 void StatusMenu::rebuild(const std::vector<MenuItemSpec>& specs) {
     clear();
     for (const MenuItemSpec& spec : specs) {
-        QAction* item = addAction(QString());
+        QAction* item = addItem(spec);
+        item->setMenuRole(QAction::NoRole); // nothing moves to an application menu because of its words
         item->setSeparator(std::holds_alternative<menu_item::Separator>(spec));
         item->setCheckable(std::holds_alternative<menu_item::Toggle>(spec));
         if (const auto action = actionOf(spec))

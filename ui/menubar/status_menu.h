@@ -5,7 +5,9 @@
 // as long as the menu keeps its shape: a panel refers to them by identifiers, and a click must not go to an
 // item that has just been replaced.
 //
-// A panel that draws the menu itself gets texts, check marks and the status line's dot, but no colours.
+// A panel that draws the menu itself gets texts, check marks and the status line's dot, but no colours. The
+// system menu of macOS takes widgets: there every line that only informs is a label of ours (header, current
+// source, rules, status); lines that can be clicked, check marks and separators are the system's own.
 #pragma once
 
 #include "ui/menubar/menu_model.h"
@@ -24,17 +26,21 @@ class StatusMenu final : public QMenu {
     StatusMenu(Read read, OnAction onAction);
 
     void refresh();
+    /// From here on lines that only inform are widgets. For menus that take them.
+    void showLabels();
 
   protected:
     void initStyleOption(QStyleOptionMenuItem* option, const QAction* action) const override;
 
   private:
     void rebuild(const std::vector<MenuItemSpec>& specs);
+    QAction* addItem(const MenuItemSpec& spec);
     void click(MenuAction action);
 
     Read read_;
     OnAction onAction_;
     std::vector<MenuItemSpec> shown_;
+    bool hasLabels_ = false;
 };
 
 } // namespace hopsel

@@ -11,6 +11,7 @@ enum class TrayKind {
     none,
     statusNotifier, ///< the item is described over D-Bus, and the panel draws it and its menu
     xEmbed,         ///< the item is a window of ours inside the panel's
+    menuBar,        ///< the system's: it tints the picture, and opens a menu of its own kind
 };
 
 class TrayHosting {

@@ -32,6 +32,7 @@ bool TrayHost::has(TrayKind kind) const {
     case TrayKind::none: return true;
     case TrayKind::statusNotifier: return statusNotifier_->hasHost().value_or(false);
     case TrayKind::xEmbed: return xEmbed_ && xEmbed_->hasHost();
+    case TrayKind::menuBar: return false;
     }
     return false;
 }

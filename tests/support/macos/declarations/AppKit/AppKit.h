@@ -1,4 +1,4 @@
-// The workspace, for Objective-C++.
+// The parts of AppKit that this program uses, for Objective-C++.
 #pragma once
 
 #include <Foundation/Foundation.h>
@@ -11,11 +11,81 @@ extern NSNotificationName NSWorkspaceWillSleepNotification;
 extern NSNotificationName NSWorkspaceDidWakeNotification;
 extern NSNotificationName NSWorkspaceSessionDidResignActiveNotification;
 extern NSNotificationName NSWorkspaceSessionDidBecomeActiveNotification;
+extern NSNotificationName NSWorkspaceDidActivateApplicationNotification;
+extern NSString* const NSWorkspaceApplicationKey;
+extern NSNotificationName NSApplicationDidFinishLaunchingNotification;
 }
+
+using NSApplicationActivationOptions = NSUInteger;
+
+@interface NSRunningApplication : NSObject
++ (NSArray<NSRunningApplication*>*)runningApplicationsWithBundleIdentifier:(NSString*)identifier;
+@property(nullable, readonly, copy) NSString* bundleIdentifier;
+@property(readonly) pid_t processIdentifier;
+- (BOOL)activateWithOptions:(NSApplicationActivationOptions)options;
+@end
 
 @interface NSWorkspace : NSObject
 @property(class, readonly, strong) NSWorkspace* sharedWorkspace;
 @property(readonly, strong) NSNotificationCenter* notificationCenter;
+@property(readonly, copy) NSArray<NSRunningApplication*>* runningApplications;
+@property(nullable, readonly, strong) NSRunningApplication* frontmostApplication;
+- (BOOL)openURL:(NSURL*)url;
+- (void)activateFileViewerSelectingURLs:(NSArray<NSURL*>*)urls;
+@end
+
+enum NSApplicationActivationPolicy : NSInteger {
+    NSApplicationActivationPolicyRegular,
+    NSApplicationActivationPolicyAccessory,
+    NSApplicationActivationPolicyProhibited,
+};
+
+@interface NSApplication : NSObject
+- (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)policy;
+- (void)activateIgnoringOtherApps:(BOOL)ignoringOthers;
+@end
+
+extern "C" {
+extern NSApplication* _Null_unspecified NSApp;
+}
+
+using NSEventMask = unsigned long long;
+enum : NSEventMask { NSEventMaskKeyDown = 1ULL << 10 };
+using NSEventModifierFlags = NSUInteger;
+
+@interface NSEvent : NSObject
+@property(readonly) unsigned short keyCode;
+@property(readonly) NSEventModifierFlags modifierFlags;
+@property(getter=isARepeat, readonly) BOOL ARepeat;
++ (nullable id)addLocalMonitorForEventsMatchingMask:(NSEventMask)mask
+                                            handler:(NSEvent* _Nullable (^)(NSEvent* event))handler;
++ (void)removeMonitor:(id)monitor;
+@end
+
+using NSPasteboardType = NSString*;
+extern "C" {
+extern NSPasteboardType const NSPasteboardTypeString;
+}
+
+@interface NSPasteboard : NSObject
+@property(class, readonly, strong) NSPasteboard* generalPasteboard;
+- (NSInteger)clearContents;
+- (BOOL)setString:(NSString*)text forType:(NSPasteboardType)type;
+@end
+
+using NSModalResponse = NSInteger;
+enum : NSModalResponse { NSModalResponseOK = 1 };
+
+@class UTType;
+
+@interface NSSavePanel : NSObject
++ (NSSavePanel*)savePanel;
+@property(copy) NSString* nameFieldStringValue;
+@property(copy) NSArray<UTType*>* allowedContentTypes;
+@property BOOL canCreateDirectories;
+@property(nullable, copy) NSURL* directoryURL;
+@property(nullable, readonly, copy) NSURL* URL;
+- (NSModalResponse)runModal;
 @end
 
 NS_ASSUME_NONNULL_END

@@ -1,0 +1,42 @@
+// What Linux asks of the process before there is an application object, and undoes once it has started.
+//
+// Made by `main`, which tells it how far the start has come. It changes the environment of the process: no
+// thread may run yet.
+#pragma once
+
+#include <QByteArray>
+#include <string>
+#include <vector>
+
+namespace hopsel {
+
+/// A variable of the environment that differs for a while; what we start later sees it as it was.
+class HiddenVariable {
+  public:
+    explicit HiddenVariable(const char* name) : name_(name), value_(qgetenv(name)) {}
+    void showAgain() const;
+
+  private:
+    const char* name_;
+    QByteArray value_;
+};
+
+class LinuxLaunch {
+  public:
+    /// Throws `std::runtime_error`, in words for the user, if this session lacks what nothing can work
+    /// without.
+    LinuxLaunch();
+    /// The application object has just been made.
+    void applicationMade();
+    /// Everything runs, or nothing ever will.
+    void finished();
+
+    /// Most wanted first.
+    static std::vector<std::string> preferredLanguages();
+
+  private:
+    HiddenVariable busAddress_;
+    HiddenVariable desktop_;
+};
+
+} // namespace hopsel

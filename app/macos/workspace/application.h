@@ -1,0 +1,17 @@
+// The process as the system sees it: an application without a place in the Dock.
+//
+// Functions on the one application object, which the toolkit has made before. Main thread.
+#pragma once
+
+#include <string>
+
+namespace hopsel::application {
+
+/// No icon in the Dock and no main menu.
+void becomeAccessory();
+/// An accessory application has to ask, or its windows appear behind those of the application in front.
+void comeToFront();
+/// "14.5.0": the patch is always written.
+std::string systemVersion();
+
+} // namespace hopsel::application

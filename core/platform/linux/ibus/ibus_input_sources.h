@@ -1,0 +1,74 @@
+// The engines of IBus as input sources: those among which the user switches, in their order.
+//
+// Made by start-up and owned by the session's catalog; needs the event loop. Everything is answered from
+// memory, which the daemon's signals keep up to date; the daemon may be killed and started again at any time,
+// also in the middle of a switch. Main thread.
+#pragma once
+
+#include "core/platform/linux/coalescing_timer.h"
+#include "core/platform/linux/frameworks/input_framework.h"
+#include "core/platform/linux/ibus/ibus_bus.h"
+#include "core/platform/linux/ibus/ibus_engine.h"
+#include "core/platform/linux/ibus/ibus_owner.h"
+#include "core/platform/linux/ibus/ibus_settings.h"
+#include "core/platform/linux/ibus/keyboard_layout.h"
+
+#include <QDBusConnection>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace hopsel {
+
+class IbusInputSources final : public InputFramework {
+  public:
+    explicit IbusInputSources(const QDBusConnection& sessionBus);
+
+    /// Those that are set and installed.
+    std::vector<InputSourceInfo> enabledKeyboardSources() override { return sources_; }
+    std::optional<std::string> currentID() override;
+    /// Text that is half composed stays: the daemon has the engine end it. `Failed` has a code of
+    /// platform_errors.h.
+    SelectResult select(const std::string& id) override;
+    std::optional<SelectResult> refusal() const override { return refusal_; }
+
+    /// False also where no engine is set: there is nothing that IBus could switch to.
+    bool isInCharge() const override { return isInCharge_; }
+    void retry() override;
+
+  private:
+    void connect();
+    void askForAll();
+    void askForEngines();
+    void askForCurrent();
+    void takeEngines(const QDBusMessage& reply);
+    void takeCurrent(const QString& engine);
+    void refuse(const QDBusMessage& reply);
+    void changeOwner();
+    void giveUp();
+    void forget();
+    void describe();
+    void updateInCharge();
+    void applyLayout(const QString& engine);
+    void reportSources();
+    void reportSelected();
+
+    std::vector<IbusEngine> engines_;
+    std::vector<InputSourceInfo> sources_;
+    std::vector<InputSourceInfo> reportedSources_;
+    std::optional<QString> current_; ///< absent until the daemon has told; empty: there is none
+    std::optional<std::string> reportedID_;
+    std::optional<QString> selecting_; ///< whose layout is still to be applied
+    std::optional<SelectResult> refusal_;
+    unsigned selectCount_ = 0;      ///< only the last selection can be refused
+    unsigned enginesQuestions_ = 0; ///< answers to all but the last are out of date
+    bool isInCharge_ = false;
+    CoalescingTimer sourcesTimer_;
+    CoalescingTimer selectedTimer_;
+    KeyboardLayout layout_;
+    IbusSettings settings_;
+    IbusBus bus_;
+    IbusOwner owner_;
+};
+
+} // namespace hopsel

@@ -1,0 +1,39 @@
+// Whether the IBus daemon itself runs in the session: its name on the session bus has an owner, and that is
+// not Fcitx5, which takes the name as well to serve IBus's clients.
+//
+// A member of the framework; needs the event loop. Nothing is ever started by it. Main thread.
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusServiceWatcher>
+#include <QObject>
+#include <functional>
+#include <optional>
+
+namespace hopsel {
+
+class IbusOwner final : public QObject {
+    Q_OBJECT
+
+  public:
+    /// `onChanged` is called from the event loop; when one owner follows another, also in between.
+    IbusOwner(const QDBusConnection& sessionBus, std::function<void()> onChanged);
+
+    /// False until the bus has answered, and when it is lost.
+    bool isThere() const { return isThere_; }
+
+  private:
+    using Process = std::optional<uint>;
+    void ask();
+    void askFor(const QString& name, std::function<void(Process)> take);
+    void set(bool isThere);
+    Q_SLOT void loseBus();
+
+    QDBusConnection bus_;
+    std::function<void()> onChanged_;
+    QDBusServiceWatcher watcher_;
+    unsigned questions_ = 0; ///< answers to all but the last are out of date
+    bool isThere_ = false;
+};
+
+} // namespace hopsel

@@ -1,0 +1,47 @@
+// Gives the X server the keyboard layout that an engine is made for, as IBus's own switcher would.
+//
+// A member of the framework: setting an engine in the daemon leaves the layout to whoever sets it. A layout
+// that the session has loaded already is locked at once; any other is loaded by setxkbmap in place of all
+// that were, which takes some tenths of a second and is not waited for. Main thread.
+#pragma once
+
+#include "core/platform/linux/xkb/xkb_server.h"
+
+#include <QProcess>
+#include <QSocketNotifier>
+#include <memory>
+#include <optional>
+
+namespace hopsel {
+
+class KeyboardLayout {
+  public:
+    KeyboardLayout();
+    ~KeyboardLayout();
+    KeyboardLayout(const KeyboardLayout&) = delete;
+    KeyboardLayout& operator=(const KeyboardLayout&) = delete;
+
+    /// An empty layout is anything. `withLatin`: one with Latin letters is loaded along, without which the
+    /// shortcuts of most programs could not be typed.
+    void apply(const XkbLayout& layout, bool withLatin);
+
+  private:
+    struct Wanted {
+        XkbLayout layout;
+        bool withLatin;
+    };
+    bool connect();
+    void takeEvents();
+    bool lockLoaded(const XkbLayout& layout);
+    void load(const Wanted& wanted);
+    void finishLoading();
+
+    std::unique_ptr<XkbServer> server_;         ///< made when a layout is first applied
+    std::unique_ptr<QSocketNotifier> notifier_; ///< on the server's descriptor, so destroyed before it
+    std::vector<XkbGroup> groups_;
+    bool areGroupsStale_ = true;
+    std::optional<Wanted> next_; ///< what came while setxkbmap ran
+    QProcess setxkbmap_;
+};
+
+} // namespace hopsel

@@ -1,0 +1,38 @@
+// Values of one GSettings schema, as they are stored now.
+//
+// A member of whoever reads them. The values are read from the storage itself and not through a GSettings
+// object, which would open a connection to the session bus and start threads, only to be told of changes; and
+// GLib ends a process whose session bus goes away. A question takes some microseconds. Main thread.
+#pragma once
+
+#include <gio/gio.h>
+#include <memory>
+
+namespace hopsel {
+
+class StoredSettings {
+  public:
+    struct Unref {
+        void operator()(GSettingsSchema* schema) const { g_settings_schema_unref(schema); }
+        void operator()(GSettingsSchemaKey* key) const { g_settings_schema_key_unref(key); }
+        void operator()(GSettingsBackend* backend) const { g_object_unref(backend); }
+        void operator()(GVariant* value) const { g_variant_unref(value); }
+    };
+    template <class T>
+    using Owned = std::unique_ptr<T, Unref>;
+
+    /// The storage is opened at the first question after the schema was installed.
+    explicit StoredSettings(const char* schema) : schemaName_(schema) {}
+
+    /// The stored value or the schema's default; nothing if there is no such setting of this type.
+    Owned<GVariant> value(const char* key, const GVariantType* type);
+
+  private:
+    bool open();
+
+    const char* schemaName_;
+    Owned<GSettingsSchema> schema_;
+    Owned<GSettingsBackend> backend_;
+};
+
+} // namespace hopsel
