@@ -1,12 +1,12 @@
 // The process entry: the preview renderer, or the application with its event loop, the signals that end it,
 // and the delegate that builds everything.
-#include "app/accessible_application.h"
 #include "app/app_delegate.h"
 #include "app/live_platform.h"
 #include "app/termination_signals.h"
 #include "core/base/product.h"
 #include "ui/l10n/l10n.h"
 #include "ui/preview/render_ui.h"
+#include "ui/settings/design/accessible_scroll_area.h"
 
 #include <QApplication>
 #include <cstdio>
@@ -33,7 +33,7 @@ int runApplication(int argc, char** argv) {
         return EXIT_FAILURE;
     }
     QApplication application(argc, argv);
-    hopsel::describeApplicationToScreenReaders();
+    hopsel::design::describeScrollAreasSafely();
     launch->applicationMade();
     QApplication::setApplicationDisplayName(QString::fromUtf8(hopsel::product::name.data()));
     QApplication::setDesktopFileName(QString::fromUtf8(hopsel::product::bundleIdentifier.data()));

@@ -59,8 +59,12 @@ void Walk::click(const std::string& name) {
         widget = *found;
         // Below the window's edge it is "showing" as well: the page scrolls.
         const int middle = found->y + found->height / 2;
-        if (middle < seen.front().y + seen.front().height) return true;
-        point(seen.front());
+        const auto window =
+            std::max_element(seen.begin(), seen.end(), [](const SeenWidget& a, const SeenWidget& b) {
+                return a.width * a.height < b.width * b.height;
+            });
+        if (middle < window->y + window->height) return true;
+        point(*window);
         keyboard.scroll(XKeyboard::Scroll::down);
         return false;
     })) << name;
@@ -120,12 +124,6 @@ void Walk::chooseFromTray(int fromTheEnd) {
     }));
     for (int i = 0; i < fromTheEnd; ++i) keyboard.tap(KEY_UP);
     keyboard.tap(key::enter);
-}
-
-std::optional<SeenWidget> Walk::beginning(const std::string& text) const {
-    for (SeenWidget& widget : reader.look())
-        if (widget.name.rfind(text, 0) == 0) return std::move(widget);
-    return std::nullopt;
 }
 
 std::string Walk::settings() const {

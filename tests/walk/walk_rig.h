@@ -38,8 +38,6 @@ class Walk : public testing::Test {
     bool waitForPopup(std::chrono::milliseconds timeout = std::chrono::seconds(10)) const;
 
     bool sees(const std::string& name) const { return reader.find(name).has_value(); }
-    /// A name that begins so.
-    std::optional<session::SeenWidget> beginning(const std::string& text) const;
     std::string settings() const;
     void tapTrigger() { keyboard.tap(session::key::rightSuper); }
     void pressShiftSpace();
@@ -49,7 +47,7 @@ class Walk : public testing::Test {
     session::XKeyboard keyboard;
     session::PrivateBus bus;
     session::AccessibilityBus accessibility;
-    session::ScreenReader reader{"Hopsel"};
+    session::ScreenReader reader{"hopsel"};
     session::TemporaryFolder home;
     std::unique_ptr<session::ChildProcess> running;
 };

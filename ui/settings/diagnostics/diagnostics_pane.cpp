@@ -8,6 +8,7 @@
 #include "ui/settings/following.h"
 #include "ui/settings/texts.h"
 
+#include <QGuiApplication>
 #include <QHideEvent>
 #include <QShowEvent>
 #include <chrono>
@@ -33,7 +34,12 @@ DiagnosticsPane::DiagnosticsPane(AppModel& model, QWidget* parent)
     nextLook_.setSingleShot(true);
     nextLook_.setInterval(std::chrono::milliseconds(50));
     nextLook_.callOnTimeout(this, [this] {
-        if (isVisible()) refresh();
+        if (!isVisible()) return;
+        // A press is recorded as well, and must not move the button away from under the pointer.
+        if (QGuiApplication::mouseButtons() != Qt::NoButton)
+            nextLook_.start();
+        else
+            refresh();
     });
     model.diagnosticsFeed().observe(this, [this] {
         if (isVisible() && !nextLook_.isActive()) nextLook_.start();
