@@ -59,10 +59,8 @@ void Walk::click(const std::string& name) {
         widget = *found;
         // Below the window's edge it is "showing" as well: the page scrolls.
         const int middle = found->y + found->height / 2;
-        const auto window =
-            std::max_element(seen.begin(), seen.end(), [](const SeenWidget& a, const SeenWidget& b) {
-                return a.width * a.height < b.width * b.height;
-            });
+        auto window = found;
+        while (!window->isWindow) --window;
         if (middle < window->y + window->height) return true;
         point(*window);
         keyboard.scroll(XKeyboard::Scroll::down);

@@ -72,6 +72,7 @@ void collect(AtspiAccessible* accessible, int depth, std::vector<SeenWidget>& se
     if (depth > 0) {
         if (!has(accessible, ATSPI_STATE_SHOWING)) return;
         seen.push_back(describe(accessible));
+        seen.back().isWindow = depth == 1;
     }
     const int count = std::min(atspi_accessible_get_child_count(accessible, nullptr), widest);
     for (int i = 0; i < count; ++i) {

@@ -32,6 +32,7 @@ struct SeenWidget {
     std::string role; ///< in the library's English words, for example "push button"
     std::string description;
     int x = 0, y = 0, width = 0, height = 0;
+    bool isWindow = false; ///< what follows is in it, until the next
     bool isFocused = false;
     bool isFocusable = false;
     bool isChecked = false;

@@ -1,7 +1,8 @@
 // How screen readers are told of pages that scroll.
 //
-// Takes the place of the toolkit's own description, which looks into the list of a page's parts without a look at
-// its length: a screen reader that asks for a scroll bar which has just disappeared would end the program.
+// Takes the place of the toolkit's own description, which looks into the list of a page's parts without a
+// look at its length: a screen reader that asks for a scroll bar which has just disappeared would end the
+// program.
 #pragma once
 
 namespace hopsel::design {
