@@ -1,5 +1,5 @@
-// One input framework of a Linux session, as the catalog of the session sees it: Fcitx5, IBus, a desktop's own
-// layouts, or the X server's.
+// One input framework of a Linux session, as the catalog of the session sees it: Fcitx5, IBus, a desktop's
+// own layouts, or the X server's.
 //
 // Each implementation watches its own daemon for as long as it lives, whether or not it is in charge, answers
 // from memory, and asks and selects without waiting: what the daemon says arrives through the event loop, and
