@@ -1,0 +1,102 @@
+// The program with a real input method and another program's text field: a hundred taps of the trigger, and
+// after each the letters that were meant.
+#include "fcitx/fcitx_session.h"
+#include "ibus/ibus_session.h"
+#include "session/text_field.h"
+#include "session/x_keyboard.h"
+#include "session/x_layouts.h"
+#include "session/x_server.h"
+
+namespace hopsel::test {
+namespace {
+
+using namespace session;
+
+constexpr int taps = 100;
+constexpr std::uint16_t hanSyllable[] = {KEY_G, KEY_K, KEY_S};
+
+std::string settings(const std::string& korean, const std::string& english) {
+    return R"({"schemaVersion": 2, "rules": [{"id": "7A4C0A52-0D5C-4E0E-9E39-3F1B0C7C2B11", "enabled": true,
+        "trigger": {"type": "modifier_tap", "key": "rightCommand"},
+        "action": {"type": "toggle_input_source",
+                   "sourceA": {"sourceId": ")" +
+           korean + R"(", "displayName": "Korean"}, "sourceB": {"sourceId": ")" + english +
+           R"(", "displayName": "English"}}}]})";
+}
+
+/// Types Korean and English in turn. `sources` follows the daemon beside the program, as a user's eye does.
+void typeInTurn(InputFramework& sources, const TemporaryFolder& folder, const char* inputMethod,
+                const std::string& korean, const std::string& english) {
+    ChildProcess::Options options;
+    options.program = HOPSEL_EXECUTABLE;
+    options.environment = {{"HOPSEL_CONFIG", folder.write("rules.json", settings(korean, english)).string()}};
+    const ChildProcess program(options);
+    TextField field(inputMethod);
+    XKeyboard keyboard;
+    const auto becomes = [&](const std::string& id, std::chrono::milliseconds patience) {
+        return runLoopUntil(
+            [&] {
+                sources.retry();
+                return sources.currentID() == id;
+            },
+            patience);
+    };
+    // As fast as fingers are. A switch in the same instant as a key can overtake that key on its way through
+    // the application to the input method: IBus then drops the letter, or what it was composing.
+    const auto fingersMove = [] { staysFalse([] { return false; }, std::chrono::milliseconds(30)); };
+    const auto tapTrigger = [&] {
+        keyboard.press(key::rightSuper);
+        fingersMove();
+        keyboard.release(key::rightSuper);
+    };
+    // Until the program has started, a tap does nothing.
+    const Deadline start(std::chrono::seconds(30));
+    while (!becomes(korean, std::chrono::milliseconds(700)) && !start.hasPassed()) tapTrigger();
+    std::string expected;
+    for (int tap = 0; tap < taps; tap += 2) {
+        ASSERT_TRUE(becomes(korean, std::chrono::seconds(5))) << tap;
+        fingersMove();
+        for (const std::uint16_t code : hanSyllable) keyboard.tap(code);
+        ASSERT_TRUE(field.waitForComposed("한")) << tap << ' ' << field.text() << field.composed();
+        tapTrigger();
+        ASSERT_TRUE(becomes(english, std::chrono::seconds(5))) << tap;
+        fingersMove();
+        keyboard.tap(key::a);
+        expected += "한a";
+        ASSERT_TRUE(field.waitForText(expected)) << tap << ' ' << field.text();
+        tapTrigger();
+    }
+}
+
+TEST(Typing, FollowsEveryTapWithIbus) {
+    IbusSession session;
+    setLayouts("us,kr", ",kr104");
+    IbusSession::setEngines("['xkb:us::eng', 'hangul']");
+    IbusSession::setHangulStart("hangul");
+    session.startWindowManager();
+    session.startDaemon();
+    const auto sources = session.makeSources();
+    ASSERT_TRUE(IbusSession::become(true, *sources));
+    const TemporaryFolder folder;
+    typeInTurn(*sources, folder, "ibus", "ibus:hangul", "ibus:xkb:us::eng");
+}
+
+class TypingWithFcitx : public FcitxSession {};
+
+TEST_F(TypingWithFcitx, FollowsEveryTap) {
+    home.write("fcitx5/profile", "[Groups/0]\nName=Default\nDefault Layout=us\nDefaultIM=hangul\n"
+                                 "[Groups/0/Items/0]\nName=keyboard-us\nLayout=\n"
+                                 "[Groups/0/Items/1]\nName=hangul\nLayout=\n[GroupOrder]\n0=Default\n");
+    XServer server;
+    setLayouts("us");
+    server.startWindowManager();
+    ChildProcess::Options options;
+    options.program = options.package = "fcitx5";
+    options.errors = ChildProcess::Output::discard;
+    const ChildProcess daemon(options);
+    ASSERT_TRUE(becomeInCharge());
+    typeInTurn(*sources, home, "fcitx", korean, english);
+}
+
+} // namespace
+} // namespace hopsel::test
