@@ -35,6 +35,7 @@ class IbusSession {
     session::ChildProcess& daemon() { return *daemon_; }
 
     void startWindowManager() { server_.startWindowManager(); }
+    void startPanel() { server_.startPanel(); }
     const QDBusConnection& bus() const { return connection_; }
     /// A new framework on this session's bus, without waiting for it.
     std::shared_ptr<IbusInputSources> makeSources() const;

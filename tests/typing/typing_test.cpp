@@ -74,6 +74,7 @@ TEST(Typing, FollowsEveryTapWithIbus) {
     IbusSession::setEngines("['xkb:us::eng', 'hangul']");
     IbusSession::setHangulStart("hangul");
     session.startWindowManager();
+    session.startPanel(); // without one the program opens a window of its own
     session.startDaemon();
     const auto sources = session.makeSources();
     ASSERT_TRUE(IbusSession::become(true, *sources));
@@ -90,6 +91,7 @@ TEST_F(TypingWithFcitx, FollowsEveryTap) {
     XServer server;
     setLayouts("us");
     server.startWindowManager();
+    server.startPanel();
     ChildProcess::Options options;
     options.program = options.package = "fcitx5";
     options.errors = ChildProcess::Output::discard;
