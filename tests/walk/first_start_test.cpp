@@ -6,7 +6,6 @@ using namespace hopsel::test;
 using namespace hopsel::session;
 using namespace std::chrono_literals;
 using testing::HasSubstr;
-using testing::Not;
 
 namespace {
 

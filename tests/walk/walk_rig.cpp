@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <fstream>
 
-// The accessibility library keeps what it once asked for.
+// The accessibility library keeps what it once asked for. The name is the leak checker's.
+// NOLINTNEXTLINE(bugprone-reserved-identifier, readability-identifier-naming)
 extern "C" const char* __lsan_default_suppressions() {
     return "leak:libdbus-1\nleak:libglib-2\nleak:libatspi";
 }
