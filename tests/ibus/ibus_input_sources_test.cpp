@@ -167,7 +167,9 @@ TEST_F(IbusInputSourcesTest, DaemonMayBeKilledAgainAndAgainWhileSwitching) {
         start();
     }
     EXPECT_EQ(inChargeChanges, 1 + 2 * kills);
-    EXPECT_TRUE(service.switchTo(hangul.id).verified);
+    // The first time, the daemon has to start the engine's own program, which may take longer than a switch
+    // waits.
+    EXPECT_TRUE(runLoopUntil([this] { return service.switchTo(hangul.id).verified; }));
 }
 
 } // namespace
