@@ -1,5 +1,5 @@
 // A Fcitx5 that answers late, wrongly, hugely or not at all.
-#include "fcitx/fcitx_session.h"
+#include "fcitx/fcitx_rig.h"
 #include "fcitx/played_fcitx.h"
 
 #include <set>
@@ -9,7 +9,7 @@ using namespace hopsel::test;
 
 namespace {
 
-class HostileFcitx : public FcitxSession {
+class HostileFcitx : public FcitxRig {
   protected:
     /// Keeps the calls of the method unanswered, for the test to answer later.
     void hold(const QString& method) {

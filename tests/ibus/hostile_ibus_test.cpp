@@ -4,7 +4,7 @@
 #include "core/platform/linux/main_loop.h"
 #include "core/platform/linux/xkb/platform_errors.h"
 #include "ibus/fake_ibus.h"
-#include "ibus/ibus_session.h"
+#include "ibus/ibus_rig.h"
 #include "session/file_descriptor.h"
 #include "session/temporary_folder.h"
 #include "support/qt_waiting.h"
@@ -29,12 +29,12 @@ const test::FakeEngine english{"xkb:us::eng", "", "en", "-display us;reboot", "a
 
 class HostileIbus : public testing::Test {
   protected:
-    HostileIbus() { test::IbusSession::setEngines("['hangul', 'xkb:us::eng']"); }
+    HostileIbus() { test::IbusRig::setEngines("['hangul', 'xkb:us::eng']"); }
     ~HostileIbus() override { QDBusConnection::disconnectFromBus("owner"); }
 
-    bool become(bool isInCharge) { return test::IbusSession::become(isInCharge, *sources); }
+    bool become(bool isInCharge) { return test::IbusRig::become(isInCharge, *sources); }
 
-    test::IbusSession session;
+    test::IbusRig session;
     QDBusConnection owner =
         QDBusConnection::connectToBus(qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"), "owner");
     FakeIbus fake;
@@ -88,7 +88,7 @@ TEST_F(HostileIbus, ListIsBoundedCleanAndWithoutDuplicates) {
     engines[2].name = "";
     engines[3].name = "one\ntwo\u202e three";
     engines << engines[3];
-    test::IbusSession::setEngines(names + "]");
+    test::IbusRig::setEngines(names + "]");
     fake.behave(engines);
     fake.replies["Get"] = FakeIbus::returning(FakeIbus::variant(hangul));
     owner.registerService(ibusName);

@@ -1,7 +1,7 @@
 // What a user has of it: Korean and English text in another program's field.
 #include "core/platform/input_source_switcher.h"
 #include "core/platform/linux/main_loop.h"
-#include "ibus/ibus_session.h"
+#include "ibus/ibus_rig.h"
 #include "session/text_field.h"
 #include "session/x_keyboard.h"
 #include "session/x_layouts.h"
@@ -14,15 +14,15 @@ namespace {
 constexpr std::uint16_t hanSyllable[] = {KEY_G, KEY_K, KEY_S};
 
 TEST(IbusTyping, SwitchInTheMiddleOfASyllableKeepsItEveryTime) {
-    test::IbusSession session;
+    test::IbusRig session;
     session::setLayouts("us,kr", ",kr104");
-    test::IbusSession::setEngines("['xkb:us::eng', 'hangul']");
-    test::IbusSession::setHangulStart("hangul");
+    test::IbusRig::setEngines("['xkb:us::eng', 'hangul']");
+    test::IbusRig::setHangulStart("hangul");
     session.startWindowManager();
     const auto sources = session.makeSources();
     LiveInputSourceService service(sources, uptimeSeconds, runFor);
     session.startDaemon();
-    ASSERT_TRUE(test::IbusSession::become(true, *sources));
+    ASSERT_TRUE(test::IbusRig::become(true, *sources));
     ASSERT_TRUE(service.switchTo("ibus:xkb:us::eng").verified);
     session::TextField field("ibus");
     session::XKeyboard keyboard;

@@ -1,7 +1,7 @@
 // The program with a real input method and another program's text field: a hundred taps of the trigger, and
 // after each the letters that were meant.
-#include "fcitx/fcitx_session.h"
-#include "ibus/ibus_session.h"
+#include "fcitx/fcitx_rig.h"
+#include "ibus/ibus_rig.h"
 #include "session/text_field.h"
 #include "session/x_keyboard.h"
 #include "session/x_layouts.h"
@@ -69,35 +69,30 @@ void typeInTurn(InputFramework& sources, const TemporaryFolder& folder, const ch
 }
 
 TEST(Typing, FollowsEveryTapWithIbus) {
-    IbusSession session;
+    IbusRig session;
     setLayouts("us,kr", ",kr104");
-    IbusSession::setEngines("['xkb:us::eng', 'hangul']");
-    IbusSession::setHangulStart("hangul");
+    IbusRig::setEngines("['xkb:us::eng', 'hangul']");
+    IbusRig::setHangulStart("hangul");
     session.startWindowManager();
     session.startPanel(); // without one the program opens a window of its own
     session.startDaemon();
     const auto sources = session.makeSources();
-    ASSERT_TRUE(IbusSession::become(true, *sources));
+    ASSERT_TRUE(IbusRig::become(true, *sources));
     const TemporaryFolder folder;
     typeInTurn(*sources, folder, "ibus", "ibus:hangul", "ibus:xkb:us::eng");
 }
 
-class TypingWithFcitx : public FcitxSession {};
+class TypingWithFcitx : public FcitxRig {};
 
 TEST_F(TypingWithFcitx, FollowsEveryTap) {
-    home.write("fcitx5/profile", "[Groups/0]\nName=Default\nDefault Layout=us\nDefaultIM=hangul\n"
-                                 "[Groups/0/Items/0]\nName=keyboard-us\nLayout=\n"
-                                 "[Groups/0/Items/1]\nName=hangul\nLayout=\n[GroupOrder]\n0=Default\n");
+    const TemporaryFolder folder;
     XServer server;
     setLayouts("us");
     server.startWindowManager();
     server.startPanel();
-    ChildProcess::Options options;
-    options.program = options.package = "fcitx5";
-    options.errors = ChildProcess::Output::discard;
-    const ChildProcess daemon(options);
+    session.startDaemon();
     ASSERT_TRUE(becomeInCharge());
-    typeInTurn(*sources, home, "fcitx", korean, english);
+    typeInTurn(*sources, folder, "fcitx", korean, english);
 }
 
 } // namespace

@@ -27,8 +27,10 @@ void IbusBus::open(const QString& address) {
     static int count = 0;
     connection_ = QDBusConnection::connectToPeer(address, "hopsel-ibus-" + QString::number(++count));
     if (!connection_.isConnected()) return close();
+    signals_ = std::make_unique<IbusSignals>();
     connection_.connect(QString(), "/org/freedesktop/DBus/Local", "org.freedesktop.DBus.Local",
-                        "Disconnected", this, SLOT(disconnected()));
+                        "Disconnected", signals_.get(), SIGNAL(disconnected()));
+    QObject::connect(signals_.get(), &IbusSignals::disconnected, &context_, [this] { lose(); });
     send(callToBus("Hello"), [this](const QDBusMessage& reply) {
         if (reply.type() != QDBusMessage::ReplyMessage) return lose();
         watchSignals();
@@ -37,8 +39,12 @@ void IbusBus::open(const QString& address) {
 }
 
 void IbusBus::watchSignals() {
-    connection_.connect(QString(), path, interface, "GlobalEngineChanged", this, SLOT(changeEngine(QString)));
-    connection_.connect(QString(), path, interface, "RegistryChanged", this, SLOT(changeRegistry()));
+    connection_.connect(QString(), path, interface, "GlobalEngineChanged", signals_.get(),
+                        SIGNAL(engineChanged(QString)));
+    connection_.connect(QString(), path, interface, "RegistryChanged", signals_.get(),
+                        SIGNAL(registryChanged()));
+    QObject::connect(signals_.get(), &IbusSignals::engineChanged, &context_, callbacks_.onEngineChanged);
+    QObject::connect(signals_.get(), &IbusSignals::registryChanged, &context_, callbacks_.onRegistryChanged);
     // For a bus the library would ask for them itself.
     auto match = callToBus("AddMatch");
     match << QStringLiteral("type='signal',interface='org.freedesktop.IBus',path='/org/freedesktop/IBus'");
@@ -47,6 +53,7 @@ void IbusBus::watchSignals() {
 
 void IbusBus::close() {
     ++openCount_;
+    signals_.reset();
     const QString name = connection_.name();
     if (name.isEmpty()) return;
     connection_ = QDBusConnection(QString());
@@ -57,18 +64,6 @@ void IbusBus::lose() {
     if (!isOpen()) return;
     close();
     callbacks_.onLost();
-}
-
-void IbusBus::disconnected() {
-    if (!isLate()) lose();
-}
-
-void IbusBus::changeEngine(const QString& engine) {
-    if (!isLate()) callbacks_.onEngineChanged(engine);
-}
-
-void IbusBus::changeRegistry() {
-    if (!isLate()) callbacks_.onRegistryChanged();
 }
 
 void IbusBus::call(const char* method, const QVariantList& arguments, Answer onAnswer) {
@@ -84,12 +79,13 @@ void IbusBus::readProperty(const char* name, Answer onAnswer) {
 }
 
 void IbusBus::send(const QDBusMessage& message, Answer onAnswer) {
-    auto* call = new QDBusPendingCallWatcher(connection_.asyncCall(message, forEver), this);
-    connect(call, &QDBusPendingCallWatcher::finished, this,
-            [this, onAnswer = std::move(onAnswer), count = openCount_](QDBusPendingCallWatcher* finished) {
-                finished->deleteLater();
-                if (count == openCount_) onAnswer(finished->reply());
-            });
+    auto* call = new QDBusPendingCallWatcher(connection_.asyncCall(message, forEver), &context_);
+    QObject::connect(
+        call, &QDBusPendingCallWatcher::finished, &context_,
+        [this, onAnswer = std::move(onAnswer), count = openCount_](QDBusPendingCallWatcher* finished) {
+            finished->deleteLater();
+            if (count == openCount_) onAnswer(finished->reply());
+        });
 }
 
 } // namespace hopsel

@@ -6,18 +6,19 @@
 // What arrives after the connection was closed is dropped. Main thread.
 #pragma once
 
+#include "core/platform/linux/ibus/ibus_signals.h"
+
 #include <QDBusConnection>
-#include <QDBusContext>
 #include <QDBusMessage>
 #include <QObject>
 #include <QString>
+#include <QVariantList>
 #include <functional>
+#include <memory>
 
 namespace hopsel {
 
-class IbusBus final : public QObject, protected QDBusContext {
-    Q_OBJECT
-
+class IbusBus final {
   public:
     /// All are called from the event loop.
     struct Callbacks {
@@ -29,7 +30,9 @@ class IbusBus final : public QObject, protected QDBusContext {
     };
 
     explicit IbusBus(Callbacks callbacks) : callbacks_(std::move(callbacks)) {}
-    ~IbusBus() override { close(); }
+    ~IbusBus() { close(); }
+    IbusBus(const IbusBus&) = delete;
+    IbusBus& operator=(const IbusBus&) = delete;
 
     /// One that hangs is waited for until it is closed: its backlog must not fill with attempts of ours.
     void open(const QString& address);
@@ -46,15 +49,12 @@ class IbusBus final : public QObject, protected QDBusContext {
     void send(const QDBusMessage& message, Answer onAnswer);
     void watchSignals();
     void lose();
-    /// What the connection before this one said may still be on its way.
-    bool isLate() const { return connection().name() != connection_.name(); }
-    Q_SLOT void disconnected();
-    Q_SLOT void changeEngine(const QString& engine);
-    Q_SLOT void changeRegistry();
 
     Callbacks callbacks_;
     QDBusConnection connection_{QString()};
-    unsigned openCount_ = 0; ///< tells a connection's late answers from those of the next
+    std::unique_ptr<IbusSignals> signals_; ///< while it is open
+    unsigned openCount_ = 0;               ///< tells a connection's late answers from those of the next
+    QObject context_;                      ///< answers end with it
 };
 
 } // namespace hopsel

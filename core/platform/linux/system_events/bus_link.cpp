@@ -1,5 +1,7 @@
 #include "core/platform/linux/system_events/bus_link.h"
 
+#include <QCoreApplication>
+
 namespace hopsel {
 
 namespace {
@@ -30,6 +32,9 @@ bool BusLink::connect() {
 void BusLink::disconnect() {
     const QString name = connection_.name();
     if (name.isEmpty()) return;
+    // What a lost one said last may still be queued, with a bare pointer to it.
+    if (auto* application = QCoreApplication::instance())
+        QMetaObject::invokeMethod(application, [connection = connection_] {}, Qt::QueuedConnection);
     connection_ = QDBusConnection(QString());
     QDBusConnection::disconnectFromBus(name);
 }

@@ -1,10 +1,10 @@
-// A session for Fcitx5: a message bus and a home of its own, and the sources as the program uses them.
+// A session with Fcitx5, and the sources as the program uses them.
 #pragma once
 
 #include "core/platform/input_source_switcher.h"
 #include "core/platform/linux/fcitx/fcitx_input_sources.h"
 #include "core/platform/linux/xkb/platform_errors.h"
-#include "session/private_bus.h"
+#include "session/fcitx_session.h"
 #include "support/qt_waiting.h"
 
 #include <QDBusConnection>
@@ -19,10 +19,10 @@ const SelectResult gone = select_result::Failed{platform_error::frameworkGone};
 const SelectResult refused = select_result::Failed{platform_error::frameworkRefused};
 const SelectResult noField = select_result::Failed{platform_error::noInputContext};
 
-class FcitxSession : public testing::Test {
+class FcitxRig : public testing::Test {
   protected:
-    FcitxSession();
-    ~FcitxSession() override;
+    FcitxRig();
+    ~FcitxRig() override;
 
     QDBusConnection connect();
 
@@ -37,8 +37,7 @@ class FcitxSession : public testing::Test {
     /// Asks as the program's timer does, until the condition holds.
     bool reach(const std::function<bool()>& condition) const;
 
-    session::TemporaryFolder home;
-    session::PrivateBus bus;
+    session::FcitxSession session;
     QDBusConnection connection = connect();
     std::shared_ptr<FcitxInputSources> sources;
     int chargeChanges = 0, sourcesChanges = 0, selectedChanges = 0;
