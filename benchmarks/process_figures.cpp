@@ -26,6 +26,18 @@ Memory memoryOf(pid_t process) {
     return {.proportional = figureIn(file, "Pss:"), .own = figureIn(file, "Private_Dirty:")};
 }
 
+double processorTime(pid_t process) {
+    constexpr double nanosecondsPerMillisecond = 1e6;
+    double total = 0;
+    for (const auto& thread : std::filesystem::directory_iterator(folderOf(process) / "task")) {
+        double nanoseconds = 0;
+        if (!(std::ifstream(thread.path() / "schedstat") >> nanoseconds))
+            throw std::runtime_error("the kernel does not tell processor times");
+        total += nanoseconds / nanosecondsPerMillisecond;
+    }
+    return total;
+}
+
 long wakeUps(pid_t process) {
     long total = 0;
     for (const auto& thread : std::filesystem::directory_iterator(folderOf(process) / "task"))

@@ -11,6 +11,9 @@ struct Memory {
 };
 Memory memoryOf(pid_t process);
 
+/// Milliseconds that its threads have had a processor.
+double processorTime(pid_t process);
+
 /// How often its threads have gone to sleep by their own will, which is how often they were woken.
 long wakeUps(pid_t process);
 

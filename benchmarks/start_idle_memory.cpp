@@ -1,10 +1,9 @@
 #include "benchmarks/benchmarks.h"
+#include "benchmarks/idle.h"
 #include "benchmarks/measurement.h"
 #include "benchmarks/process_figures.h"
 #include "benchmarks/trigger_key.h"
 #include "session/hopsel_program.h"
-
-#include <poll.h>
 
 namespace hopsel::bench {
 
@@ -13,13 +12,9 @@ using namespace session;
 namespace {
 
 constexpr int starts = 20;
-constexpr int quietSeconds = 20;
 constexpr int switches = 10000;
 constexpr int keyEvents = 1000000;
 constexpr int lettersInOneGo = 500; ///< two key events each
-
-/// Nothing is awaited here: that nothing happens is what is measured.
-void letTimePass(int seconds) { poll(nullptr, 0, seconds * 1000); }
 
 } // namespace
 
@@ -37,12 +32,7 @@ void measureStart(const Programs& programs) {
 void measureIdle(const Programs& programs) {
     HopselProgram program(programs.hopsel, twoRules);
     TriggerKey().tapUntilSwitched();
-    letTimePass(1);
-    const long before = wakeUps(program.process().id());
-    letTimePass(quietSeconds);
-    const double perMinute =
-        static_cast<double>(wakeUps(program.process().id()) - before) * 60 / quietSeconds;
-    report("idle, wake-ups", perMinute, "/min", 30.0);
+    reportIdle("idle", program.process().id(), 30.0); // the two-second timer
 }
 
 void measureMemory(const Programs& programs) {

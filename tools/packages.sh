@@ -13,7 +13,8 @@ packages_to_test="libgtest-dev libgmock-dev clang libclang-rt-dev xauth dbus-dae
   libatspi2.0-dev at-spi2-core sway libxkbcommon-tools dconf-cli dconf-service dconf-gsettings-backend
   gsettings-desktop-schemas ibus ibus-hangul fcitx5 fcitx5-hangul fcitx5-frontend-gtk3 ibus-gtk3 python3-gi gir1.2-gtk-3.0"
 packages_to_check="git clang-format-19 clang-tidy-19"
-packages_to_bench="libbenchmark-dev xcape"
+packages_to_bench="libbenchmark-dev xcape dbus-daemon libglib2.0-bin dconf-cli dconf-service dconf-gsettings-backend ibus
+  ibus-hangul fcitx5 fcitx5-hangul fcitx5-frontend-gtk3 ibus-gtk3 python3-gi gir1.2-gtk-3.0"
 
 is_installed() { dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null | grep -qx installed; }
 

@@ -102,7 +102,7 @@ TEST_F(IbusInputSourcesTest, SwitchIsVerifiedByTheDaemonsSignalWithTheEnginesLay
     EXPECT_EQ(layouts.lockedGroup(), 1) << "the user wants it left alone";
 }
 
-TEST_F(IbusInputSourcesTest, LayoutThatIsNotLoadedIsLoadedTheLastOneWins) {
+TEST_F(IbusInputSourcesTest, LayoutThatIsNotLoadedIsLoadedOnceWithTheOthers) {
     test::IbusRig::setEngines("['xkb:us::eng', 'hangul', 'xkb:ru::rus']");
     session::setLayouts("de,fr");
     session::XLayouts layouts;
@@ -116,13 +116,18 @@ TEST_F(IbusInputSourcesTest, LayoutThatIsNotLoadedIsLoadedTheLastOneWins) {
             [&] { return session::runProgram(query).find(description + "\n") != std::string::npos; });
     };
     EXPECT_TRUE(service.switchTo("ibus:xkb:ru::rus").verified);
-    EXPECT_TRUE(isLoaded("layout:     ru,us")) << "with a layout to type shortcuts in";
+    EXPECT_TRUE(isLoaded("layout:     ru,us,kr\nvariant:    ,,kr104"))
+        << "with those that will be wanted next";
     EXPECT_TRUE(layouts.waitForGroup(0, 5s));
-    for (const auto& id : {hangul.id, english.id, hangul.id, english.id})
+    for (const auto& id : {hangul.id, english.id, hangul.id}) EXPECT_TRUE(service.switchTo(id).verified);
+    EXPECT_TRUE(layouts.waitForGroup(2, 5s)) << "which then are locked at once";
+    EXPECT_TRUE(isLoaded("layout:     ru,us,kr\nvariant:    ,,kr104"));
+
+    session::setLayouts("de,fr");
+    for (const auto& id : {std::string("ibus:xkb:ru::rus"), hangul.id, english.id})
         EXPECT_TRUE(service.switchTo(id).verified);
-    EXPECT_TRUE(isLoaded("layout:     us"));
-    EXPECT_TRUE(service.switchTo(hangul.id).verified);
-    EXPECT_TRUE(isLoaded("layout:     kr\nvariant:    kr104"));
+    EXPECT_TRUE(isLoaded("layout:     ru,us,kr\nvariant:    ,,kr104"));
+    EXPECT_TRUE(layouts.waitForGroup(1, 5s)) << "what was wanted last while they were being loaded";
 }
 
 TEST_F(IbusInputSourcesTest, ChangeByAnotherProgramIsFollowed) {

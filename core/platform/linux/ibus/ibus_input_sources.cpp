@@ -158,7 +158,9 @@ void IbusInputSources::applyLayout(const QString& engineID) {
         return other.layout == layout.layout && (other.variant.empty() || other.variant == layout.variant);
     };
     const auto& withoutLatin = settings.layoutsWithoutLatin;
-    layout_.apply(layout, std::any_of(withoutLatin.begin(), withoutLatin.end(), isMeant));
+    KeyboardLayout::Wanted wanted{layout, std::any_of(withoutLatin.begin(), withoutLatin.end(), isMeant), {}};
+    for (const IbusEngine& other : engines_) wanted.others.push_back(other.layout);
+    layout_.apply(wanted);
 }
 
 void IbusInputSources::updateInCharge() {

@@ -6,6 +6,24 @@
 
 namespace hopsel {
 
+namespace {
+
+constexpr std::size_t mostGroups = 4; // of the X keyboard extension
+
+/// The wanted one is the first: whatever the others are, it can be locked.
+std::vector<XkbLayout> loadedTogether(const KeyboardLayout::Wanted& wanted) {
+    std::vector<XkbLayout> layouts{wanted.layout};
+    const auto add = [&layouts](const XkbLayout& layout) {
+        const bool isThere = std::find(layouts.begin(), layouts.end(), layout) != layouts.end();
+        if (!layout.layout.empty() && !isThere && layouts.size() < mostGroups) layouts.push_back(layout);
+    };
+    if (wanted.withLatin) add({"us", ""});
+    for (const XkbLayout& layout : wanted.others) add(layout);
+    return layouts;
+}
+
+} // namespace
+
 KeyboardLayout::KeyboardLayout() {
     setxkbmap_.setStandardOutputFile(QProcess::nullDevice());
     setxkbmap_.setStandardErrorFile(QProcess::nullDevice());
@@ -19,15 +37,15 @@ KeyboardLayout::~KeyboardLayout() {
     setxkbmap_.waitForFinished();
 }
 
-void KeyboardLayout::apply(const XkbLayout& layout, bool withLatin) {
+void KeyboardLayout::apply(const Wanted& wanted) {
     // On Wayland the layout is the compositor's, and the X server there only follows.
-    if (layout.layout.empty() || qEnvironmentVariableIsSet("WAYLAND_DISPLAY")) return;
+    if (wanted.layout.layout.empty() || qEnvironmentVariableIsSet("WAYLAND_DISPLAY")) return;
     if (setxkbmap_.state() != QProcess::NotRunning) {
-        next_ = {layout, withLatin}; // the groups will be others when it has ended
+        next_ = wanted; // the groups will be others when it has ended
         return;
     }
     next_.reset(); // of a setxkbmap that could not be started
-    if (connect() && !lockLoaded(layout)) load({layout, withLatin});
+    if (connect() && !lockLoaded(wanted.layout)) load(wanted);
 }
 
 bool KeyboardLayout::connect() {
@@ -62,19 +80,18 @@ bool KeyboardLayout::lockLoaded(const XkbLayout& layout) {
 }
 
 void KeyboardLayout::load(const Wanted& wanted) {
-    QString layouts = QString::fromStdString(wanted.layout.layout);
-    QString variants = QString::fromStdString(wanted.layout.variant);
-    if (wanted.withLatin) {
-        layouts += ",us";
-        variants += ',';
+    QStringList layouts, variants;
+    for (const XkbLayout& layout : loadedTogether(wanted)) {
+        layouts << QString::fromStdString(layout.layout);
+        variants << QString::fromStdString(layout.variant);
     }
-    setxkbmap_.start("setxkbmap", {"-layout", layouts, "-variant", variants});
+    setxkbmap_.start("setxkbmap", {"-layout", layouts.join(','), "-variant", variants.join(',')});
 }
 
 void KeyboardLayout::finishLoading() {
     if (next_) {
         const Wanted wanted = *std::exchange(next_, std::nullopt);
-        return apply(wanted.layout, wanted.withLatin);
+        return apply(wanted);
     }
     // The server keeps the number of the group that was locked among the layouts before.
     if (setxkbmap_.exitStatus() == QProcess::NormalExit && setxkbmap_.exitCode() == 0 && connect())

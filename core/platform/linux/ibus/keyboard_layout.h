@@ -2,7 +2,8 @@
 //
 // A member of the framework: setting an engine in the daemon leaves the layout to whoever sets it. A layout
 // that the session has loaded already is locked at once; any other is loaded by setxkbmap in place of all
-// that were, which takes some tenths of a second and is not waited for. Main thread.
+// that were, which takes some tenths of a second and is not waited for. The layouts that will be wanted next
+// are loaded along: IBus's switcher would load one alone, and so again at every switch. Main thread.
 #pragma once
 
 #include "core/platform/linux/xkb/xkb_server.h"
@@ -21,15 +22,16 @@ class KeyboardLayout {
     KeyboardLayout(const KeyboardLayout&) = delete;
     KeyboardLayout& operator=(const KeyboardLayout&) = delete;
 
-    /// An empty layout is anything. `withLatin`: one with Latin letters is loaded along, without which the
-    /// shortcuts of most programs could not be typed.
-    void apply(const XkbLayout& layout, bool withLatin);
+    struct Wanted {
+        XkbLayout layout; ///< empty: any will do
+        /// One with Latin letters is loaded along, without which the shortcuts of most programs could not be
+        /// typed.
+        bool withLatin = false;
+        std::vector<XkbLayout> others; ///< loaded along as far as there is room
+    };
+    void apply(const Wanted& wanted);
 
   private:
-    struct Wanted {
-        XkbLayout layout;
-        bool withLatin;
-    };
     bool connect();
     void takeEvents();
     bool lockLoaded(const XkbLayout& layout);

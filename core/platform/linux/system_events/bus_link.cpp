@@ -1,6 +1,7 @@
 #include "core/platform/linux/system_events/bus_link.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
 
 namespace hopsel {
 
@@ -17,13 +18,24 @@ QString addressOf(QDBusConnection::BusType type) {
     return "unix:path=" + runtimeFolder + "/bus";
 }
 
+/// Told without the D-Bus library, which would wake up a thread to find out, every time again.
+bool isThere(const QString& addresses) {
+    const QString kind = QStringLiteral("unix:path=");
+    for (const QString& address : addresses.split(u';', Qt::SkipEmptyParts)) {
+        if (!address.startsWith(kind)) return true;
+        const QByteArray path = address.section(u',', 0, 0).mid(kind.size()).toUtf8();
+        if (QFileInfo::exists(QString::fromUtf8(QByteArray::fromPercentEncoding(path)))) return true;
+    }
+    return false;
+}
+
 } // namespace
 
 bool BusLink::connect() {
     if (isConnected()) return false;
     disconnect();
     const QString address = addressOf(type_);
-    if (address.isEmpty()) return false;
+    if (!isThere(address)) return false;
     static int count = 0;
     connection_ = QDBusConnection::connectToBus(address, "hopsel-link-" + QString::number(++count));
     return isConnected();
