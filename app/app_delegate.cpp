@@ -222,6 +222,7 @@ void AppDelegate::retry() {
     case LivePlatform::Connection::kept: break;
     }
     model_->retryPermissionIfNeeded();
+    model_->refreshConflicts();
     sayWhyNotListening();
 }
 

@@ -92,6 +92,9 @@ class AppModel final : public ObservableObject {
     EditResult updateSources(const std::string& ruleID, const InputSourceInfo& a, const InputSourceInfo& b);
     bool removeRule(const std::string& id);
     bool setRuleEnabled(const std::string& id, bool enabled);
+    /// Nobody tells when the system's own shortcuts change, so it is asked for now and then: those who watch
+    /// the model hear of it if a rule's warning came or went.
+    void refreshConflicts();
     std::optional<RuleWarning> warning(const Trigger& trigger, bool enabled) const;
     RuleHealth health(const Rule& rule) const;
     /// False when the engine is not running; the handler then stays uncalled.
@@ -173,6 +176,7 @@ class AppModel final : public ObservableObject {
     std::vector<KnownApp> detectedApps_;
     std::optional<std::filesystem::path> lastSavedReport_;
     bool reportCopied_ = false;
+    std::vector<std::string> conflictingRules_; ///< ids
 };
 
 } // namespace hopsel

@@ -80,6 +80,14 @@ void AppModel::takeRules() {
     parts_.engine->apply(parts_.store->config());
 }
 
+void AppModel::refreshConflicts() {
+    std::vector<std::string> conflicting;
+    for (const Rule& rule : rules_) {
+        if (warning(rule.trigger, false)) conflicting.push_back(rule.id);
+    }
+    publish(conflictingRules_, std::move(conflicting));
+}
+
 std::optional<RuleWarning> AppModel::warning(const Trigger& trigger, bool enabled) const {
     const auto* shortcut = std::get_if<trigger::Shortcut>(&trigger);
     if (shortcut == nullptr) return std::nullopt;

@@ -80,7 +80,7 @@ TEST(SettingsSwitchKeys, ValueIsReadAfreshAndStockKeysStandInForWhatIsNotInstall
     compiler.arguments = {folder.path()};
     compiler.package = "libglib2.0-bin";
     session::runProgram(compiler);
-    SettingsSwitchKeys::Storage storage;
+    StoredSettings::Storage storage;
     storage.schemas =
         g_settings_schema_source_new_from_directory(folder.path().c_str(), nullptr, TRUE, nullptr);
     storage.values = g_memory_settings_backend_new();

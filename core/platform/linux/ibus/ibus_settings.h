@@ -4,7 +4,7 @@
 // missing, `read` finds them. Main thread.
 #pragma once
 
-#include "core/platform/linux/ibus/stored_settings.h"
+#include "core/platform/linux/settings/stored_settings.h"
 #include "core/platform/linux/xkb/xkb_groups.h"
 
 #include <QDBusConnection>

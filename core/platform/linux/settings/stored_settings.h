@@ -7,6 +7,9 @@
 
 #include <gio/gio.h>
 #include <memory>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace hopsel {
 
@@ -21,16 +24,28 @@ class StoredSettings {
     template <class T>
     using Owned = std::unique_ptr<T, Unref>;
 
-    /// The storage is opened at the first question after the schema was installed.
-    explicit StoredSettings(const char* schema) : schemaName_(schema) {}
+    /// Where settings come from; nothing means the user's own.
+    struct Storage {
+        GSettingsSchemaSource* schemas = nullptr;
+        GSettingsBackend* values = nullptr;
+    };
 
+    /// The storage is opened at the first question after the schema was installed.
+    StoredSettings(const char* schema, Storage storage) : schemaName_(schema), storage_(storage) {}
+    explicit StoredSettings(const char* schema) : StoredSettings(schema, Storage()) {}
+
+    /// Whether there is such a schema, and so a value for each of its keys.
+    bool open();
     /// The stored value or the schema's default; nothing if there is no such setting of this type.
     Owned<GVariant> value(const char* key, const GVariantType* type);
+    /// A list of texts. Absent if there is no such setting.
+    std::optional<std::vector<std::string>> texts(const char* key);
+    /// False if there is no such setting.
+    bool flag(const char* key);
 
   private:
-    bool open();
-
     const char* schemaName_;
+    Storage storage_;
     Owned<GSettingsSchema> schema_;
     Owned<GSettingsBackend> backend_;
 };
