@@ -26,11 +26,11 @@ namespace hopsel {
 namespace {
 
 /// The first that is in charge goes before the others: Fcitx5 and GNOME also answer for IBus.
-std::vector<std::unique_ptr<InputFramework>> frameworks(const QDBusConnection& bus) {
+std::vector<std::unique_ptr<InputFramework>> frameworks(const QDBusConnection& bus, Log& log) {
     std::vector<std::unique_ptr<InputFramework>> all;
     all.push_back(std::make_unique<FcitxInputSources>(bus));
     all.push_back(std::make_unique<GnomeSources>());
-    all.push_back(std::make_unique<IbusInputSources>(bus));
+    all.push_back(std::make_unique<IbusInputSources>(bus, log));
     all.push_back(std::make_unique<KdeLayouts>());
     all.push_back(std::make_unique<SwayLayouts>());
     return all;
@@ -47,7 +47,7 @@ void LinuxPlatform::requireSession() {
 LinuxPlatform::LinuxPlatform()
     : bus_(QDBusConnection::sessionBus()),
       layouts_(std::make_shared<XkbInputSources>()),
-      sources_(std::make_shared<LinuxInputSources>(frameworks(bus_), layouts_)),
+      sources_(std::make_shared<LinuxInputSources>(frameworks(bus_, log_), layouts_)),
       hook_(std::make_shared<X11KeyHook>(uptimeSeconds)),
       listenSource_(std::make_shared<X11ListenSource>(hook_)),
       switchKeys_(std::make_shared<DesktopSwitchKeys>(bus_, DesktopSwitchKeys::liveReaders())),

@@ -2,7 +2,6 @@
 #include "fcitx/fcitx_rig.h"
 #include "fcitx/played_fcitx.h"
 #include "session/text_field.h"
-#include "session/x_keyboard.h"
 #include "session/x_server.h"
 
 #include <QCoreApplication>
@@ -135,21 +134,6 @@ TEST_F(Fcitx, neverLeavesASwitchWaitingWhenItDiesInTheMiddle) {
         kill();
     }
     EXPECT_GE(interrupted, 50);
-}
-
-TEST_F(Fcitx, entersAHalfComposedSyllableBeforeItSwitches) {
-    startWithField();
-    XKeyboard keyboard;
-    std::string expected;
-    for (int round = 0; round < 20; ++round) {
-        ASSERT_TRUE(switchTo(korean).verified);
-        for (const int code : {KEY_G, KEY_K, KEY_S}) keyboard.tap(static_cast<std::uint16_t>(code));
-        ASSERT_TRUE(field->waitForComposed("한")) << round << ": " << field->composed();
-        ASSERT_TRUE(switchTo(english).verified);
-        keyboard.tap(key::a);
-        ASSERT_TRUE(field->waitForText(expected += "한a")) << round << ": " << field->text();
-        EXPECT_TRUE(field->waitForComposed(""));
-    }
 }
 
 TEST(FcitxProfile, isNoticedWhereverItIsWritten) {

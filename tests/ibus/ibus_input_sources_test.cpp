@@ -77,6 +77,7 @@ TEST_F(IbusInputSourcesTest, ListsTheEnginesThatAreSetAndFollowsTheSettings) {
     test::IbusRig::setEngines("@as []");
     EXPECT_TRUE(test::IbusRig::become(false, *sources)) << "nothing to switch to";
     EXPECT_EQ(sourcesChanges, 4);
+    EXPECT_EQ(session.log.lines.size(), 2U) << "that it starts in Latin, each time that became so";
     EXPECT_EQ(inChargeChanges, 2);
 }
 

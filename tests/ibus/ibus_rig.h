@@ -4,6 +4,7 @@
 #include "core/platform/linux/ibus/ibus_input_sources.h"
 #include "session/ibus_session.h"
 #include "session/x_server.h"
+#include "support/fakes/engine_fakes.h"
 
 #include <QDBusConnection>
 #include <memory>
@@ -16,11 +17,13 @@ class IbusRig : public session::XServer, public session::IbusSession {
 
     const QDBusConnection& bus() const { return connection_; }
     /// A new framework on this session's bus, without waiting for it.
-    std::shared_ptr<IbusInputSources> makeSources() const {
-        return std::make_shared<IbusInputSources>(connection_);
+    std::shared_ptr<IbusInputSources> makeSources() {
+        return std::make_shared<IbusInputSources>(connection_, log);
     }
     /// Lets the framework retry, as the program does every so often, until it is in charge or no longer.
     static bool become(bool isInCharge, IbusInputSources& sources);
+
+    fakes::RecordingLog log;
 
   private:
     QDBusConnection connection_ =

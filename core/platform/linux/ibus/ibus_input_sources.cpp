@@ -22,8 +22,9 @@ std::string sourceID(const QString& engine) { return "ibus:" + engine.toStdStrin
 
 } // namespace
 
-IbusInputSources::IbusInputSources(const QDBusConnection& sessionBus)
-    : sourcesTimer_(sourcesQuiet, sourcesAtMost, [this] { reportSources(); }),
+IbusInputSources::IbusInputSources(const QDBusConnection& sessionBus, Log& log)
+    : log_(log),
+      sourcesTimer_(sourcesQuiet, sourcesAtMost, [this] { reportSources(); }),
       selectedTimer_(selectedQuiet, selectedAtMost, [this] { reportSelected(); }),
       settings_(sessionBus, [this] { askForEngines(); }),
       bus_({[this] { askForAll(); }, [this] { forget(); }, [this](const QString& id) { takeCurrent(id); },
@@ -97,15 +98,25 @@ void IbusInputSources::takeEngines(const QDBusMessage& reply) {
 
 void IbusInputSources::describe() {
     sources_.clear();
+    bool anyStartsInLatin = false;
     for (const IbusEngine& engine : engines_) {
         const bool startsInLatin = engine.id == "hangul" && settings_.values().hangulStartsInLatin;
+        anyStartsInLatin = anyStartsInLatin || startsInLatin;
         std::vector<std::string> languages;
         if (!engine.language.empty()) languages.push_back(engine.language);
         sources_.push_back({sourceID(engine.id), engine.name, sourceType, std::move(languages), true,
                             startsInLatin ? SourceLimit::startsInLatin : SourceLimit::none});
     }
+    tellLatinStart(anyStartsInLatin);
     updateInCharge();
     sourcesTimer_.noteChange();
+}
+
+void IbusInputSources::tellLatinStart(bool startsInLatin) {
+    if (startsInLatin && !isLatinStartTold_)
+        log_.write(Log::Level::info, "inputSources",
+                   "the IBus engine hangul starts in Latin letters: set its initial mode to Hangul");
+    isLatinStartTold_ = startsInLatin;
 }
 
 void IbusInputSources::takeCurrent(const QString& engine) {

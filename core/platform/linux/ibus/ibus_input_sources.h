@@ -12,6 +12,7 @@
 #include "core/platform/linux/ibus/ibus_owner.h"
 #include "core/platform/linux/ibus/ibus_settings.h"
 #include "core/platform/linux/ibus/keyboard_layout.h"
+#include "core/platform/log.h"
 
 #include <QDBusConnection>
 #include <optional>
@@ -22,7 +23,8 @@ namespace hopsel {
 
 class IbusInputSources final : public InputFramework {
   public:
-    explicit IbusInputSources(const QDBusConnection& sessionBus);
+    /// `log` must outlive it, and is told of an engine that does not give at once what it is selected for.
+    IbusInputSources(const QDBusConnection& sessionBus, Log& log);
 
     /// Those that are set and installed.
     std::vector<InputSourceInfo> enabledKeyboardSources() override { return sources_; }
@@ -48,11 +50,14 @@ class IbusInputSources final : public InputFramework {
     void giveUp();
     void forget();
     void describe();
+    void tellLatinStart(bool startsInLatin);
     void updateInCharge();
     void applyLayout(const QString& engine);
     void reportSources();
     void reportSelected();
 
+    Log& log_;
+    bool isLatinStartTold_ = false;
     std::vector<IbusEngine> engines_;
     std::vector<InputSourceInfo> sources_;
     std::vector<InputSourceInfo> reportedSources_;
