@@ -222,7 +222,6 @@ void AppDelegate::retry() {
     case LivePlatform::Connection::kept: break;
     }
     model_->retryPermissionIfNeeded();
-    model_->refreshConflicts();
     sayWhyNotListening();
 }
 

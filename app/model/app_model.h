@@ -92,8 +92,8 @@ class AppModel final : public ObservableObject {
     EditResult updateSources(const std::string& ruleID, const InputSourceInfo& a, const InputSourceInfo& b);
     bool removeRule(const std::string& id);
     bool setRuleEnabled(const std::string& id, bool enabled);
-    /// Nobody tells when the system's own shortcuts change, so it is asked for now and then: those who watch
-    /// the model hear of it if a rule's warning came or went.
+    /// For who shows the warnings, to call now and then: nobody tells when the system's own shortcuts change.
+    /// Observers hear of it if a rule's warning came or went.
     void refreshConflicts();
     std::optional<RuleWarning> warning(const Trigger& trigger, bool enabled) const;
     RuleHealth health(const Rule& rule) const;

@@ -51,6 +51,7 @@ RulesPane::RulesPane(AppModel& model, std::shared_ptr<LocalKeyMonitoring> keys, 
     content()->addWidget(add_, 0, Qt::AlignLeft);
     content()->addWidget(remoteNote_);
     connect(add_, &QPushButton::clicked, this, [this] { showAddSheet(); });
+    connect(&conflicts_, &QTimer::timeout, this, [this] { model_.refreshConflicts(); });
     model_.observe(this, [this] { refresh(); });
     refresh();
 }
@@ -128,9 +129,15 @@ void RulesPane::orderTabs() {
 }
 
 void RulesPane::showEvent(QShowEvent* event) {
+    conflicts_.start(std::chrono::seconds(2));
     PaneContainer::showEvent(event);
     // Before it was in its window the order went in a circle, and the button came after the rows as it was.
     orderTabs();
+}
+
+void RulesPane::hideEvent(QHideEvent* event) {
+    conflicts_.stop();
+    PaneContainer::hideEvent(event);
 }
 
 /// After the rule that had the focus was deleted.

@@ -9,6 +9,7 @@
 #include "ui/settings/design/pane_container.h"
 
 #include <QPointer>
+#include <QTimer>
 #include <memory>
 #include <vector>
 
@@ -36,6 +37,7 @@ class RulesPane final : public design::PaneContainer {
 
   protected:
     void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
   private:
     void closeAddSheet();
@@ -57,6 +59,7 @@ class RulesPane final : public design::PaneContainer {
     design::Button* add_;
     QWidget* remoteNote_;
     QPointer<design::Sheet> sheet_;
+    QTimer conflicts_; ///< runs while the pane is shown
 };
 
 } // namespace hopsel
