@@ -129,8 +129,7 @@ void AppDelegate::observePlatform() {
     };
     systemObserver.start();
     FrontmostAppObserving& frontmostObserver = platform_->frontmostObserver();
-    frontmostObserver.onChange = [this, model](const std::optional<std::string>& bundleID) {
-        platform_->frontmostAppChanged();
+    frontmostObserver.onChange = [model](const std::optional<std::string>& bundleID) {
         if (model) model->frontmostAppChanged(bundleID);
     };
     frontmostObserver.start();

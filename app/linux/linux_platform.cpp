@@ -36,6 +36,12 @@ std::vector<std::unique_ptr<InputFramework>> frameworks(const QDBusConnection& b
     return all;
 }
 
+/// Where the X server's layouts only follow those of the compositor, which would stay as they are.
+bool isWayland() {
+    return qEnvironmentVariable("XDG_SESSION_TYPE") == "wayland" ||
+           qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
+}
+
 } // namespace
 
 void LinuxPlatform::requireSession() {
@@ -47,13 +53,20 @@ void LinuxPlatform::requireSession() {
 LinuxPlatform::LinuxPlatform()
     : bus_(QDBusConnection::sessionBus()),
       layouts_(std::make_shared<XkbInputSources>()),
-      sources_(std::make_shared<LinuxInputSources>(frameworks(bus_, log_), layouts_)),
+      sources_(std::make_shared<LinuxInputSources>(frameworks(bus_, log_), isWayland() ? nullptr : layouts_)),
       hook_(std::make_shared<X11KeyHook>(uptimeSeconds)),
       listenSource_(std::make_shared<X11ListenSource>(hook_)),
       switchKeys_(std::make_shared<DesktopSwitchKeys>(bus_, DesktopSwitchKeys::liveReaders())),
       secureInput_(std::make_shared<AtspiSecureInput>(bus_, log_)),
       systemObserver_(sources_) {
     hook_->onHandled = runScheduled;
+    // Some frameworks keep a source for each text field, and do not tell: it is looked up as the focus moves,
+    // and again as a trigger may be going down.
+    frontmostObserver_.onWindowChange = [this] {
+        secureInput_->windowChanged();
+        sources_->askCurrent();
+    };
+    listenSource_->onModifierDown = [this] { sources_->askCurrent(); };
 }
 
 DiagnosticsEnvironment LinuxPlatform::environment() {
@@ -122,11 +135,6 @@ void LinuxPlatform::setOnReopen(std::function<void()> callback) {
         if (!token.isEmpty()) qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
         callback();
     };
-}
-
-void LinuxPlatform::frontmostAppChanged() {
-    secureInput_->windowChanged();
-    sources_->retry(); // some frameworks keep a source for each window, and do not tell
 }
 
 void LinuxPlatform::recoverFrom(SystemEvent event) {

@@ -56,8 +56,6 @@ class MacosPlatform {
     SystemEventObserving& systemObserver() { return systemObserver_; }
     FrontmostAppObserving& frontmostObserver() { return frontmostObserver_; }
 
-    /// Another application came to the front: nothing here depends on it.
-    void frontmostAppChanged() {}
     /// Tells light or dark at once, and every change.
     void followAppearance(std::function<void(design::Appearance)> onChange);
     /// Called when the user starts the program again, which is to bring its window to the front.

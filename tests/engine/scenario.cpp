@@ -13,18 +13,10 @@ using fakes::EngineRig;
 
 using enum ModifierKey;
 
-const std::map<std::string, ModifierKey> modifiers{{"lcmd", leftCommand},  {"rcmd", rightCommand},
-                                                   {"ropt", rightOption},  {"lshift", leftShift},
-                                                   {"rshift", rightShift}, {"lctrl", leftControl}};
+const std::map<std::string, ModifierKey> modifiers{
+    {"rcmd", rightCommand}, {"ropt", rightOption}, {"lshift", leftShift}};
 
-const std::map<std::string, std::uint16_t> keys{{"a", 0}, {"c", 8}, {"space", 49}, {"f5", 96}};
-
-Config without(Config config, bool shortcuts) {
-    std::erase_if(config.rules, [&](const Rule& rule) {
-        return std::holds_alternative<trigger::Shortcut>(rule.trigger) == shortcuts;
-    });
-    return config;
-}
+const std::map<std::string, std::uint16_t> keys{{"a", 0}, {"space", 49}, {"f5", 96}};
 
 using remote_apps::Kind;
 
@@ -41,28 +33,22 @@ const std::map<std::string, std::function<void(EngineRig&)>> words{
     {"screen", [](EngineRig& rig) { rig.engine->setRemoteAppFrontmost(true); }},
     {"local", [](EngineRig& rig) { rig.engine->setRemoteAppFrontmost(false); }},
     {"no-guest-key", [](EngineRig& rig) { rig.engine->setGuestKeyEnabled(false); }},
-    {"f5-as-guest-key", [](EngineRig& rig) { rig.engine->setGuestKey({96, {}}); }},
-    {"no-standing-aside", [](EngineRig& rig) { rig.engine->setSkipsLocalSwitchInRemoteApps(false); }},
     {"start", [](EngineRig& rig) { rig.engine->start(); }},
     {"stop", [](EngineRig& rig) { rig.engine->stop(); }},
     {"retry", [](EngineRig& rig) { rig.engine->retryShortcutIfNeeded(); }},
     {"all-rules", [](EngineRig& rig) { rig.engine->apply(Scenario::rules()); }},
-    {"tap-rules", [](EngineRig& rig) { rig.engine->apply(without(Scenario::rules(), true)); }},
-    {"shortcut-rules", [](EngineRig& rig) { rig.engine->apply(without(Scenario::rules(), false)); }},
+    {"tap-rules", [](EngineRig& rig) { rig.engine->apply(Scenario::tapRules()); }},
     {"other-rules", [](EngineRig& rig) { rig.engine->apply(Scenario::otherRules()); }},
-    {"shift-rules", [](EngineRig& rig) { rig.engine->apply(Scenario::rules(leftShift)); }},
     {"listener-blips", [](EngineRig& rig) { rig.source->onDisabled(true); }},
     {"listener-lost", [](EngineRig& rig) { rig.source->onDisabled(false); }},
     {"filter-blips", [](EngineRig& rig) { rig.filter->onDisabled(true); }},
     {"filter-lost", [](EngineRig& rig) { rig.filter->onDisabled(false); }},
     {"picks-A", [](EngineRig& rig) { rig.service->current = "A"; }},
     {"refused", [](EngineRig& rig) { rig.service->result = select_result::Failed{-50}; }},
-    {"accepted", [](EngineRig& rig) { rig.service->result = select_result::Selected{}; }},
     {"not-found", [](EngineRig& rig) { rig.service->result = select_result::NotFound{}; }},
     {"B-gone", [](EngineRig& rig) { rig.service->available.erase("B"), rig.engine->refreshSources(); }},
     {"none-left", [](EngineRig& rig) { rig.service->available.clear(), rig.engine->refreshSources(); }},
     {"turn", [](EngineRig& rig) { rig.scheduler.runAll(); }},
-    {"cancel", [](EngineRig& rig) { rig.engine->cancelTriggerCapture(); }},
 };
 
 using Text = std::string;
@@ -108,12 +94,17 @@ struct Describe {
 
 } // namespace
 
-Config Scenario::rules(ModifierKey opt) {
-    using namespace fakes;
+Config Scenario::tapRules() {
+    using fakes::tapRule;
     Config config;
-    config.rules = {tapRule("cmd", rightCommand, "A", "B"), tapRule("opt", opt, "A", "C"),
-                    shortcutRule("space", {49, {leftShift}}, "A", "B"),
-                    shortcutRule("f5", {96, {}}, "B", "C")};
+    config.rules = {tapRule("cmd", rightCommand, "A", "B"), tapRule("opt", rightOption, "A", "C")};
+    return config;
+}
+
+Config Scenario::rules() {
+    Config config = tapRules();
+    config.rules.push_back(fakes::shortcutRule("space", {49, {leftShift}}, "A", "B"));
+    config.rules.push_back(fakes::shortcutRule("f5", {96, {}}, "B", "C"));
     return config;
 }
 
@@ -153,10 +144,8 @@ void Scenario::perform(const std::string& word) {
     const bool isOff = word.front() == '!';
     if (word == "|") {
         outcomes_.clear();
-    } else if (word == "capture" || word == "capture-twice") {
-        beginCapture(word != "capture");
-    } else if (word == "capturing?") {
-        add(rig.engine->isCapturing() ? "yes" : "no");
+    } else if (word == "capture") {
+        beginCapture();
     } else if (const auto event = systemEvents.find(word); event != systemEvents.end()) {
         rig.engine->handle(event->second);
     } else if (word.size() > 2 && word.substr(word.size() - 2) == "ms") {
@@ -172,11 +161,10 @@ void Scenario::perform(const std::string& word) {
     }
 }
 
-void Scenario::beginCapture(bool again) {
-    rig.engine->beginTriggerCapture([this, again](ModifierKey key) {
+void Scenario::beginCapture() {
+    rig.engine->beginTriggerCapture([this](ModifierKey key) {
         collect();
         add("captured " + std::string(rawValue(key)));
-        if (again) beginCapture(false);
     });
 }
 

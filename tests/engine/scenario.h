@@ -1,13 +1,12 @@
 // Engine scenarios in words: what happens, one word each, and what came of it, as one line of text.
 //
 // clang-format off
-//   rcmd+ rcmd-   a modifier goes down, up; so do a, c, f5 and space
+//   rcmd+ rcmd-   a modifier goes down, up; so do a, f5 and space
 //   rcmd          a tap of a modifier
 //   rcmd~         comes up, but its release is lost
 //   space*        a repeat
 //   200ms         time passes, and the main loop turns; `turn` alone is the turn without the time
 //   secure !secure  sets, takes back a flag of the surroundings; so do the others of `flags_`
-//   capturing?    yes or no
 //   |             forget the outcomes so far
 //   other words   see the tables in scenario.cpp
 // clang-format on
@@ -33,7 +32,9 @@ class Scenario {
 
     /// `cmd`: right Command toggles A and B. `opt`: right Option toggles A and C. `space`: left Shift+Space
     /// toggles A and B. `f5`: F5 alone toggles B and C.
-    static Config rules(ModifierKey opt = ModifierKey::rightOption);
+    static Config rules();
+    /// Those without a shortcut.
+    static Config tapRules();
     /// Other sources for `cmd` and `f5`, between a disabled rule and later rules for the same triggers:
     /// `cmd` toggles C and B, `f5` A and B.
     static Config otherRules();
@@ -43,7 +44,7 @@ class Scenario {
   private:
     void perform(const std::string& word);
     bool performKey(const std::string& word);
-    void beginCapture(bool again);
+    void beginCapture();
     void collect();
     void add(const std::string& outcome) { outcomes_ += (outcomes_.empty() ? "" : ", ") + outcome; }
 

@@ -1,4 +1,5 @@
-// What the engine makes of key presses, gate by gate.
+// What the engine makes of key presses, gate by gate. Taps, shortcuts and secure entry are the random
+// stream's.
 #include "scenario.h"
 
 #include <gmock/gmock.h>
@@ -23,35 +24,20 @@ auto nameOf = [](const auto& info) { return info.param.name; };
 const Case cases[]{
     // taps
     {"tap_toggles_and_toggles_back", "rcmd+ 200ms rcmd- 100ms rcmd+ 200ms rcmd-", "A>B, B>A"},
-    {"tap_counts_up_to_the_limit", "rcmd+ 501ms rcmd- | rcmd+ 500ms rcmd-", "A>B"},
-    {"combination_or_click_does_not_fire", "rcmd+ c+ c- rcmd- rcmd+ click rcmd-", ""},
     {"earlier_letter_and_caps_lock_do_not_cancel", "a+ rcmd+ a- caps rcmd-", "A>B"},
-    {"two_triggers_cancel_each_other", "rcmd+ ropt+ rcmd- ropt-", ""},
-    {"lost_release_costs_one_tap_only", "rcmd+ rcmd~ a+ a- rcmd- | rcmd", "A>B"},
-    {"lost_release_of_another_modifier_does_not_cancel", "lshift+ lshift~ rcmd", "A>B"},
     {"keyboard_without_sides_taps_and_has_no_shortcuts", "!sides rcmd lshift+ space+", "A>B"},
     {"own_events_are_ignored", "synthetic rcmd f5+ f5- rcmd+ !synthetic a+ rcmd-", ""},
-    {"third_source_goes_to_a", "ropt 10ms rcmd lcmd", "A>C, C>A"},
 
     // shortcuts
     {"shortcut_is_swallowed_whole_and_fires_once", "lshift+ space+ space* lshift- space* space-",
      "no space+, no space*, no space*, no space-, A>B"},
-    {"shortcut_with_other_modifiers_passes", "rshift+ space+ space- lshift+ space+ rshift- lctrl+ space+",
-     ""},
     {"shortcut_after_a_lost_key_up_starts_afresh", "f5+ 10ms f5+ 10ms lshift+ f5+ f5-",
      "no f5+, A>B, no f5+, B>C"},
-    {"swallowed_repeat_cancels_a_tap", "f5+ rcmd+ f5* f5- rcmd-", "no f5+, no f5*, no f5-, A>B"},
-    {"modifier_of_a_shortcut_does_not_tap", "shift-rules | lshift+ space+ space- lshift- 10ms lshift",
-     "no space+, no space-, A>B, B>A"},
     {"first_enabled_rule_of_the_last_rules_wins", "other-rules | rcmd f5+ lshift+ space+",
      "no f5+, A>C, C>A"},
-    {"quick_triggers_are_performed_in_order", "rcmd f5+ rcmd", "no f5+, A>B, B>C, C>A"},
     {"switching_off_lets_the_key_up_through", "f5+ stop f5-", "no f5+, reset stopped, stopped, filter off"},
 
     // gates
-    {"secure_press_or_release_suppresses_taps_only",
-     "secure rcmd+ !secure rcmd- rcmd+ secure !secure rcmd- 10ms rcmd+ secure rcmd- f5+",
-     "suppressed cmd, A>B, suppressed cmd, no f5+, B>C"},
     {"missing_sources_are_named_unless_a_remote_is_in_front",
      "B-gone rcmd 10ms none-left screen rcmd f5+ f5- 10ms local rcmd",
      "skipped cmd: no B, skipped cmd: remote, skipped cmd: no A B"},
@@ -59,40 +45,24 @@ const Case cases[]{
      "no f5+, cmd guest 49|leftControl, f5 guest 49|leftControl"},
     {"guest_without_guest_key_is_left_alone", "guest !sends rcmd 10ms no-guest-key rcmd f5+",
      "skipped cmd: no guest key, skipped cmd: remote"},
-    {"remote_gate_can_be_taken_away", "screen no-standing-aside rcmd f5+", "no f5+, A>B, B>C"},
     {"remote_application_gets_the_key_up", "f5+ 10ms guest f5-", "no f5+, A>B"},
     {"same_application_still_has_the_key_up_swallowed", "guest f5+ screen guest f5-",
      "no f5+, no f5-, f5 guest 49|leftControl"},
     {"failed_switch_says_why", "refused rcmd 10ms not-found f5+", "cmd failed B -50, no f5+, f5 failed B"},
     {"unverified_switch_counts_for_a_second", "!takes-effect rcmd 1000ms rcmd 1001ms rcmd",
      "A>B?, A>A?, A>B?"},
-    {"verified_switch_ends_an_unverified_one", "!takes-effect rcmd 10ms takes-effect rcmd 10ms rcmd",
-     "A>B?, A>A, A>B"},
-    {"failed_switch_ends_an_unverified_one",
-     "!takes-effect rcmd 10ms refused rcmd 10ms accepted takes-effect rcmd", "A>B?, cmd failed A -50, A>B"},
     {"verified_switch_does_not_outweigh_the_user", "rcmd 10ms picks-A rcmd", "A>B, A>B"},
     {"reset_forgets_an_unverified_switch", "!takes-effect rcmd 10ms wake | rcmd", "A>B?"},
-    {"capture_keeps_an_unverified_switch", "!takes-effect rcmd 10ms capture cancel rcmd", "A>B?, A>A?"},
     {"stopping_drops_what_waits", "rcmd stop | turn start rcmd", "running, filter on, A>B"},
 
     // captures
     {"capture_takes_one_tap_up_to_its_deadline", "capture 15000ms rcmd rcmd", "captured rightCommand, A>B"},
     {"capture_waits_through_other_keys", "capture a+ lshift+ space+ lshift- ropt", "captured rightOption"},
-    {"expired_capture_lets_the_event_go_on", "capture 15001ms rcmd", "A>B"},
-    {"caps_lock_ends_no_expired_capture", "capture 15001ms caps capturing? click capturing?", "yes, no"},
-    {"captured_tap_can_begin_the_next_capture", "capture-twice rcmd lctrl rcmd",
-     "captured rightCommand, captured leftControl, A>B"},
-    {"capture_drops_waiting_switches", "rcmd capture 10ms", ""},
-    {"capture_of_a_held_key_and_second_capture", "rcmd+ capture rcmd- capture rcmd", "captured rightCommand"},
-    {"capture_starts_with_no_key_held", "lshift+ capture rcmd", "captured rightCommand"},
-    {"cancelling_starts_with_no_key_held", "capture lshift+ cancel rcmd", "A>B"},
     {"reset_keeps_the_capture", "capture wake rcmd", "reset wake, captured rightCommand"},
-    {"stopping_drops_the_capture", "capture stop | capturing? start rcmd", "no, running, filter on, A>B"},
+    {"stopping_drops_the_capture", "capture stop | start rcmd", "running, filter on, A>B"},
 
     // lifecycle
     {"stopped_engine_sees_nothing", "stop | rcmd f5+ f5- listener-lost listener-blips retry", ""},
-    {"stopped_engine_says_only_reset", "stop | stop wake", "reset stopped, reset wake"},
-    {"key_held_across_a_start_does_not_tap", "stop rcmd+ start | rcmd-", ""},
     {"blip_resets", "rcmd+ listener-blips rcmd-", "reset tap"},
     {"lost_listener_degrades", "listener-lost listener-lost", "reset tap, degraded: tap, filter off"},
     {"refused_listener_degrades_once", "listener-lost | no-listener start start !no-listener start rcmd",
@@ -100,12 +70,10 @@ const Case cases[]{
     {"every_system_event_resets", "rcmd+ sleep wake lock unlock leave return rcmd-",
      "reset sleep, reset wake, reset locked, reset unlocked, reset left, reset returned"},
     {"rules_without_shortcuts_need_no_filter", "tap-rules retry rcmd", "reset config, filter off, A>B"},
-    {"rules_without_taps_fire_no_tap", "shortcut-rules rcmd f5+", "reset config, no f5+, A>B"},
     {"new_rules_forget_swallowed_keys", "f5+ all-rules f5-", "no f5+, reset config"},
     {"refused_filter_leaves_taps", "stop no-filter | start retry rcmd f5+", "running, no filter, A>B"},
     {"filter_blip_forgets_swallowed_keys_only", "f5+ rcmd+ filter-blips f5- rcmd-", "no f5+, A>B, B>A"},
     {"lost_filter_comes_back", "filter-lost filter-lost retry f5+", "no filter, filter on, no f5+, A>B"},
-    {"unneeded_filter_is_forgotten", "filter-lost | tap-rules", "reset config, filter off"},
     {"filter_that_cannot_take_new_keys_starts_later", "no-change all-rules f5+ retry f5+",
      "reset config, no filter, filter on, no f5+, A>B"},
 };

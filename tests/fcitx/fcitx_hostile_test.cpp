@@ -59,7 +59,8 @@ TEST_F(HostileFcitx, isNotInChargeUntilItsListIsAsItShouldBe) {
 }
 
 TEST_F(HostileFcitx, listsEachNamedMethodOnceAndNotTooMany) {
-    fcitx.members = {{"pinyin", ""}, {"", ""}, {"hangul", ""}, {"pinyin", ""}, {QString(5000, 'x'), ""}};
+    fcitx.members = {{"pinyin", ""}, {"", ""},       {"a\nb", ""},
+                     {"hangul", ""}, {"pinyin", ""}, {QString(5000, 'x'), ""}};
     for (int i = 0; i < 20000; ++i) fcitx.members.append({"m" + QString::number(i % 4000), ""});
     fcitx.behave();
     AvailableMethods available(30000, {"pinyin", "Pinyin", "", "", "", ""});
@@ -69,7 +70,7 @@ TEST_F(HostileFcitx, listsEachNamedMethodOnceAndNotTooMany) {
     const auto listed = sources->enabledKeyboardSources();
     EXPECT_EQ(listed.size(), 500U);
     EXPECT_EQ(listed[0],
-              (InputSourceInfo{"fcitx:pinyin", std::string(200, 'n'), "FcitxInputMethod", {"zh-CN"}, true}));
+              (InputSourceInfo{"fcitx:pinyin", std::string(64, 'n'), "FcitxInputMethod", {"zh-CN"}, true}));
     EXPECT_EQ(listed[1].name, "hangul"); // nobody said another
     const std::vector<std::string> all = ids();
     EXPECT_EQ(std::set<std::string>(all.begin(), all.end()).size(), all.size());

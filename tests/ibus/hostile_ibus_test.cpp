@@ -126,6 +126,8 @@ TEST_F(HostileIbus, RefusalEndsTheWaitForTheLastSelectionOnly) {
         EXPECT_FALSE(outcome.verified);
         EXPECT_EQ(outcome.latencyMs < 400, tested.expected != SelectResult(select_result::Selected{}));
     }
+    EXPECT_FALSE(service.switchTo("ibus:xkb:us::eng").verified) << "is current, but was asked to leave";
+
     QList<QDBusMessage> calls;
     fake.replies["SetGlobalEngine"] = [&calls](const QDBusMessage& call) {
         calls << call;

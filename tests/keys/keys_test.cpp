@@ -2,12 +2,10 @@
 // and times that only a test can make up.
 #include "core/keys/event_normalizer.h"
 #include "core/keys/key_state_machine.h"
-#include "core/keys/shortcut_matcher.h"
 #include "core/keys/shortcut_policy.h"
 
 #include <gtest/gtest.h>
 #include <limits>
-#include <set>
 
 namespace hopsel {
 namespace {
@@ -30,7 +28,6 @@ TEST(ModifierKeys, haveTheNamesCodesAndFlagsOfThePlatform) {
     }
     for (const char* wrong : {"LeftCommand", "left", ""})
         EXPECT_FALSE(modifierKeyFromRawValue(wrong)) << wrong;
-    for (std::uint16_t code = 0; code < 54; ++code) EXPECT_FALSE(modifierKeyFromKeyCode(code)) << code;
     EXPECT_FALSE(modifierKeyFromKeyCode(capsLockKeyCode));
     EXPECT_TRUE(heldModifiers(0x1E0000).empty()) << "sides are never guessed";
 }
@@ -55,19 +52,6 @@ TEST(Normalizer, tellsTheSidesApartAndTogglesWhereNoneIsTold) {
     }
 }
 
-TEST(Normalizer, everyEventRepairsALostRelease) {
-    const std::pair<std::uint64_t, bool> rows[]{
-        {0, false}, {0x20000, true}, {0x20002, true}, {0x20004, false}};
-    for (int type = 0; type < 4; ++type) {
-        for (const auto& [flags, staysHeld] : rows) {
-            EventNormalizer normalizer;
-            normalizer.normalize({RawEventType::flagsChanged, keyCode(leftShift), 0x20002, 0, false});
-            normalizer.normalize({RawEventType(type), capsLockKeyCode, flags, 0, false});
-            EXPECT_EQ(normalizer.held().contains(leftShift), staysHeld) << type << " " << flags;
-        }
-    }
-}
-
 TEST(KeyStateMachine, countsATapWithinItsLimitsOnly) {
     KeyStateMachine machine({rightCommand}, 0.5);
     const double notANumber = std::numeric_limits<double>::quiet_NaN();
@@ -83,50 +67,32 @@ TEST(KeyStateMachine, countsATapWithinItsLimitsOnly) {
     }
 }
 
-TEST(ShortcutText, isTheSameForEqualKeysAndReadBackLeniently) {
+TEST(ShortcutText, isReadLenientlyAndWrittenInOneWay) {
     const std::tuple<ShortcutKey, const char*, const char*> rows[]{
         {{49, {rightShift, leftShift}}, "49|leftShift,rightShift", "+0049|rightShift,leftShift,leftShift"},
-        {{0, {}}, "0|", "-00|"},
-        {{65535, {rightControl}}, "65535|rightControl", "065535|rightControl"}};
+        {{0, {}}, "0|", "-00|"}};
     for (const auto& [key, text, lenient] : rows) {
         EXPECT_EQ(key.storageString(), text);
-        EXPECT_EQ(ShortcutKey::fromStorageString(text), key) << text;
         EXPECT_EQ(ShortcutKey::fromStorageString(lenient), key) << lenient;
     }
-}
-
-TEST(ShortcutText, refusesWhatItNeverWrites) {
-    for (const char* text :
-         {"", "49", "|", "|leftShift", "+|", "-|", "+-0|", "-1|", "65536|", "99999999999|", " 49|", "4x|",
-          "49|leftShift,", "49|,leftShift", "49|LeftShift", "49|leftShift|"})
+    for (const char* text : {"", "49", "|leftShift", "+-0|", "-1|", "65536|", " 49|", "4x|", "49|leftShift,",
+                             "49|LeftShift", "49|leftShift|"})
         EXPECT_EQ(ShortcutKey::fromStorageString(text), std::nullopt) << text;
 }
 
-TEST(ShortcutPolicy, followsTheKindOfKeyAndModifier) {
-    const std::set<int> functionKeys{122, 120, 99,  118, 96,  97,  98, 100, 101, 109,
-                                     103, 111, 105, 107, 113, 106, 64, 79,  80,  90};
-    const std::set<int> nonTextKeys{36, 48, 49, 51, 53, 117, 114, 115, 116, 119, 121, 123, 124, 125, 126};
-    const std::set<int> modifierKeys{54, 55, 56, 58, 59, 60, 61, 62};
-    for (std::uint16_t code = 0; code < 200; ++code) {
-        const auto isAllowed = [&](ModifierSet with) { return shortcut_policy::isAllowed({code, with}); };
-        const bool isFunction = functionKeys.contains(code);
-        EXPECT_EQ(isAllowed({}), isFunction) << code;
-        for (ModifierSet typing : {ModifierSet{leftShift}, ModifierSet{rightOption, rightShift}})
-            EXPECT_EQ(isAllowed(typing), isFunction || nonTextKeys.contains(code)) << code;
-        for (ModifierSet commanding : {ModifierSet{leftCommand}, ModifierSet{rightControl, leftShift}})
-            EXPECT_EQ(isAllowed(commanding), !modifierKeys.contains(code)) << code;
+TEST(ShortcutPolicy, takesNoKeyThatTypesWithoutACommandingModifier) {
+    struct {
+        std::uint16_t code;
+        bool alone, withTyping, withCommanding;
+    } const rows[]{{0, false, false, true},  {96, true, true, true},   {90, true, true, true},
+                   {49, false, true, true},  {36, false, true, true},  {126, false, true, true},
+                   {24, false, false, true}, {54, false, false, false}};
+    for (const auto& row : rows) {
+        const auto isAllowed = [&](ModifierSet with) { return shortcut_policy::isAllowed({row.code, with}); };
+        EXPECT_EQ(isAllowed({}), row.alone) << row.code;
+        EXPECT_EQ(isAllowed({rightOption, rightShift}), row.withTyping) << row.code;
+        EXPECT_EQ(isAllowed({rightControl, leftShift}), row.withCommanding) << row.code;
     }
-}
-
-TEST(ShortcutMatcher, keepsSwallowedKeysApart) {
-    const auto down = ShortcutInput::Kind::keyDown;
-    const auto up = ShortcutInput::Kind::keyUp;
-    ShortcutMatcher matcher({{96, {}}, {97, {}}});
-    EXPECT_EQ(matcher.handle({down, 96}).fire, (ShortcutKey{96, {}}));
-    EXPECT_EQ(matcher.handle({down, 97}).fire, (ShortcutKey{97, {}}));
-    EXPECT_TRUE(matcher.handle({up, 96}).consume);
-    EXPECT_FALSE(matcher.handle({up, 96}).consume);
-    EXPECT_EQ(matcher.handle({down, 97, 0, true}), (ShortcutDecision{true, std::nullopt}));
 }
 
 } // namespace

@@ -1,5 +1,4 @@
 #include "core/platform/linux/xkb/xkb_groups.h"
-#include "core/platform/linux/xkb/xkb_layout_registry.h"
 
 #include <gtest/gtest.h>
 #include <random>
@@ -27,11 +26,9 @@ TEST(XkbGroups, HaveIdentifiersFromThePropertyAndElseFromTheKeymap) {
     } cases[] = {
         {property("us,kr,de", ",kr104"), 3, "xkb:us xkb:kr+kr104 xkb:de", {}},
         {property("us(intl),ru(x)", ",y"), 2, "xkb:us+intl xkb:ru(x)+y", {}},
-        {property("us#2,us,us"), 3, "xkb:us#2 xkb:us xkb:us#3", {}},
         {property("us,kr,,"), 1, "xkb:us (xkb:kr)", {}},
         {property("us,,ru"), 3, "xkb:us xkb:Georgian xkb:ru", {"English", "Georgian", "Russian"}},
         {"", 3, "xkb:English xkb:group2 xkb:English#2", {"English", "", "English"}},
-        {"evdev\0pc105\0us,r"s, 2, "xkb:us xkb:r", {}},
         {property("u\xFF\x01s,\xED\x9E\x98", "a b"), 2, "xkb:u??s+a?b xkb:???", {}},
         {property(std::string(100'000, 'x')), 1, "xkb:" + std::string(64, 'x'), {}},
     };
@@ -60,17 +57,6 @@ TEST(XkbGroups, AnyBytesGiveAShortListOfShortUniquePlainIdentifiers) {
             for (const char c : group.id) ASSERT_TRUE(c > ' ' && c <= '~') << group.id;
         }
     }
-}
-
-TEST(XkbLayoutRegistry, KnowsNamesAndLanguagesOfWhatIsInstalled) {
-    using Languages = std::vector<std::string>;
-    const auto found = XkbLayoutRegistry().describe(
-        {{"kr", "kr104"}, {"us", "nothing"}, {"us", "altgr-intl"}, {"us", "chr"}, {"us", "drix"}});
-    EXPECT_EQ(found.at(0).name, "Korean (101/104-key compatible)");
-    EXPECT_EQ(found.at(1).name, "");
-    EXPECT_EQ(found.at(2).languages, (Languages{"en", "fr", "de"}));
-    EXPECT_EQ(found.at(3).languages, Languages{"chr"}) << "has no two-letter code";
-    EXPECT_EQ(found.at(4).name, "English (Drix)") << "of the extra rules";
 }
 
 } // namespace

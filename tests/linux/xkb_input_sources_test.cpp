@@ -154,11 +154,6 @@ TEST_F(XkbInputSourcesTest, AnythingInTheRootPropertyGivesAListThatIsSafeToShow)
     } cases[] = {
         {"evdev\0pc105\0de,fr\0\0\0\0\0"s, 32, fromKeymap},
         {"evdev\0pc105\0\xFF\xFE,\xC3(\0\0\0"s, 8, {"xkb:??", "xkb:?("}},
-        {"evdev\0pc105\0us,ru,de,fr,es\0\0\0"s, 8, {"xkb:us", "xkb:ru", "xkb:de", "xkb:fr", "xkb:es"}},
-        {"evdev\0pc105\0,ru\0\0\0"s, 8, {"xkb:English (US)", "xkb:ru"}},
-        {"evdev\0pc105\0ru,us\0"s + std::string(100'000, 'x'),
-         8,
-         {"xkb:ru+" + std::string(64, 'x'), "xkb:us"}},
         {"", 8, fromKeymap},
     };
     for (const auto& tested : cases) {
@@ -171,7 +166,6 @@ TEST_F(XkbInputSourcesTest, AnythingInTheRootPropertyGivesAListThatIsSafeToShow)
         EXPECT_EQ(sources->select(tested.expected[1]), selected);
         EXPECT_TRUE(other->waitForGroup(1, std::chrono::seconds(5)));
     }
-    EXPECT_EQ(sources->enabledKeyboardSources()[1].name, "Russian");
 }
 
 } // namespace

@@ -54,19 +54,14 @@ TEST(SettingsDocument, reads_what_is_odd_but_unambiguous) {
 TEST(SettingsDocument, one_bad_member_fails_it_and_is_named) {
     const char* const cases[][3] = {
         {R"("schemaVersion":2)", R"("x":2)", "schemaVersion: "},
-        {":2,", ":2.0,", "schemaVersion: "},
         {":2,", ":9223372036854775808,", "schemaVersion: "},
-        {R"("rules":[)", R"("rules":{},"x":[)", "rules: "},
         {R"("rules":[)", R"("rules":[1,)", "rules: "},
         {R"("id":"tap")", R"("id":1)", "id: "},
-        {R"("enabled":true)", R"("enabled":1)", "enabled: "},
         {"modifier_tap", "Modifier_tap", "type: "},
         {R"("key":"rightCommand")", R"("keyCode":54)", "key: "},
         {"rightCommand", "RightCommand", "key: unknown modifier key: RightCommand"},
         {":49", ":65536", "keyCode: "},
-        {R"(["leftShift"])", R"("leftShift")", "modifiers: "},
         {R"(["leftShift"])", R"(["쉬프트","?"])", "modifiers: unknown modifier key: 쉬프트"},
-        {"toggle_input_source", "toggle", "type: "},
         {R"("sourceB":{)", R"("sourceB":null,"x":{)", "sourceB: "},
         {R"("displayName":"ABC")", R"("displayname":"ABC")", "displayName: "},
     };
@@ -86,19 +81,6 @@ TEST(SettingsDocument, malformed_text_is_neither_read_nor_probed) {
         EXPECT_THAT(refusal(text), testing::StartsWith(": malformed JSON")) << text;
         EXPECT_EQ(config_json::probeSchemaVersion(text), std::nullopt) << text;
     }
-}
-
-TEST(SettingsDocument, version_is_found_whatever_else_the_document_holds) {
-    const std::pair<std::string, std::optional<std::int64_t>> cases[] = {
-        {R"({"x":)" + std::string(500'000, '[') + std::string(500'000, ']') + R"(,"schemaVersion":-3})", -3},
-        {R"({"schemaVersion":3,"schemaVersion":1})", 1},
-        {R"({"schemaVersion":1,"schemaVersion":"3"})", std::nullopt},
-        {R"({"rules":[{"schemaVersion":3}]})", std::nullopt},
-        {R"({"schemaVersion":18446744073709551615})", std::nullopt},
-        {"3", std::nullopt},
-    };
-    for (const auto& [text, version] : cases)
-        EXPECT_EQ(config_json::probeSchemaVersion(text), version) << text.substr(0, 60);
 }
 
 TEST(SettingsDocument, absurd_depth_and_size_are_refused_before_a_document_is_built) {

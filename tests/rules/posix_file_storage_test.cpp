@@ -67,16 +67,5 @@ TEST_F(PosixFileStorageTest, what_is_no_plain_file_is_neither_read_nor_replaced_
     EXPECT_THAT([&] { storage.read(file); }, failsWith(EFBIG));
 }
 
-TEST(XdgDataHome, is_the_variable_if_absolute_and_else_below_home) {
-    ::setenv("HOME", "/home/me", 1);
-    ::setenv("XDG_DATA_HOME", "/data", 1);
-    EXPECT_EQ(PosixFileStorage::xdgDataHome(), "/data");
-    ::setenv("XDG_DATA_HOME", "relative/data", 1);
-    EXPECT_EQ(PosixFileStorage::xdgDataHome(), "/home/me/.local/share");
-    ::unsetenv("XDG_DATA_HOME");
-    ::unsetenv("HOME");
-    EXPECT_TRUE(PosixFileStorage::xdgDataHome().is_absolute());
-}
-
 } // namespace
 } // namespace hopsel

@@ -1,8 +1,9 @@
-// The settings store on a real folder, through the real storage.
+// The settings store on a real folder, through the real storage, and what it does not store.
 #include "core/rules/rule_store.h"
 
 #include "core/platform/posix/posix_file_storage.h"
 #include "core/rules/config_json.h"
+#include "core/rules/rule_validator.h"
 #include "rules/rule_samples.h"
 #include "rules/temporary_folder.h"
 
@@ -46,14 +47,6 @@ class RuleStoreTest : public FolderTest {
         }
     }
 };
-
-TEST_F(RuleStoreTest, first_run_has_no_rules_and_leaves_no_trace_until_the_first_change) {
-    load();
-    EXPECT_EQ(store.config(), Config::empty());
-    EXPECT_THAT(listing(), testing::IsEmpty());
-    EXPECT_EQ(store.add(tapRule("tap")), tapRule("tap"));
-    EXPECT_EQ(contents(file), encode({1, {tapRule("tap")}}));
-}
 
 TEST_F(RuleStoreTest, loading_never_rewrites_and_every_change_writes_what_is_known) {
     const std::string text = twoRulesWith(":2,", R"(:-3,"note":1,)");
@@ -106,7 +99,7 @@ TEST_F(RuleStoreTest, what_cannot_be_read_is_an_error_of_the_storage_and_not_a_f
     expectEveryChangeFails("not been loaded");
 }
 
-TEST_F(RuleStoreTest, a_later_load_that_fails_keeps_the_document) {
+TEST_F(RuleStoreTest, a_later_load_that_fails_keeps_the_document_and_one_without_a_file_leaves_no_trace) {
     put(file, twoRules);
     load();
     for (const std::string& text : {std::string("{"), twoRulesWith(":2,", ":4,")}) {
@@ -114,38 +107,26 @@ TEST_F(RuleStoreTest, a_later_load_that_fails_keeps_the_document) {
         EXPECT_THROW(load(), StoreError);
         EXPECT_EQ(store.config(), config_json::decode(twoRules));
     }
-    fs::remove(file);
-    load();
+    fs::remove_all(file.parent_path());
+    load(); // as on the first run
     EXPECT_EQ(store.config(), Config::empty());
+    EXPECT_THAT(listing(), testing::IsEmpty());
+    store.add(tapRule("tap"));
+    EXPECT_EQ(contents(file), encode({1, {tapRule("tap")}}));
 }
 
 TEST_F(RuleStoreTest, changes_that_do_not_fit_are_refused_for_the_first_reason) {
     put(file, twoRules);
     load();
     const Rule invalid = tapRule("tap", ModifierKey::leftShift);
-    const StoreError::Reason disallowed =
-        store_error::Invalid{{rule_issue::DisallowedTrigger{ModifierKey::leftShift}}};
     const std::pair<StoreError::Reason, std::function<void()>> cases[] = {
         {store_error::DuplicateId{"tap"}, [&] { store.add(invalid); }},
         {store_error::NotFound{"x"}, [&] { store.update(tapRule("x", ModifierKey::leftShift)); }},
-        {store_error::NotFound{"x"}, [&] { store.remove("x"); }},
-        {store_error::NotFound{"x"}, [&] { store.setEnabled("x", true); }},
-        {disallowed, [&] { store.update(invalid); }},
-        {disallowed, [&] { store.add(tapRule("new", ModifierKey::leftShift)); }},
+        {store_error::Invalid{{rule_issue::DisallowedTrigger{ModifierKey::leftShift}}},
+         [&] { store.update(invalid); }},
     };
     for (const auto& [reason, change] : cases) EXPECT_THAT(change, failsWith(reason));
     EXPECT_EQ(contents(file), twoRules);
-}
-
-TEST_F(RuleStoreTest, rules_that_only_a_text_editor_can_make_can_be_enabled_and_removed) {
-    // Two rules of one identifier, the first of them with a trigger that could not be added.
-    std::string text = twoRulesWith(R"("id":"keys")", R"("id":"tap")");
-    put(file, text.replace(text.find("rightCommand"), 12, "leftShift"));
-    load();
-    store.setEnabled("tap", false);
-    EXPECT_TRUE(!store.config().rules[0].enabled && store.config().rules[1].enabled);
-    store.remove("tap");
-    EXPECT_EQ(store.config(), Config::empty());
 }
 
 TEST_F(RuleStoreTest, a_disk_that_refuses_costs_neither_the_file_nor_the_rules) {
@@ -159,6 +140,21 @@ TEST_F(RuleStoreTest, a_disk_that_refuses_costs_neither_the_file_nor_the_rules) 
     EXPECT_THROW(store.add(unwritable), StoreError);
     store.remove("keys"); // nothing is stuck
     EXPECT_EQ(contents(file), encode({1, {tapRule("tap")}}));
+}
+
+TEST(RuleValidator, reports_trigger_then_duplicate_then_sources) {
+    Rule existing = tapRule("old", ModifierKey::leftShift);
+    existing.enabled = false; // reserves its trigger all the same
+    EXPECT_THAT(
+        rule_validator::issues(tapRule("new", ModifierKey::leftShift, samples::toggle("same", "same")),
+                               {existing, tapRule("older", ModifierKey::leftShift)}),
+        testing::ElementsAre(RuleIssue(rule_issue::DisallowedTrigger{ModifierKey::leftShift}),
+                             RuleIssue(rule_issue::DuplicateTrigger{"old"}),
+                             RuleIssue(rule_issue::SameSource{})));
+    const Rule letter{"new", true, trigger::Shortcut{{0, {ModifierKey::leftShift}}}, samples::toggle("", "")};
+    EXPECT_THAT(rule_validator::issues(letter, {existing}),
+                testing::ElementsAre(RuleIssue(rule_issue::DisallowedShortcut{{0, {ModifierKey::leftShift}}}),
+                                     RuleIssue(rule_issue::EmptySourceId{})));
 }
 
 } // namespace

@@ -76,10 +76,9 @@ class SystemEvents : public testing::Test {
         return test::runLoopUntil([&] { return events.size() >= expected.size(); }) && events == expected;
     }
     /// Sleeps and wakes: what came before it in vain has been looked at when it is here.
-    void expectNothingBesides(std::vector<SystemEvent> before) {
+    void expectNothing() {
         emitSleep("b", true);
-        before.push_back(willSleep);
-        EXPECT_TRUE(reach(before)) << testing::PrintToString(events);
+        EXPECT_TRUE(reach({willSleep})) << testing::PrintToString(events);
         events.clear();
     }
     void startAndSettle() {
@@ -111,7 +110,7 @@ class SystemEvents : public testing::Test {
     int sourceChanges = 0;
 };
 
-TEST_F(SystemEvents, tellEachChangeOnce) {
+TEST_F(SystemEvents, tellEachChangeOnceAndNoneThatIsNone) {
     observer->start();
     startAndSettle();
     emitSleep("b", true);
@@ -126,7 +125,9 @@ TEST_F(SystemEvents, tellEachChangeOnce) {
     events.clear();
     catalog->onSourcesChanged();
     EXPECT_EQ(sourceChanges, 1);
-    expectNothingBesides({});
+    emitSleep("s", "true"); // nor anything of the wrong type
+    setProperties({{"Active", QStringList{"x"}}, {"LockedHint", 1}});
+    expectNothing();
 }
 
 TEST_F(SystemEvents, lockWithLogindOrAScreenSaverAndUnlockWithTheLast) {
@@ -145,15 +146,13 @@ TEST_F(SystemEvents, lockWithLogindOrAScreenSaverAndUnlockWithTheLast) {
     events.clear();
     saver("one", "org.mate.ScreenSaver", "true");
     saver("one", "org.example.ScreenSaver", true);
-    expectNothingBesides({});
+    expectNothing();
 }
 
 TEST_F(SystemEvents, endWithStopAndWithTheObserver) {
     startAndSettle();
     observer->stop();
     emitSleep("b", true);
-    saver("one", "org.freedesktop.ScreenSaver", true);
-    EXPECT_TRUE(test::staysFalse([&] { return !events.empty(); }));
     EXPECT_FALSE(catalog->onSourcesChanged);
     observer->start();
     observer.reset(); // replies are still on their way
@@ -161,37 +160,12 @@ TEST_F(SystemEvents, endWithStopAndWithTheObserver) {
     EXPECT_TRUE(test::staysFalse([&] { return !events.empty(); }));
 }
 
-TEST_F(SystemEvents, ignoreValuesOfTheWrongType) {
-    startAndSettle();
-    emitSleep("s", "true");
-    setProperties({{"Active", "no"}, {"LockedHint", 1}});
-    setProperties({{"Active", QStringList{"x"}}});
-    expectNothingBesides({});
-}
-
-TEST_F(SystemEvents, followLogindThroughARestartAndABusThatComesLater) {
+TEST_F(SystemEvents, followLogindThroughARestart) {
     startAndSettle();
     logind->kill(SIGKILL);
     logind->waitForExit(std::chrono::seconds(5));
     startLogind();
     startAndSettle();
-
-    systemBus.kill();
-    sessionBus.kill();
-    ASSERT_TRUE(test::staysFalse([&] { return !events.empty(); }));
-    observer->retry();
-    QDBusConnection::disconnectFromBus("mock control");
-    PrivateBus nextBus(PrivateBus::Kind::system);
-    control = QDBusConnection::connectToBus(QString::fromStdString(nextBus.address()), "mock control");
-    ASSERT_TRUE(test::runLoopUntil([&] {
-        observer->retry();
-        return control.isConnected();
-    }));
-    startLogind();
-    startAndSettle();
-    expectNothingBesides({});
-    observer->stop();
-    logind.reset();
 }
 
 TEST(SystemEventsWithoutBuses, areNoneAndWaitForNothing) {

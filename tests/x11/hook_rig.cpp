@@ -51,6 +51,12 @@ void HookRig::start(const ShortcutSet& shortcuts) {
     filter->start();
 }
 
+void HookRig::typeShortcut() {
+    keyboard->press(key::leftShift);
+    keyboard->tap(key::space);
+    keyboard->release(key::leftShift);
+}
+
 void HookRig::settle() {
     const std::size_t heardBefore = events.size();
     const std::size_t keysBefore = window->records().size();

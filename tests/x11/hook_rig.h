@@ -32,6 +32,8 @@ class HookRig {
 
     void start(const ShortcutSet& shortcuts = {leftShiftSpace});
 
+    /// Left Shift+Space.
+    void typeShortcut();
     /// Types a Q and waits until the window and the listener have it: everything before has been handled.
     void settle();
 

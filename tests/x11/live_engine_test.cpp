@@ -1,28 +1,16 @@
 // The main job, whole: a key on a real X server, through hook, engine and XKB sources, to a switched layout.
+#include "core/diagnostics/diagnostics_recorder.h"
+#include "core/diagnostics/report_builder.h"
 #include "live_engine.h"
+#include "session/temporary_folder.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <regex>
 
 using namespace hopsel;
 using namespace hopsel::test;
 
 namespace {
-
-TEST_F(LiveEngine, ATapAndAShortcutToggleTheLayout) {
-    keyboard->tap(key::rightSuper);
-    ASSERT_TRUE(switchesReach(1));
-    EXPECT_EQ(layouts.lockedGroup(), 1);
-    keyboard->press(key::leftShift);
-    keyboard->tap(key::space);
-    keyboard->release(key::leftShift);
-    ASSERT_TRUE(switchesReach(2));
-    EXPECT_EQ(layouts.lockedGroup(), 0);
-    const auto& last = std::get<engine_event::Switched>(events.back());
-    EXPECT_EQ(last.from, "xkb:ru");
-    EXPECT_EQ(last.to, "xkb:us");
-    EXPECT_EQ(window->typed(), "");
-}
 
 TEST_F(LiveEngine, OrdinaryUseOfTheTriggerNeverSwitches) {
     const auto during = [&](const std::function<void()>& something) {
@@ -69,25 +57,6 @@ TEST_F(LiveEngine, TypingAroundTheShortcutStaysInOrderAndInItsLayout) {
     EXPECT_TRUE(window->waitForText("aф"));
 }
 
-TEST_F(LiveEngine, ASourceThatIsRemovedBreaksItsRulesUntilItIsBack) {
-    sources->onSourcesChanged = [this] { engine->refreshSources(); };
-    setLayouts("us");
-    const auto tapUntil = [&](const std::function<bool(const EngineEvent&)>& outcome) {
-        events.clear();
-        return runLoopUntil([&] {
-            keyboard->tap(key::rightSuper);
-            return std::any_of(events.begin(), events.end(), outcome);
-        });
-    };
-    EXPECT_TRUE(tapUntil([&](const EngineEvent& event) {
-        const auto* skipped = std::get_if<engine_event::RuleSkipped>(&event);
-        return skipped != nullptr && skipped->reason == SkipReason(skip_reason::BrokenSource{{"xkb:ru"}});
-    }));
-    setLayouts("us,ru");
-    EXPECT_TRUE(tapUntil(
-        [](const EngineEvent& event) { return std::holds_alternative<engine_event::Switched>(event); }));
-}
-
 TEST_F(LiveEngine, TheGuestKeyReachesTheGuestAloneAndFiresNothingHere) {
     engine->setFrontmostRemoteKind(remote_apps::Kind::guestOS);
     keyboard->press(key::leftShift);
@@ -119,6 +88,31 @@ TEST_F(LiveEngine, DegradesWhenTheServerGoesAndRunsAgainWithTheNext) {
     nextKeyboard.tap(key::rightSuper);
     EXPECT_TRUE(switchesReach(1));
     engine->stop();
+}
+
+TEST_F(LiveEngine, ARecordingCannotTellOneSentenceFromAnotherAndNothingIsWritten) {
+    static constexpr std::array codes{key::a, key::b, key::c, key::d, key::s, key::z};
+    const TemporaryFolder home;
+    for (const char* variable : {"HOME", "TMPDIR", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
+        setenv(variable, home.path().c_str(), 1);
+    const auto recorder = std::make_shared<DiagnosticsRecorder>();
+    engine->setDiagnostics(recorder);
+    const auto reportOfTyping = [&](const std::string& text) {
+        recorder->startRecording();
+        window->clear();
+        for (const char letter : text)
+            keyboard->tap(letter == ' ' ? key::space : codes[std::string("abcdsz").find(letter)]);
+        EXPECT_TRUE(window->waitForText(text)) << "typed it was";
+        EXPECT_TRUE(runLoopUntil([&] { return recorder->entries().size() == 2 * text.size(); }));
+        ReportInput input;
+        input.entries = recorder->entries();
+        const std::regex times("\n *[-+][0-9.]+  ");
+        return std::regex_replace(report_builder::build(input), times, "\n");
+    };
+    const std::string report = reportOfTyping("bad cab");
+    EXPECT_EQ(report, reportOfTyping("zs d a "));
+    EXPECT_EQ(report.find("bad"), std::string::npos);
+    EXPECT_TRUE(std::filesystem::is_empty(home.path()));
 }
 
 } // namespace

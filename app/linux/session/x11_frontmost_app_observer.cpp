@@ -58,6 +58,7 @@ void X11FrontmostAppObserver::takeEvents() {
         report(std::nullopt);
     } else if (hasNews) {
         report(readIdentifier());
+        if (onWindowChange) onWindowChange();
     }
 }
 

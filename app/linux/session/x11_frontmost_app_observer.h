@@ -27,6 +27,9 @@ class X11FrontmostAppObserver final : public FrontmostAppObserving {
     /// There is no connection: call `start` (again).
     bool isLost() const { return !connection_ || connection_->isLost(); }
 
+    /// Another window may be the active one, of the same application or of another. Comes after `onChange`.
+    std::function<void()> onWindowChange;
+
   private:
     void connect();
     void takeEvents();

@@ -55,19 +55,14 @@ TEST(FcitxSwitchKeys, FileIsReadAgainWhenItIsAnother) {
     const session::TemporaryFolder folder;
     const auto file = folder.path() / "config";
     FcitxSwitchKeys source(file);
-    EXPECT_EQ(source.read().size(), fcitxStock.size());
-    folder.write("config", "[Hotkey/TriggerKeys]\n0=F1\n");
-    EXPECT_THAT(source.read(), Contains(keys({"F1"})[0]));
-    const auto written = std::filesystem::last_write_time(file);
-    folder.write("config", "[Hotkey/TriggerKeys]\n0=F2\n");
-    std::filesystem::last_write_time(file, written + std::chrono::seconds(1));
-    EXPECT_THAT(source.read(), Contains(keys({"F2"})[0]));
-    std::filesystem::remove(file);
     ASSERT_EQ(mkfifo(file.c_str(), 0600), 0);
     EXPECT_EQ(source.read().size(), fcitxStock.size()) << "would block";
+    std::filesystem::remove(file);
+    folder.write("config", "[Hotkey/TriggerKeys]\n0=F1\n");
+    EXPECT_THAT(source.read(), Contains(keys({"F1"})[0]));
 }
 
-TEST(SettingsSwitchKeys, ValueIsReadAfreshAndStockKeysStandInForWhatIsNotInstalled) {
+TEST(SettingsSwitchKeys, StockKeysStandInForWhatIsNotInstalled) {
     const session::TemporaryFolder folder;
     folder.write("test.gschema.xml", R"(<schemalist>
  <schema id="org.freedesktop.ibus.general.hotkey" path="/ibus/">
@@ -84,22 +79,13 @@ TEST(SettingsSwitchKeys, ValueIsReadAfreshAndStockKeysStandInForWhatIsNotInstall
     storage.schemas =
         g_settings_schema_source_new_from_directory(folder.path().c_str(), nullptr, TRUE, nullptr);
     storage.values = g_memory_settings_backend_new();
-    const auto setTriggers = [&storage](const char* value) {
-        GVariant* parsed = g_variant_parse(nullptr, value, nullptr, nullptr, nullptr);
-        G_SETTINGS_BACKEND_GET_CLASS(storage.values)
-            ->write(storage.values, "/ibus/triggers", g_variant_ref_sink(parsed), nullptr);
-        g_variant_unref(parsed);
-    };
     {
         auto ibus = SettingsSwitchKeys::ofIBus(storage);
         EXPECT_EQ(ibus.read(), keys({"Control+F1", "Control+Shift+F1"}));
-        setTriggers("['<Alt>F2']");
-        EXPECT_EQ(ibus.read(), keys({"Alt+F2", "Alt+Shift+F2"}));
-        setTriggers("'<Alt>F2'"); // another type
-        EXPECT_EQ(ibus.read(), keys({"Control+F1", "Control+Shift+F1"}));
         auto gnome = SettingsSwitchKeys::ofGnome(storage);
         EXPECT_EQ(gnome.read(),
-                  keys({"Super+space", "XF86Keyboard", "Shift+Super+space", "Shift+XF86Keyboard"}));
+                  keys({"Super+space", "XF86Keyboard", "Shift+Super+space", "Shift+XF86Keyboard"}))
+            << "a value of another type";
         SettingsSwitchKeys missing("org.example.missing", {{"key", {"F1"}}}, storage);
         EXPECT_EQ(missing.read(), keys({"F1"}));
     }
@@ -148,7 +134,6 @@ TEST(DesktopSwitchKeys, CountWhileTheirProgramIsInChargeOfTheSession) {
     EXPECT_TRUE(become(desktop, {"F4", "F1"}));
     owner.registerService(gnome);
     EXPECT_TRUE(become(desktop, {"F4", "F3", "F1"}));
-    EXPECT_TRUE(become(DesktopSwitchKeys(owner, readers), {"F4", "F3", "F1"})) << "owned before";
     owner.unregisterService(fcitx);
     EXPECT_TRUE(become(desktop, {"F4", "F3"}));
     bus.kill();
@@ -169,7 +154,6 @@ TEST(DesktopSwitchKeys, EveryBoundKeyConflictsAndTheStockKeysOfMacOSDoNot) {
         EXPECT_FALSE(desktop.conflicts(stock));
     }
     EXPECT_TRUE(desktop.conflicts({49, {ModifierKey::rightCommand}})) << "sides do not matter";
-    EXPECT_FALSE(desktop.conflicts({49, {ModifierKey::leftCommand, ModifierKey::leftShift}}));
 }
 
 } // namespace

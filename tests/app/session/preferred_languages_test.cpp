@@ -1,7 +1,5 @@
 #include "app/linux/session/preferred_languages.h"
 
-#include "app/linux/session/system_facts.h"
-
 #include <gmock/gmock.h>
 #include <map>
 
@@ -26,10 +24,6 @@ TEST(PreferredLanguages, FollowGettextsOrder) {
         };
         EXPECT_EQ(preferredLanguages(environment), tested.expected);
     }
-}
-
-TEST(SystemFacts, NameTheDistributionAndTheKernel) {
-    EXPECT_THAT(system_facts::version(), testing::MatchesRegex(".+, Linux [0-9]+\\.[0-9]+.*"));
 }
 
 } // namespace

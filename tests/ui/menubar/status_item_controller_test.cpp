@@ -2,6 +2,7 @@
 #include "support/qt_waiting.h"
 #include "ui/l10n/l10n.h"
 #include "ui/menubar/badge_renderer.h"
+#include "ui/menubar/macos/menu_bar_host.h"
 #include "ui/menubar/status_item_controller.h"
 #include "ui/settings/design/colors.h"
 
@@ -87,11 +88,6 @@ TEST_F(StatusItemControllerTest, ShowsWhatTheModelHasComeToBeInTheInkOfTheAppear
     EXPECT_TRUE(test::runLoopUntil([&] { return controller.item()->toolTip() == "Hopsel"; }));
 }
 
-TEST_F(StatusItemControllerTest, ShowsTheCurrentLabelAloneWhereThePanelMayScaleIt) {
-    host->tell(TrayKind::statusNotifier);
-    EXPECT_TRUE(comesToShow(StatusBadge::single("A"), 64, Qt::black));
-}
-
 TEST_F(StatusItemControllerTest, HandsOnItsOwnActionsAndGivesTheOthersToTheModel) {
     click("Settings…"); // nobody there to be told: no harm
     std::string told;
@@ -109,14 +105,29 @@ TEST_F(StatusItemControllerTest, HandsOnItsOwnActionsAndGivesTheOthersToTheModel
     EXPECT_FALSE(model.engineEnabled());
 }
 
-TEST_F(StatusItemControllerTest, OpensTheMenuWithEitherButton) {
-    host->tell(TrayKind::statusNotifier);
-    auto* item = const_cast<QSystemTrayIcon*>(controller.item());
-    for (const auto reason : {QSystemTrayIcon::Trigger, QSystemTrayIcon::Context}) {
-        Q_EMIT item->activated(reason);
-        EXPECT_TRUE(controller.menu()->isVisible());
-        controller.menu()->hide();
+TEST_F(StatusItemControllerTest, ShowsTheCurrentLabelAloneWhereBothWouldNotBeLegible) {
+    const auto square = [](const StatusBadge& badge, int pixels) {
+        return badge_renderer::square(badge, pixels, Qt::black);
+    };
+    for (const int pixels : {16, 22, 24}) {
+        EXPECT_EQ(square({"A", "B", true}, pixels), square(StatusBadge::single("A"), pixels));
+        EXPECT_EQ(square({"A", "B", false}, pixels), square(StatusBadge::single("B"), pixels));
     }
+    EXPECT_NE(square({"A", "B", true}, 32), square({"A", "B", false}, 32));
+    host->tell(TrayKind::statusNotifier); // such a panel may scale it
+    EXPECT_TRUE(comesToShow(StatusBadge::single("A"), 64, Qt::black));
+}
+
+TEST_F(StatusItemControllerTest, LeavesTintAndMenuToTheMenuBarOfMacOS) {
+    StatusItemController inMenuBar{model, std::make_unique<MenuBarHost>()};
+    EXPECT_EQ(inMenuBar.item(), nullptr) << "never inside the call that asks";
+    ASSERT_TRUE(test::runLoopUntil([&] { return inMenuBar.item() != nullptr; }));
+    const QIcon icon = inMenuBar.item()->icon();
+    EXPECT_TRUE(icon.isMask());
+    EXPECT_EQ(icon.availableSizes(), (QList<QSize>{{22, 16}, {44, 32}}));
+    EXPECT_EQ(icon.pixmap({44, 32}, 1.0).toImage().pixelColor(4, 16), QColor(Qt::black));
+    Q_EMIT const_cast<QSystemTrayIcon*>(inMenuBar.item())->activated(QSystemTrayIcon::Trigger);
+    EXPECT_FALSE(inMenuBar.menu()->isVisible());
 }
 
 } // namespace

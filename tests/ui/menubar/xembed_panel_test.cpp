@@ -57,14 +57,5 @@ TEST_F(XEmbedPanel, OpensTheMenuWithEitherButton) {
     EXPECT_TRUE(opensMenu(3));
 }
 
-TEST(TrayHostWithoutADesktop, SaysThatThereIsNoPanelButNotAtOnce) {
-    std::vector<TrayKind> told;
-    TrayHost host(QDBusConnection("nowhere"), false, {std::chrono::hours(1), std::chrono::milliseconds(1)});
-    host.start([&](TrayKind kind) { told.push_back(kind); });
-    EXPECT_THAT(told, testing::IsEmpty());
-    EXPECT_TRUE(runLoopUntil([&] { return !told.empty(); }));
-    EXPECT_THAT(told, ElementsAre(TrayKind::none));
-}
-
 } // namespace
 } // namespace hopsel::test

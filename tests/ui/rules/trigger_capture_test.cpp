@@ -1,7 +1,6 @@
-// Pressing the trigger: what ends a capture, and with what; and where the parts of a row go.
+// Pressing the trigger: what ends a capture, and with what.
 #include "rules_rig.h"
 #include "support/qt_waiting.h"
-#include "ui/settings/rules/rule_row_layout.h"
 #include "ui/settings/rules/trigger_capture.h"
 
 #include <QTimer>
@@ -95,27 +94,6 @@ TEST_F(Capture, LeavesNothingBehindWhenItGoes) {
     EXPECT_FALSE(isCapturing());
     lateTap(ModifierKey::leftOption);
     lateKey({a, flagsOf({ModifierKey::leftControl}), false});
-}
-
-TEST(RuleRowLayout, KeepsEveryPartInsideAndApartAtEveryWidth) {
-    using namespace rule_row_layout;
-    Parts parts;
-    parts.toggle = {38, 38, 38, 22};
-    parts.trigger = {60, 330, 330, 24};
-    parts.sourceA = parts.sourceB = {90, 110, 250, 26};
-    parts.notes = {{60, 150, 150, 16}, {60, 90, 90, 16}};
-    parts.remove = {50, 50, 50, 24};
-    for (int width = 150; width < 1300; ++width) {
-        const Places at = arrange(parts, width, 10);
-        std::vector<QRect> all{at.toggle, at.trigger, at.sourceA, at.sourceB, at.remove};
-        all.insert(all.end(), at.notes.begin(), at.notes.end());
-        for (std::size_t i = 0; i < all.size(); ++i) {
-            ASSERT_TRUE(QRect(0, 0, width, at.height).contains(all[i])) << width << ", part " << i;
-            for (std::size_t j = 0; j < i; ++j) ASSERT_FALSE(all[i].intersects(all[j])) << width;
-        }
-        ASSERT_LE(at.height, arrange(parts, width - 1, 10).height) << "more room never makes it higher";
-    }
-    EXPECT_EQ(arrange(parts, 1300, 10).height, 26) << "on one line in the end";
 }
 
 } // namespace

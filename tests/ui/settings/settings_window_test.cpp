@@ -1,5 +1,3 @@
-#include "ui/settings/design/colors.h"
-#include "ui/settings/design/pane_container.h"
 #include "ui/settings/settings_rig.h"
 
 #include <QApplication>
@@ -30,21 +28,6 @@ void expectWhole(const QWidget& widget) {
 
 } // namespace
 
-TEST_F(SettingsWindow, IsMadeOnceAndRemembersItsPaneAndSize) {
-    open(SettingsPane::sources);
-    QWidget* window = controller->window();
-    EXPECT_EQ(window->windowTitle(), "Hopsel");
-    EXPECT_EQ(window->size(), QSize(780, 520));
-    window->resize(700, 600);
-    window->close();
-    EXPECT_FALSE(controller->isVisible());
-    controller->show();
-    settle();
-    EXPECT_EQ(controller->window(), window);
-    EXPECT_EQ(window->size(), QSize(700, 600));
-    EXPECT_TRUE(says(l10n::Key::sourcesTitle));
-}
-
 TEST_F(SettingsWindow, ClosingEndsCaptureAndRecordingAndTellsOnce) {
     open(SettingsPane::diagnostics);
     model->captureTrigger([](ModifierKey) {});
@@ -61,7 +44,7 @@ TEST_F(SettingsWindow, ClosingEndsCaptureAndRecordingAndTellsOnce) {
     EXPECT_EQ(recorder->entries().size(), 1U);
 }
 
-TEST_F(SettingsWindow, ShowingDiagnosticsRecordsAtOnceWithoutWipingWhatRuns) {
+TEST_F(SettingsWindow, ShowingDiagnosticsRecordsAtOnceAndOnlyShowingThemAnewWipesIt) {
     open(SettingsPane::about);
     controller->show(SettingsPane::diagnostics);
     EXPECT_TRUE(recorder->isRecording());
@@ -69,54 +52,46 @@ TEST_F(SettingsWindow, ShowingDiagnosticsRecordsAtOnceWithoutWipingWhatRuns) {
     controller->show(SettingsPane::diagnostics);
     settle();
     EXPECT_EQ(recorder->entries().size(), 1U);
-    recorder->stopRecording();
-    controller->show(SettingsPane::diagnostics);
-    EXPECT_TRUE(recorder->isRecording());
-}
-
-TEST_F(SettingsWindow, ReopenedOnAnotherPaneKeepsTheClosedRecording) {
-    open(SettingsPane::diagnostics);
-    record(100, key_event_kind::KeyDown{});
     controller->window()->close();
     open(SettingsPane::general);
     EXPECT_FALSE(recorder->isRecording());
-    EXPECT_EQ(recorder->entries().size(), 1U);
+    EXPECT_EQ(recorder->entries().size(), 1U) << "kept, for another pane is shown";
 }
 
-TEST_F(SettingsWindow, SidebarIsOperatedByMouseAndByArrowKeys) {
+TEST_F(SettingsWindow, GeneralSwitchesShowWhatCameOfIt) {
+    int onboardings = 0;
+    launch().onRequestOnboarding = [&] { ++onboardings; };
     open(SettingsPane::general);
-    button(l10n::Key::tabGeneral)->setFocus();
-    open(SettingsPane::rules); // and the focus with it
-    EXPECT_EQ(QApplication::focusWidget(), button(l10n::Key::tabRules));
-    click(button(l10n::Key::tabAbout));
-    EXPECT_TRUE(says(l10n::Key::aboutVersion, {"0.1.0"}));
-    EXPECT_FALSE(says(l10n::Key::generalStatus));
-    controller->window()->setFocus();
-    QTest::keyClick(controller->window(), Qt::Key_Tab);
-    ASSERT_EQ(QApplication::focusWidget(), button(l10n::Key::tabAbout));
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Up);
+    click(button(l10n::Key::generalShowLabel));
+    EXPECT_FALSE(preferences->showLabel);
+
+    QAbstractButton* login = button(l10n::Key::generalLaunchAtLogin);
+    login->setFocus();
+    QTest::keyClick(login, Qt::Key_Space);
     settle();
-    EXPECT_TRUE(says(l10n::Key::diagEventsTitle));
-    EXPECT_TRUE(button(l10n::Key::tabDiagnostics)->isChecked());
+    EXPECT_EQ(loginItem->current, LoginItemStatus::enabled);
+    EXPECT_TRUE(login->isChecked());
+    loginItem->refuses = true;
+    click(login);
+    EXPECT_TRUE(login->isChecked());
+
+    click(button(l10n::Key::generalRunOnboarding));
+    EXPECT_EQ(onboardings, 1);
 }
 
-TEST_F(SettingsWindow, WithoutAPanelItHasTheMenuItself) {
-    QMenu menu;
-    menu.addAction("an action");
-    open(SettingsPane::about);
-    controller->setMenu(&menu);
-    const auto buttons = visible<QAbstractButton>();
-    const auto named = std::find_if(buttons.begin(), buttons.end(),
-                                    [](QAbstractButton* candidate) { return candidate->text() == "Hopsel"; });
-    ASSERT_NE(named, buttons.end());
-    QAbstractButton* opener = *named;
-    opener->setFocus();
-    QTest::keyClick(opener, Qt::Key_Space);
-    EXPECT_TRUE(menu.isVisible());
-    menu.close();
-    EXPECT_TRUE(button(l10n::Key::tabAbout)->isChecked()) << "it is no pane";
-    controller->setMenu(nullptr);
-    EXPECT_FALSE(opener->isVisible());
+TEST_F(SettingsWindow, GeneralAsksForApprovalOnlyWhenItIsNeeded) {
+    loginItem->current = LoginItemStatus::requiresApproval;
+    open(SettingsPane::general);
+    EXPECT_FALSE(button(l10n::Key::generalLaunchAtLogin)->isChecked());
+    EXPECT_TRUE(says(l10n::Key::generalLaunchNeedsApproval));
+    click(button(l10n::Key::generalOpenLoginItems));
+    EXPECT_EQ(calls, fakes::Calls{"open login items"});
+
+    loginItem->current = LoginItemStatus::unavailable;
+    loginItem->refuses = true;
+    click(button(l10n::Key::generalLaunchAtLogin));
+    EXPECT_FALSE(button(l10n::Key::generalLaunchAtLogin)->isEnabled());
+    EXPECT_FALSE(says(l10n::Key::generalLaunchNeedsApproval));
 }
 
 // In the smallest window, with the longest names.

@@ -70,8 +70,8 @@ void AccessibilityBus::connectTo(const QString& address) {
         QDBusConnection::disconnectFromBus(name);
         return;
     }
-    connection.connect(QString(), "/org/freedesktop/DBus/Local", "org.freedesktop.DBus.Local", "Disconnected",
-                       this, SLOT(disconnect()));
+    end_ = std::make_unique<BusEnd>(connection);
+    connect(end_.get(), &BusEnd::reached, this, [this] { disconnect(); });
     connection_ = connection;
     onChange_();
 }
@@ -82,6 +82,7 @@ void AccessibilityBus::disconnect() {
     const QString name = connection_->name();
     connection_.reset();
     if (onChange_) onChange_();
+    end_.reset();
     QDBusConnection::disconnectFromBus(name);
 }
 

@@ -5,6 +5,7 @@
 // switches accessibility on: programs behave differently then, so that is for the user to decide.
 #pragma once
 
+#include "core/platform/linux/accessibility/bus_end.h"
 #include "core/platform/linux/accessibility/bus_greeting.h"
 
 #include <QDBusConnection>
@@ -30,9 +31,9 @@ class AccessibilityBus final : public QObject {
 
   private Q_SLOTS:
     void readStatus();
-    void disconnect();
 
   private:
+    void disconnect();
     void takeAddress(const QString& addresses);
     void connectTo(const QString& address);
 
@@ -42,6 +43,7 @@ class AccessibilityBus final : public QObject {
     QString address_; ///< the one that is waited for, or connected to
     std::unique_ptr<BusGreeting> greeting_;
     std::optional<QDBusConnection> connection_;
+    std::unique_ptr<BusEnd> end_; ///< of the connection
 };
 
 } // namespace hopsel

@@ -1,6 +1,6 @@
 #include "core/platform/linux/desktops/gnome_settings.h"
 
-#include "core/platform/linux/desktops/told_text.h"
+#include "core/platform/linux/told_text.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "core/platform/linux/desktops/gnome_sources.h"
 
-#include "core/platform/linux/desktops/told_text.h"
+#include "core/platform/linux/told_text.h"
 #include "core/platform/linux/xkb/platform_errors.h"
 #include "core/platform/linux/xkb/xkb_layout_registry.h"
 

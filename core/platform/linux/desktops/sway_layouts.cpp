@@ -1,7 +1,7 @@
 #include "core/platform/linux/desktops/sway_layouts.h"
 
 #include "core/platform/linux/desktops/layout_names.h"
-#include "core/platform/linux/desktops/told_text.h"
+#include "core/platform/linux/told_text.h"
 #include "core/platform/linux/xkb/platform_errors.h"
 
 #include <QJsonArray>

@@ -26,7 +26,7 @@ FcitxInputSources::FcitxInputSources(const QDBusConnection& sessionBus)
                }),
       reportTimer_(quiet, atMost, [this] { report(); }) {}
 
-bool FcitxInputSources::isInCharge() const { return list_.isTold(); }
+bool FcitxInputSources::isInCharge() const { return !list_.sources().empty(); }
 
 void FcitxInputSources::takeOwner() {
     signals_.reset();

@@ -23,6 +23,9 @@ class FcitxInputSources final : public InputFramework {
 
     bool isInCharge() const override;
     void retry() override;
+    void askCurrent() override {
+        if (!daemon_.owner().isEmpty()) current_.ask();
+    }
 
     /// Empty while Fcitx5 is not in charge.
     std::vector<InputSourceInfo> enabledKeyboardSources() override { return list_.sources(); }

@@ -1,7 +1,11 @@
 #include "core/platform/linux/fcitx/fcitx_replies.h"
 
+#include "core/platform/linux/told_text.h"
+
 #include <QDBusArgument>
 #include <QHash>
+#include <QSet>
+#include <algorithm>
 #include <string_view>
 
 namespace hopsel::fcitx {
@@ -20,7 +24,10 @@ bool isReply(const QDBusMessage& message, const char* signature) {
     return message.type() == QDBusMessage::ReplyMessage && message.signature() == QLatin1String(signature);
 }
 
-bool isMethodName(const QString& text) { return !text.isEmpty() && text.size() <= longestText; }
+bool isMethodName(const QString& text) {
+    const auto isFit = [](QChar c) { return c.isPrint() && !c.isSpace(); };
+    return !text.isEmpty() && text.size() <= longestText && std::all_of(text.begin(), text.end(), isFit);
+}
 
 std::vector<std::string> languagesFrom(QString code) {
     if (code.isEmpty() || code == "*" || code.size() > longestLanguage) return {}; // "*": all languages
@@ -50,13 +57,16 @@ std::optional<QStringList> membersIn(const QDBusMessage& reply) {
     // Const, or "begin" would begin to write.
     const auto entries = qvariant_cast<QDBusArgument>(reply.arguments().at(1));
     QStringList members;
+    QSet<QString> taken;
     entries.beginArray();
     for (int i = 0; i < mostEntries && members.size() < mostMembers && !entries.atEnd(); ++i) {
         QString method, layout;
         entries.beginStructure();
         entries >> method >> layout;
         entries.endStructure();
-        if (isMethodName(method) && !members.contains(method)) members << method;
+        if (!isMethodName(method) || taken.contains(method)) continue;
+        taken.insert(method);
+        members << method;
     }
     entries.endArray(); // or it leaks
     return members;
@@ -84,7 +94,8 @@ std::optional<std::vector<InputSourceInfo>> sourcesIn(const QDBusMessage& availa
         InputSourceInfo& source = sources[*position];
         positions.erase(position); // the first entry counts
         const QString& shown = nativeName.isEmpty() ? name : nativeName;
-        if (!shown.isEmpty()) source.name = shown.left(longestText).toStdString();
+        const std::string plain = told_text::plain(shown);
+        if (!plain.empty()) source.name = plain;
         source.languages = languagesFrom(language);
     }
     entries.endArray();

@@ -41,10 +41,13 @@ void FcitxSignals::iconChanged(const QDBusMessage& signal) {
     const QString sender = signal.service();
     if (sender == icon_) return shownTimer_.noteChange();
     if (!icon_.isEmpty() || otherIcons_.contains(sender) || otherIcons_.size() >= mostIcons) return;
-    otherIcons_.insert(sender);
     askProcess(sender, [this, sender](unsigned process) {
         // The bus answers in order, so Fcitx5's own process is known by now.
-        if (process == 0 || process != process_) return;
+        if (process == 0) return; // asked again at its next sign
+        if (process != process_) {
+            otherIcons_.insert(sender);
+            return;
+        }
         listenTo(sender);
         shownTimer_.noteChange();
     });

@@ -21,6 +21,10 @@ class InputFramework : public InputSourceCatalog {
     /// connection that was lost.
     virtual void retry() {}
 
+    /// The current source may be another than the one told: asks, where no signal tells. Often called, so
+    /// cheap.
+    virtual void askCurrent() {}
+
     /// `isInCharge` is another than it was. Called from the event loop.
     std::function<void()> onInChargeChanged;
 };

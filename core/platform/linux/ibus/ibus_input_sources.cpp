@@ -3,6 +3,7 @@
 #include "core/platform/linux/ibus/ibus_address.h"
 #include "core/platform/linux/xkb/platform_errors.h"
 
+#include <QDBusError>
 #include <algorithm>
 #include <chrono>
 #include <utility>
@@ -26,6 +27,7 @@ IbusInputSources::IbusInputSources(const QDBusConnection& sessionBus, Log& log)
     : log_(log),
       sourcesTimer_(sourcesQuiet, sourcesAtMost, [this] { reportSources(); }),
       selectedTimer_(selectedQuiet, selectedAtMost, [this] { reportSelected(); }),
+      layout_(log),
       settings_(sessionBus, [this] { askForEngines(); }),
       bus_({[this] { askForAll(); }, [this] { forget(); }, [this](const QString& id) { takeCurrent(id); },
             [this] { askForEngines(); }}),
@@ -58,6 +60,8 @@ void IbusInputSources::forget() {
     ++enginesQuestions_;
     refusal_ = select_result::Failed{platform_error::frameworkGone};
     selecting_.reset();
+    unanswered_ = 0;
+    isCurrentInDoubt_ = false;
     engines_.clear();
     sources_.clear();
     current_.reset();
@@ -123,12 +127,13 @@ void IbusInputSources::takeCurrent(const QString& engine) {
     // The layout comes first, so that whoever sees the switch as done can type.
     if (selecting_ == engine) applyLayout(engine);
     current_ = ibus_engine::isUsableID(engine) ? engine : QString();
+    isCurrentInDoubt_ = false;
     updateInCharge();
     selectedTimer_.noteChange();
 }
 
 std::optional<std::string> IbusInputSources::currentID() {
-    if (!isInCharge_ || current_->isEmpty()) return std::nullopt;
+    if (!isInCharge_ || current_->isEmpty() || isCurrentInDoubt_) return std::nullopt;
     return sourceID(*current_);
 }
 
@@ -140,8 +145,14 @@ SelectResult IbusInputSources::select(const std::string& id) {
     if (found == engines_.end()) return select_result::NotFound{};
     refusal_.reset();
     selecting_ = found->id;
-    if (current_ == selecting_) applyLayout(found->id); // no signal will come
+    if (current_ == selecting_) {
+        // No signal will come, unless what was asked before is still to be carried out.
+        isCurrentInDoubt_ = unanswered_ > 0;
+        if (!isCurrentInDoubt_) applyLayout(found->id);
+    }
+    ++unanswered_;
     bus_.call("SetGlobalEngine", {found->id}, [this, selection = ++selectCount_](const QDBusMessage& reply) {
+        if (--unanswered_ == 0 && isCurrentInDoubt_) askForCurrent();
         if (selection == selectCount_ && reply.type() == QDBusMessage::ErrorMessage) refuse(reply);
     });
     return select_result::Selected{};
@@ -151,6 +162,12 @@ SelectResult IbusInputSources::select(const std::string& id) {
 // comes after it would be taken for this one's.
 void IbusInputSources::refuse(const QDBusMessage& reply) {
     selecting_.reset();
+    const QDBusError::ErrorType kind = QDBusError(reply).type();
+    if (kind == QDBusError::NoReply || kind == QDBusError::Disconnected) {
+        // The end of the connection is told to each that waits before it is told as such.
+        refusal_ = select_result::Failed{platform_error::frameworkGone};
+        return;
+    }
     // The daemon has one kind of error for everything, and says the rest in English in every language.
     if (reply.errorMessage().startsWith("Cannot find engine"))
         refusal_ = select_result::NotFound{};
@@ -169,7 +186,8 @@ void IbusInputSources::applyLayout(const QString& engineID) {
         return other.layout == layout.layout && (other.variant.empty() || other.variant == layout.variant);
     };
     const auto& withoutLatin = settings.layoutsWithoutLatin;
-    KeyboardLayout::Wanted wanted{layout, std::any_of(withoutLatin.begin(), withoutLatin.end(), isMeant), {}};
+    KeyboardLayout::Wanted wanted{
+        layout, std::any_of(withoutLatin.begin(), withoutLatin.end(), isMeant), {}, settings.runsXmodmap};
     for (const IbusEngine& other : engines_) wanted.others.push_back(other.layout);
     layout_.apply(wanted);
 }

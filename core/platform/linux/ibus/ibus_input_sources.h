@@ -65,6 +65,8 @@ class IbusInputSources final : public InputFramework {
     std::optional<std::string> reportedID_;
     std::optional<QString> selecting_; ///< whose layout is still to be applied
     std::optional<SelectResult> refusal_;
+    unsigned unanswered_ = 0; ///< selections that the daemon has not replied to
+    bool isCurrentInDoubt_ = false;
     unsigned selectCount_ = 0;      ///< only the last selection can be refused
     unsigned enginesQuestions_ = 0; ///< answers to all but the last are out of date
     bool isInCharge_ = false;

@@ -32,6 +32,7 @@ IbusSettings::Values IbusSettings::stored() {
     for (const std::string& told : general_.texts("xkb-latin-layouts").value_or(Texts()))
         values.layoutsWithoutLatin.push_back(ibus_engine::layout(QString::fromStdString(told)));
     values.keepsSystemLayout = general_.flag("use-system-keyboard-layout");
+    values.runsXmodmap = general_.flag("use-xmodmap");
     const auto mode = hangul_.value("initial-input-mode", G_VARIANT_TYPE_STRING);
     const bool startsInHangul =
         mode && std::string_view(g_variant_get_string(mode.get(), nullptr)) == "hangul";

@@ -22,6 +22,7 @@ class IbusSettings final : public QObject {
     struct Values {
         QStringList engines;              ///< those the user switches between, in their order, each once
         bool keepsSystemLayout = false;   ///< engines leave the keyboard layout as it is
+        bool runsXmodmap = false;         ///< after a layout was loaded, for the user's own changes
         bool hangulStartsInLatin = false; ///< selecting the Korean engine gives Latin letters at first
         std::vector<XkbLayout> layoutsWithoutLatin; ///< an empty variant stands for all of them
         friend bool operator==(const Values&, const Values&) = default;

@@ -1,5 +1,7 @@
 #include "core/platform/linux/ibus/keyboard_layout.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <algorithm>
 #include <stdexcept>
 #include <utility>
@@ -24,17 +26,28 @@ std::vector<XkbLayout> loadedTogether(const KeyboardLayout::Wanted& wanted) {
 
 } // namespace
 
-KeyboardLayout::KeyboardLayout() {
-    setxkbmap_.setStandardOutputFile(QProcess::nullDevice());
-    setxkbmap_.setStandardErrorFile(QProcess::nullDevice());
-    setxkbmap_.setStandardInputFile(QProcess::nullDevice());
+KeyboardLayout::KeyboardLayout(Log& log) : log_(log) {
+    for (QProcess* process : {&setxkbmap_, &xmodmap_}) {
+        process->setStandardOutputFile(QProcess::nullDevice());
+        process->setStandardErrorFile(QProcess::nullDevice());
+        process->setStandardInputFile(QProcess::nullDevice());
+        QObject::connect(process, &QProcess::errorOccurred, process,
+                         [this, process](QProcess::ProcessError error) {
+                             if (error != QProcess::FailedToStart) return;
+                             const std::string name = process->program().toStdString();
+                             log_.write(Log::Level::error, "keyboardLayout",
+                                        name + " cannot be started: the layout stays as it is");
+                         });
+    }
     QObject::connect(&setxkbmap_, &QProcess::finished, &setxkbmap_, [this] { finishLoading(); });
 }
 
 KeyboardLayout::~KeyboardLayout() {
-    setxkbmap_.disconnect();
-    setxkbmap_.kill();
-    setxkbmap_.waitForFinished();
+    for (QProcess* process : {&setxkbmap_, &xmodmap_}) {
+        process->disconnect();
+        process->kill();
+        process->waitForFinished();
+    }
 }
 
 void KeyboardLayout::apply(const Wanted& wanted) {
@@ -85,6 +98,7 @@ void KeyboardLayout::load(const Wanted& wanted) {
         layouts << QString::fromStdString(layout.layout);
         variants << QString::fromStdString(layout.variant);
     }
+    isWithUsersChanges_ = wanted.withUsersChanges;
     setxkbmap_.start("setxkbmap", {"-layout", layouts.join(','), "-variant", variants.join(',')});
 }
 
@@ -93,9 +107,20 @@ void KeyboardLayout::finishLoading() {
         const Wanted wanted = *std::exchange(next_, std::nullopt);
         return apply(wanted);
     }
+    if (setxkbmap_.exitStatus() != QProcess::NormalExit || setxkbmap_.exitCode() != 0) return;
     // The server keeps the number of the group that was locked among the layouts before.
-    if (setxkbmap_.exitStatus() == QProcess::NormalExit && setxkbmap_.exitCode() == 0 && connect())
-        server_->lockGroup(0);
+    if (connect()) server_->lockGroup(0);
+    if (isWithUsersChanges_) makeUsersChanges();
+}
+
+void KeyboardLayout::makeUsersChanges() {
+    if (xmodmap_.state() != QProcess::NotRunning) return;
+    for (const char* name : {".xmodmap", ".xmodmaprc", ".Xmodmap", ".Xmodmaprc"}) {
+        const QString file = QDir::home().filePath(QString::fromLatin1(name));
+        if (!QFileInfo(file).isFile()) continue;
+        xmodmap_.start("xmodmap", {file});
+        return;
+    }
 }
 
 } // namespace hopsel

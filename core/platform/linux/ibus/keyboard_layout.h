@@ -7,6 +7,7 @@
 #pragma once
 
 #include "core/platform/linux/xkb/xkb_server.h"
+#include "core/platform/log.h"
 
 #include <QProcess>
 #include <QSocketNotifier>
@@ -17,7 +18,8 @@ namespace hopsel {
 
 class KeyboardLayout {
   public:
-    KeyboardLayout();
+    /// `log` must outlive it.
+    explicit KeyboardLayout(Log& log);
     ~KeyboardLayout();
     KeyboardLayout(const KeyboardLayout&) = delete;
     KeyboardLayout& operator=(const KeyboardLayout&) = delete;
@@ -28,6 +30,7 @@ class KeyboardLayout {
         /// typed.
         bool withLatin = false;
         std::vector<XkbLayout> others; ///< loaded along as far as there is room
+        bool withUsersChanges = false; ///< by xmodmap, which loading undoes
     };
     void apply(const Wanted& wanted);
 
@@ -37,13 +40,17 @@ class KeyboardLayout {
     bool lockLoaded(const XkbLayout& layout);
     void load(const Wanted& wanted);
     void finishLoading();
+    void makeUsersChanges();
 
+    Log& log_;
     std::unique_ptr<XkbServer> server_;         ///< made when a layout is first applied
     std::unique_ptr<QSocketNotifier> notifier_; ///< on the server's descriptor, so destroyed before it
     std::vector<XkbGroup> groups_;
     bool areGroupsStale_ = true;
-    std::optional<Wanted> next_; ///< what came while setxkbmap ran
+    std::optional<Wanted> next_;      ///< what came while setxkbmap ran
+    bool isWithUsersChanges_ = false; ///< what setxkbmap was started for last
     QProcess setxkbmap_;
+    QProcess xmodmap_;
 };
 
 } // namespace hopsel

@@ -72,6 +72,10 @@ void LinuxInputSources::retry() {
     for (const auto& framework : frameworks_) framework->retry();
 }
 
+void LinuxInputSources::askCurrent() {
+    if (inCharge_ != nullptr) inCharge_->askCurrent();
+}
+
 void LinuxInputSources::decide() {
     InputFramework* next = firstInCharge();
     if (next == inCharge_) return;

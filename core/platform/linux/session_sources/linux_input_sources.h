@@ -33,6 +33,8 @@ class LinuxInputSources final : public InputSourceCatalog {
 
     /// For every framework: see there.
     void retry();
+    /// For the one in charge: see there.
+    void askCurrent();
     /// Null while the fallback answers.
     const InputFramework* inCharge() const { return inCharge_; }
 

@@ -30,7 +30,8 @@ class StoredSettings {
         GSettingsBackend* values = nullptr;
     };
 
-    /// The storage is opened at the first question after the schema was installed.
+    /// The storage is opened at the first question. A schema must have been installed before the first
+    /// question of the process to any.
     StoredSettings(const char* schema, Storage storage) : schemaName_(schema), storage_(storage) {}
     explicit StoredSettings(const char* schema) : StoredSettings(schema, Storage()) {}
 

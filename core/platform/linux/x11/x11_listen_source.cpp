@@ -9,6 +9,10 @@ void X11ListenSource::start() {
     try {
         hook_->startListening([this](const RawEvent& event) {
             if (onEvent) onEvent(event);
+            if (event.type != RawEventType::flagsChanged) return;
+            const bool isPress = (event.flags & ~flags_) != 0;
+            flags_ = event.flags;
+            if (isPress && onModifierDown) onModifierDown();
         });
         failure_.clear();
     } catch (const std::runtime_error& error) {

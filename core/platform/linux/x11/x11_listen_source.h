@@ -7,6 +7,8 @@
 #include "core/platform/event_source.h"
 #include "core/platform/linux/x11/x11_key_hook.h"
 
+#include <functional>
+
 namespace hopsel {
 
 class X11ListenSource final : public EventSource {
@@ -17,6 +19,9 @@ class X11ListenSource final : public EventSource {
     void start() override;
     void stop() override { stopListening(); }
 
+    /// A modifier key went down, and the engine has been told.
+    std::function<void()> onModifierDown;
+
     /// Why the last start failed, in words for the user; empty after one that did not.
     const std::string& failure() const { return failure_; }
 
@@ -25,6 +30,7 @@ class X11ListenSource final : public EventSource {
 
     std::shared_ptr<X11KeyHook> hook_;
     std::string failure_;
+    std::uint64_t flags_ = 0; ///< of the last change
     bool isStarted_ = false;
 };
 

@@ -1,4 +1,4 @@
-#include "core/platform/linux/desktops/told_text.h"
+#include "core/platform/linux/told_text.h"
 
 #include <set>
 
