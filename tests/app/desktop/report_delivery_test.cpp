@@ -16,7 +16,6 @@ using hopsel::DesktopReportDelivery;
 using hopsel::fakes::RecordingLog;
 using hopsel::test::Environment;
 using hopsel::test::ProgramsInPath;
-using hopsel::test::runLoopUntil;
 using testing::HasSubstr;
 
 namespace {
