@@ -2,6 +2,7 @@
 // and the delegate that builds everything.
 #include "app/app_delegate.h"
 #include "app/live_platform.h"
+#include "app/quit_request.h"
 #include "app/termination_signals.h"
 #include "core/base/product.h"
 #include "ui/l10n/l10n.h"
@@ -33,6 +34,8 @@ int runApplication(int argc, char** argv) {
         return EXIT_FAILURE;
     }
     QApplication application(argc, argv);
+    hopsel::QuitRequest quitRequest;
+    application.installEventFilter(&quitRequest);
     hopsel::design::describeScrollAreasSafely();
     launch->applicationMade();
     QApplication::setApplicationDisplayName(QString::fromUtf8(hopsel::product::name.data()));

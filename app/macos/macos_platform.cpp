@@ -10,8 +10,6 @@
 #include "app/macos/workspace/local_key_monitor.h"
 #include "app/macos/workspace/sm_app_login_item.h"
 #include "core/platform/input_source_switcher.h"
-#include "core/platform/macos/active_tap.h"
-#include "core/platform/macos/listen_tap.h"
 #include "core/platform/macos/live_guest_key_sender.h"
 #include "core/platform/macos/mac_permissions.h"
 #include "core/platform/macos/main_loop.h"
@@ -45,8 +43,8 @@ std::shared_ptr<FileStorage> MacosPlatform::storage() {
 
 EngineCoordinator::Parts MacosPlatform::engineParts() {
     EngineCoordinator::Parts parts;
-    parts.source = std::make_shared<ListenTap>();
-    parts.shortcutSource = std::make_shared<ActiveTap>(log_);
+    parts.source = listenTap_;
+    parts.shortcutSource = activeTap_;
     parts.service = std::make_shared<LiveInputSourceService>(sources_, uptimeSeconds, runFor);
     parts.secureInput = secureInput_;
     parts.guestKeySender = std::make_shared<LiveGuestKeySender>();
@@ -94,6 +92,12 @@ void MacosPlatform::followAppearance(std::function<void(design::Appearance)> onC
 
 void MacosPlatform::setOnReopen(std::function<void()> callback) {
     reopenObserver_ = std::make_unique<ReopenObserver>(std::move(callback));
+}
+
+MacosPlatform::Connection MacosPlatform::retry() {
+    listenTap_->check();
+    activeTap_->check();
+    return Connection::kept;
 }
 
 void MacosPlatform::comeToFront() {

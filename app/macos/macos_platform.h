@@ -19,6 +19,8 @@
 #include "core/diagnostics/running_apps.h"
 #include "core/engine/engine_coordinator.h"
 #include "core/platform/file_storage.h"
+#include "core/platform/macos/active_tap.h"
+#include "core/platform/macos/listen_tap.h"
 #include "core/platform/macos/mac_input_source_catalog.h"
 #include "core/platform/macos/mac_system_event_observer.h"
 #include "core/platform/macos/system_log.h"
@@ -67,8 +69,8 @@ class MacosPlatform {
     void recoverFrom(SystemEvent /*event*/) {}
 
     enum class Connection { kept, regained, lost };
-    /// Nothing that is connected here can be lost.
-    Connection retry() { return Connection::kept; }
+    /// Called every two seconds: looks after the taps, which the system may take away without a word.
+    Connection retry();
     void setOnLost(const std::function<void()>& /*callback*/) {}
     /// Empty: the windows and the menu name the permission that is missing, and no terminal is attached.
     const std::string& listeningFailure() const { return listeningFailure_; }
@@ -78,6 +80,8 @@ class MacosPlatform {
     std::shared_ptr<Workspace> workspace_;
     std::shared_ptr<MacInputSourceCatalog> sources_;
     std::shared_ptr<SystemSecureInput> secureInput_ = std::make_shared<SystemSecureInput>();
+    std::shared_ptr<ListenTap> listenTap_ = std::make_shared<ListenTap>();
+    std::shared_ptr<ActiveTap> activeTap_ = std::make_shared<ActiveTap>(log_);
     MacSystemEventObserver systemObserver_;
     FrontmostAppObserver frontmostObserver_;
     std::unique_ptr<InterfaceStyle> interfaceStyle_;

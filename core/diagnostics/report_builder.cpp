@@ -1,8 +1,8 @@
 #include "core/diagnostics/report_builder.h"
 
 #include <array>
-#include <charconv>
 #include <cmath>
+#include <cstdio>
 
 namespace hopsel::report_builder {
 
@@ -33,14 +33,15 @@ Lines ruleLines(const std::vector<ReportRule>& rules) {
 
 /// "%+7.2f" with a point in every locale.
 std::string relativeTime(double seconds) {
-    // As many digits as the largest finite number has, and room for the decimals.
-    std::array<char, 330> digits{};
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), std::fabs(seconds),
-                                   std::chars_format::fixed, 2);
-    std::string text = (std::signbit(seconds) ? "-" : "+") + std::string(digits.data(), end.ptr);
-    constexpr std::size_t width = 7;
-    if (text.size() < width) text.insert(0, width - text.size(), ' ');
-    return text;
+    // As many characters as the largest finite number has, and room for sign and decimals. (std::to_chars for
+    // numbers like this came to macOS with 13.3.)
+    std::array<char, 330> text{};
+    const int length = std::snprintf(text.data(), text.size(), "%+7.2f", seconds);
+    std::string result(text.data(), static_cast<std::size_t>(length));
+    const std::size_t point = result.find_first_not_of(" +-0123456789");
+    if (std::isfinite(seconds) && point != std::string::npos)
+        result.replace(point, result.size() - point - 2, ".");
+    return result;
 }
 
 Lines entryLines(const DiagnosticEntries& entries) {

@@ -167,6 +167,44 @@ TEST_F(EventTaps, AreGivenBackAtOnceAndSaySo) {
     EXPECT_THAT(filterHeard, ElementsAre(true, false));
 }
 
+TEST_F(EventTaps, FilterThatMayNotFilterOrCannotKeepUpIsNotPutBack) {
+    std::vector<bool> heard;
+    active.onDisabled = [&](bool reenabled) { heard.push_back(reenabled); };
+    active.start();
+    macos_fakes::disableTap(0, kCGEventTapDisabledByTimeout);
+    macos_fakes::advance(2);
+    macos_fakes::disableTap(0, kCGEventTapDisabledByTimeout);
+    EXPECT_FALSE(eventStream().taps[0].isEnabled) << "twice in a short time";
+    macos_fakes::advance(10);
+    active.check();
+    EXPECT_TRUE(eventStream().taps[0].isEnabled) << "taken away without a word";
+    active.check();
+    eventStream().isTrusted = false;
+    macos_fakes::advance(10);
+    active.check();
+    macos_fakes::disableTap(0, kCGEventTapDisabledByUserInput);
+    EXPECT_FALSE(eventStream().taps[0].isEnabled);
+    EXPECT_THAT(heard, ElementsAre(true, false, true, false, false));
+}
+
+TEST_F(EventTaps, ATapThatHearsNothingIsNoTap) {
+    eventStream().refusesEnabling = true;
+    EXPECT_THROW(listen.start(), TapFailure);
+    EXPECT_EQ(failureOfStart(), TapFailure::Kind::creationFailed);
+    EXPECT_EQ(eventStream().tapsCreated, 2);
+    EXPECT_THAT(eventStream().taps, IsEmpty());
+    eventStream().refusesEnabling = eventStream().mayListen = eventStream().isTrusted = false;
+    EXPECT_THROW(listen.start(), TapFailure);
+    EXPECT_EQ(eventStream().tapsCreated, 2) << "the system would ask for the permission by itself";
+    eventStream().mayListen = true;
+    listen.start();
+    eventStream().taps[0].isEnabled = false;
+    std::vector<bool> heard;
+    listen.onDisabled = [&](bool reenabled) { heard.push_back(reenabled); };
+    listen.check();
+    EXPECT_THAT(heard, ElementsAre(true));
+}
+
 TEST_F(EventTaps, FailuresLeaveNothingBehindAndEachReasonIsLoggedOnce) {
     const auto failTwice = [&](TapFailure::Kind kind) {
         EXPECT_EQ(failureOfStart(), kind);

@@ -29,7 +29,8 @@ def strings(path):
 identifier = re.search(r'bundleIdentifier = "([^"]+)"', product.read_text()).group(1)
 cmake = (folder / "CMakeLists.txt").read_text()
 values = dict(re.findall(r"^  (MACOSX_BUNDLE_\w+) (.+?)\)?$", cmake, re.M))
-values["HOPSEL_MINIMUM_SYSTEM"] = "13.0"
+# Of other variables only those of the cache are known where the template is filled in.
+values["CMAKE_OSX_DEPLOYMENT_TARGET"] = "13.0"
 given = {"${PROJECT_VERSION}": version, "${HOPSEL_BUNDLE_IDENTIFIER}": identifier}
 
 

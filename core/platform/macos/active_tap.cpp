@@ -1,6 +1,7 @@
 #include "core/platform/macos/active_tap.h"
 
 #include "core/platform/macos/event_stamp.h"
+#include "core/platform/macos/main_loop.h"
 
 #include <ApplicationServices/ApplicationServices.h>
 
@@ -38,6 +39,21 @@ bool ActiveTap::tapped(CGEventType type, CGEventRef event) {
     input.isRepeat = CGEventGetIntegerValueField(event, kCGKeyboardEventAutorepeat) != 0;
     input.synthetic = event_stamp::isOn(event);
     return onInput(input);
+}
+
+void ActiveTap::check() {
+    if (tap_.isStarted() && AXIsProcessTrusted() == 0)
+        tapDisabled(false);
+    else
+        tap_.check();
+}
+
+bool ActiveTap::mayReenable() {
+    constexpr double shortTime = 3; // seconds
+    const double now = uptimeSeconds();
+    const bool isAgain = takenAwayAt_ && now - *takenAwayAt_ < shortTime;
+    takenAwayAt_ = now;
+    return !isAgain && AXIsProcessTrusted() != 0;
 }
 
 void ActiveTap::tapDisabled(bool reenabled) {

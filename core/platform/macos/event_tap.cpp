@@ -23,7 +23,11 @@ EventTap::StartResult EventTap::start() {
     CGEventTapEnable(port.get(), true);
     port_ = std::move(port);
     source_ = std::move(source);
-    return StartResult::started;
+    // Without the permission some versions of the system hand out a tap that never hears anything, not even
+    // after the permission was given.
+    if (CGEventTapIsEnabled(port_.get())) return StartResult::started;
+    stop();
+    return StartResult::tapRefused;
 }
 
 void EventTap::stop() {
@@ -43,12 +47,18 @@ bool EventTap::reenable() {
     return CGEventTapIsEnabled(port_.get());
 }
 
+void EventTap::check() {
+    if (isStarted() && !CGEventTapIsEnabled(port_.get())) takenAway();
+}
+
+void EventTap::takenAway() { client_.tapDisabled(client_.mayReenable() && reenable()); }
+
 // The client may have released the tap when it returns.
 CGEventRef EventTap::callback(CGEventTapProxy, CGEventType type, CGEventRef event, void* self) {
     auto* tap = static_cast<EventTap*>(self);
     if (tap == nullptr) return event;
     if (type == kCGEventTapDisabledByTimeout || type == kCGEventTapDisabledByUserInput) {
-        tap->client_.tapDisabled(tap->reenable());
+        tap->takenAway();
         return event;
     }
     return tap->client_.tapped(type, event) ? nullptr : event;

@@ -18,7 +18,9 @@ class EventTap {
       public:
         /// True swallows the event if the tap filters; a listener's answer does not count.
         virtual bool tapped(CGEventType type, CGEventRef event) = 0;
-        /// The system took the tap away. It was given back at once, if `reenabled`.
+        /// The system took the tap away: whether it is to be put back at once.
+        virtual bool mayReenable() { return true; }
+        /// The system took the tap away. It was put back, if `reenabled`.
         virtual void tapDisabled(bool reenabled) = 0;
 
       protected:
@@ -36,9 +38,12 @@ class EventTap {
     /// Starting a started tap does nothing, and so does stopping a stopped one.
     StartResult start();
     void stop();
+    /// Whether the system took it away without a word, and does what is done after a word if so.
+    void check();
 
   private:
     static CGEventRef callback(CGEventTapProxy proxy, CGEventType type, CGEventRef event, void* self);
+    void takenAway();
     bool reenable();
 
     Client& client_;

@@ -4,6 +4,8 @@
 #include "core/platform/macos/main_loop.h"
 #include "core/platform/tap_failure.h"
 
+#include <ApplicationServices/ApplicationServices.h>
+
 namespace hopsel {
 
 namespace {
@@ -28,6 +30,10 @@ ListenTap::ListenTap()
             kCGEventRightMouseDown, kCGEventOtherMouseDown}) {}
 
 void ListenTap::start() {
+    // Making a tap without either permission has the system ask for it by itself, before the introduction can
+    // say what for; and what is made then hears nothing.
+    if (!tap_.isStarted() && !CGPreflightListenEventAccess() && AXIsProcessTrusted() == 0)
+        throw TapFailure(TapFailure::Kind::creationFailed, "listening is not permitted");
     switch (tap_.start()) {
     case EventTap::StartResult::started: return;
     case EventTap::StartResult::tapRefused:

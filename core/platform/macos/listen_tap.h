@@ -16,6 +16,8 @@ class ListenTap final : public EventSource, private EventTap::Client {
 
     void start() override;
     void stop() override { tap_.stop(); }
+    /// To be called every now and then, for a tap that the system took away without a word.
+    void check() { tap_.check(); }
 
   private:
     bool tapped(CGEventType type, CGEventRef event) override;

@@ -97,7 +97,7 @@ TEST_F(MacosSettings, PreferencesHaveTheirDefaultsUntilTheyAreWrittenAndKeepNoth
     EXPECT_TRUE(others.engineEnabled());
 }
 
-TEST_F(MacosSettings, APreferenceOfAnotherTypeIsUnderstoodOrCountsAsNeverWritten) {
+TEST_F(MacosSettings, APreferenceOfAnotherTypeIsUnderstoodOrCountsAsFalse) {
     const UserDefaultsPreferences preferences;
     struct Case {
         Value value;
@@ -109,10 +109,10 @@ TEST_F(MacosSettings, APreferenceOfAnotherTypeIsUnderstoodOrCountsAsNeverWritten
     cases.push_back({number(1), true});
     cases.push_back({text("NO"), false});
     cases.push_back({text("0"), false});
-    cases.push_back({text("YES"), true});
-    cases.push_back({text("perhaps"), true});
-    cases.push_back({array(zero), true});
-    cases.push_back({dictionary({{"engineEnabled", &zero}}), true});
+    cases.push_back({text("True"), true});
+    cases.push_back({text("perhaps"), false});
+    cases.push_back({array(zero), false});
+    cases.push_back({dictionary({{"engineEnabled", &zero}}), false});
     for (const Case& c : cases) {
         set("engineEnabled", c.value);
         EXPECT_EQ(preferences.engineEnabled(), c.read) << &c - cases.data();
