@@ -1,9 +1,10 @@
+#include "core/engine/engine_coordinator.h"
 #include "core/platform/macos/active_tap.h"
 #include "core/platform/macos/listen_tap.h"
 #include "core/platform/macos/live_guest_key_sender.h"
 #include "core/platform/synthetic_events.h"
 #include "macos/macos_test.h"
-#include "support/fakes/engine_fakes.h"
+#include "support/fakes/engine_rig.h"
 
 #include <optional>
 
@@ -73,6 +74,34 @@ TEST_F(EventTaps, AreThereOnceHoweverOftenTheyAreStartedAndStopped) {
     deliver(kCGEventKeyDown);
     EXPECT_EQ(events, 1);
     EXPECT_EQ(eventStream().tapsCreated, 2000);
+}
+
+TEST_F(EventTaps, AreThereOnceAfterAThousandNightsAndRestartsOfTheEngine) {
+    EngineCoordinator::Parts parts;
+    parts.source = std::make_shared<ListenTap>();
+    parts.shortcutSource = std::make_shared<ActiveTap>(log);
+    parts.service = std::make_shared<fakes::FakeInputSourceService>();
+    parts.secureInput = std::make_shared<fakes::FakeSecureInput>();
+    parts.guestKeySender = std::make_shared<fakes::FakeGuestKeySender>();
+    parts.clock = uptimeSeconds;
+    parts.schedule = schedule;
+    const auto engine = EngineCoordinator::create(std::move(parts));
+    engine->apply({2, {fakes::shortcutRule("rule", {49, {ModifierKey::leftShift}}, "A", "B")}});
+    for (int night = 0; night < 1000; ++night) {
+        if (night % 2 == 0) engine->stop();
+        engine->start();
+        engine->handle(SystemEvent::willSleep);
+        macos_fakes::disableTap(static_cast<std::size_t>(night % 2), kCGEventTapDisabledByUserInput);
+        macos_fakes::advance(3600);
+        engine->handle(SystemEvent::didWake);
+        engine->retryShortcutIfNeeded();
+        ASSERT_EQ(eventStream().taps.size(), 2U) << night;
+        ASSERT_EQ(sourcesOfTest(), 2U);
+        EXPECT_EQ(eventStream().taps[0].options, kCGEventTapOptionDefault) << "the filter comes first";
+        EXPECT_TRUE(eventStream().taps[0].isEnabled && eventStream().taps[1].isEnabled);
+    }
+    EXPECT_EQ(engine->state(), EngineState(engine_state::Running{}));
+    engine->stop();
 }
 
 TEST_F(EventTaps, TakeTheirPortsAlongWhenReleased) {
