@@ -29,6 +29,7 @@ void measureIbus(const std::string& hopsel) {
     prepare(server);
     IbusSession session;
     IbusSession::setEngines("['xkb:us::eng', 'hangul']");
+    IbusSession::setHangulStart("hangul");
     session.startDaemon(IbusSession::Panel::ofIbus);
     const auto watch = MethodWatch::ofIbus();
     const TextField field("ibus");
@@ -48,6 +49,12 @@ void measureFcitx(const std::string& hopsel) {
     FcitxSession session;
     const auto watch = MethodWatch::ofFcitx();
     session.startDaemon();
+    // A text field that is there first may go without an input method.
+    ChildProcess::Options wait;
+    wait.program = "gdbus";
+    wait.arguments = {"wait", "--session", "--timeout", "10", "org.fcitx.Fcitx5"};
+    wait.package = "libglib2.0-bin";
+    runProgram(wait, std::chrono::seconds(15));
     const TextField field("fcitx");
     const Framework framework{.name = "Fcitx5",
                               .prefix = "fcitx:",
