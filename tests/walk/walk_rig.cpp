@@ -57,7 +57,10 @@ void Walk::click(const std::string& name) {
         const auto found = std::find_if(seen.begin(), seen.end(),
                                         [&](const SeenWidget& candidate) { return candidate.name == name; });
         if (found == seen.end() || !found->isEnabled) return false;
+        // The window manager may still be putting the window in its place.
+        const bool rests = widget && widget->x == found->x && widget->y == found->y;
         widget = *found;
+        if (!rests) return false;
         // Below the window's edge it is "showing" as well: the page scrolls.
         const int middle = found->y + found->height / 2;
         auto window = found;
@@ -98,31 +101,39 @@ bool Walk::waitForPopup(std::chrono::milliseconds timeout) const {
     XDisplay display;
     return reader.waitUntil(
         [&] {
-            const XOwned<xcb_query_tree_reply_t> tree(
-                xcb_query_tree_reply(display.get(), xcb_query_tree(display.get(), display.root()), nullptr));
-            if (!tree) return false;
-            const xcb_window_t* const windows = xcb_query_tree_children(tree.get());
-            return std::any_of(windows, windows + tree->children_len, [&](xcb_window_t window) {
-                const XOwned<xcb_get_window_attributes_reply_t> attributes(xcb_get_window_attributes_reply(
-                    display.get(), xcb_get_window_attributes(display.get(), window), nullptr));
-                const XOwned<xcb_get_geometry_reply_t> geometry(
-                    xcb_get_geometry_reply(display.get(), xcb_get_geometry(display.get(), window), nullptr));
-                return attributes && geometry && attributes->override_redirect != 0 &&
-                       attributes->map_state == XCB_MAP_STATE_VIEWABLE && geometry->width > 50 &&
-                       geometry->height > 30;
-            });
+            xcb_connection_t* const connection = display.get();
+            // In one piece, so that the popup cannot be refused the keyboard because of this question.
+            xcb_grab_server(connection);
+            const auto asked = xcb_grab_keyboard(connection, 0, display.root(), XCB_CURRENT_TIME,
+                                                 XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+            xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
+            xcb_ungrab_server(connection);
+            const XOwned<xcb_grab_keyboard_reply_t> reply(
+                xcb_grab_keyboard_reply(connection, asked, nullptr));
+            return reply && reply->status == XCB_GRAB_STATUS_ALREADY_GRABBED;
         },
         timeout);
 }
 
-void Walk::chooseFromTray(int fromTheEnd) {
+void Walk::pressInTray(int fromTheEnd) {
     ASSERT_TRUE(reader.waitUntil([&] {
         keyboard.movePointer(1012, 12); // the panel's one icon
         keyboard.button(1);
-        return waitForPopup(1s);
+        return waitForPopup(3s);
     }));
     for (int i = 0; i < fromTheEnd; ++i) keyboard.tap(KEY_UP);
-    keyboard.tap(key::enter);
+    keyboard.press(key::enter);
+}
+
+void Walk::chooseFromTray(int fromTheEnd) {
+    pressInTray(fromTheEnd);
+    keyboard.release(key::enter);
+}
+
+void Walk::quitFromTray(int fromTheEnd) {
+    pressInTray(fromTheEnd);
+    expectEnded();
+    keyboard.release(key::enter);
 }
 
 std::string Walk::settings() const {
