@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# compile_with_clang.sh <clang++> <folder> [flag...]: checks the folder's C++ and Objective-C++ as on macOS, from the
-# project's root. Flags are for what the folder needs besides.
+# compile_with_clang.sh <clang++> <folder or file> [flag...]: checks the folder's C++ and Objective-C++ as on macOS,
+# from the project's root. Flags are for what the folder needs besides.
 set -euo pipefail
 clang=$1
 folder=$2
@@ -13,6 +13,7 @@ check() {
 shopt -s nullglob
 sources=("$folder"/*.cpp)
 objective=("$folder"/*.mm)
+[ ! -f "$folder" ] || objective=("$folder")
 [ $((${#sources[@]} + ${#objective[@]})) -gt 0 ] || { echo "no sources in $folder" >&2; exit 1; }
 [ ${#sources[@]} -eq 0 ] || check "$@" "${sources[@]}"
 [ ${#objective[@]} -eq 0 ] ||

@@ -6,18 +6,14 @@
 // reached from a window.
 //
 // What the toolkit does not let us do: an item made for one kind of panel never appears on the other kind, so
-// a desktop that changes kinds while the program runs counts as having no panel. And in the menu bar of macOS
-// its item is square: a pair of labels would be shrunk until nobody can read it, so the current one stands
-// there alone.
+// a desktop that changes kinds while the program runs counts as having no panel.
 #pragma once
 
 #include "app/model/app_model.h"
 #include "ui/menubar/status_menu.h"
 #include "ui/menubar/tray_hosting.h"
 
-#include <QColor>
 #include <QObject>
-#include <QSystemTrayIcon>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -26,14 +22,7 @@ namespace hopsel {
 
 class StatusItemController final : public QObject {
   public:
-    /// The colour of what is drawn on the panel.
-    using Ink = std::function<QColor()>;
-
-    /// A guess, since no panel tells its colour: white on desktops whose panel comes dark in either
-    /// appearance, elsewhere as the application appears. A user's own theme for the panel can prove it wrong.
-    static QColor likelyInk();
-
-    StatusItemController(AppModel& model, std::unique_ptr<TrayHosting> host, Ink ink = likelyInk);
+    StatusItemController(AppModel& model, std::unique_ptr<TrayHosting> host);
     ~StatusItemController() override;
 
     std::function<void()> onOpenSettings;
@@ -47,7 +36,7 @@ class StatusItemController final : public QObject {
     std::function<void(bool)> onHostChanged;
 
     /// Absent until the desktop first has a panel.
-    const QSystemTrayIcon* item() const { return item_.get(); }
+    const PanelItem* item() const { return item_.get(); }
     /// The item's menu, for a button in a window.
     QMenu* menu() { return &menu_; }
 
@@ -59,17 +48,10 @@ class StatusItemController final : public QObject {
   private:
     void perform(MenuAction action);
     void hostChanged(TrayKind kind);
-    void makeItem(TrayKind kind);
-    QIcon icon(const StatusItemAppearance& appearance, const QColor& ink) const;
-    void openMenu();
 
     AppModel& model_;
-    Ink ink_;
     StatusMenu menu_;
-    std::unique_ptr<QSystemTrayIcon> item_;
-    TrayKind kind_ = TrayKind::none; ///< of the item
-    std::optional<StatusItemAppearance> shown_;
-    QColor shownInk_;
+    std::unique_ptr<PanelItem> item_;
     std::optional<bool> hasHost_;
     std::unique_ptr<TrayHosting>
         host_; ///< the last, so that nothing is called back into the half of an object

@@ -3,15 +3,20 @@
 // The seam between the status item and the desktop. Main thread.
 #pragma once
 
+#include "ui/menubar/panel_item.h"
+
 #include <functional>
+#include <memory>
 
 namespace hopsel {
+
+class StatusMenu;
 
 enum class TrayKind {
     none,
     statusNotifier, ///< the item is described over D-Bus, and the panel draws it and its menu
     xEmbed,         ///< the item is a window of ours inside the panel's
-    menuBar,        ///< the system's: it tints the picture, and opens a menu of its own kind
+    menuBar,        ///< the system's: it has symbols, tints pictures and opens a menu of its own kind
 };
 
 class TrayHosting {
@@ -23,8 +28,9 @@ class TrayHosting {
     /// From here on `onChange` is called with what there is, for the first time as soon as that is known, and
     /// at every change; never inside this call. A panel that restarts is not worth a mention.
     virtual void start(OnChange onChange) = 0;
-    /// An item of this kind has been made and cannot change it: nothing else counts any more.
-    virtual void settleOn(TrayKind kind) = 0;
+    /// The item for a kind that `onChange` has named, with its menu, which outlives it. It cannot change its
+    /// kind: nothing else counts any more.
+    virtual std::unique_ptr<PanelItem> makeItem(TrayKind kind, StatusMenu& menu) = 0;
 };
 
 } // namespace hopsel

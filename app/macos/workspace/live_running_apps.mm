@@ -1,6 +1,6 @@
 #include "app/macos/workspace/live_running_apps.h"
 
-#include "app/macos/workspace/text_values.h"
+#include "core/platform/macos/text_values.h"
 
 #import <AppKit/AppKit.h>
 

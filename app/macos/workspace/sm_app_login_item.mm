@@ -1,7 +1,7 @@
 #include "app/macos/workspace/sm_app_login_item.h"
 
 #include "app/macos/settings/login_item_status.h"
-#include "app/macos/workspace/text_values.h"
+#include "core/platform/macos/text_values.h"
 
 #import <ServiceManagement/ServiceManagement.h>
 #include <stdexcept>

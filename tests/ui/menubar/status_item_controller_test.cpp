@@ -2,7 +2,8 @@
 #include "support/qt_waiting.h"
 #include "ui/l10n/l10n.h"
 #include "ui/menubar/badge_renderer.h"
-#include "ui/menubar/macos/menu_bar_host.h"
+#include "ui/menubar/linux/tray_item.h"
+#include "ui/menubar/macos/menu_bar_item.h"
 #include "ui/menubar/status_item_controller.h"
 #include "ui/settings/design/colors.h"
 
@@ -19,10 +20,16 @@ using testing::IsEmpty;
 class FakeTrayHost final : public TrayHosting {
   public:
     void start(OnChange onChange) override { tell = std::move(onChange); }
-    void settleOn(TrayKind kind) override { settled.push_back(kind); }
+    std::unique_ptr<PanelItem> makeItem(TrayKind kind, StatusMenu& menu) override {
+        made.push_back(kind);
+        auto item = std::make_unique<TrayItem>(kind, menu);
+        icon = &item->icon();
+        return item;
+    }
 
     OnChange tell;
-    std::vector<TrayKind> settled;
+    std::vector<TrayKind> made;
+    const QSystemTrayIcon* icon = nullptr;
 };
 
 class StatusItemControllerTest : public testing::Test {
@@ -37,8 +44,7 @@ class StatusItemControllerTest : public testing::Test {
 
     bool comesToShow(const StatusBadge& badge, int pixels, const QColor& ink) {
         const QImage drawn = QPixmap::fromImage(badge_renderer::square(badge, pixels, ink)).toImage();
-        return test::runLoopUntil(
-            [&] { return controller.item()->icon().pixmap(pixels).toImage() == drawn; });
+        return test::runLoopUntil([&] { return host->icon->icon().pixmap(pixels).toImage() == drawn; });
     }
     void click(const QString& text) {
         controller.refresh();
@@ -59,33 +65,33 @@ TEST_F(StatusItemControllerTest, MakesTheItemWhenThereIsAPanelForItAndKeepsIt) {
     EXPECT_EQ(controller.item(), nullptr);
     EXPECT_FALSE(controller.hasHost());
     host->tell(TrayKind::xEmbed);
-    const QSystemTrayIcon* item = controller.item();
+    const PanelItem* item = controller.item();
     ASSERT_NE(item, nullptr);
-    EXPECT_TRUE(item->isVisible());
+    EXPECT_TRUE(host->icon->isVisible());
     host->tell(TrayKind::none);
     host->tell(TrayKind::xEmbed);
     EXPECT_EQ(controller.item(), item);
-    EXPECT_THAT(host->settled, ElementsAre(TrayKind::xEmbed));
+    EXPECT_THAT(host->made, ElementsAre(TrayKind::xEmbed));
     EXPECT_THAT(hosts, ElementsAre(false, true, false, true));
 }
 
 TEST_F(StatusItemControllerTest, ShowsWhatTheModelHasComeToBeInTheInkOfTheAppearance) {
     host->tell(TrayKind::xEmbed);
     EXPECT_TRUE(comesToShow({"한", "A", false}, 32, Qt::black));
-    EXPECT_EQ(controller.item()->toolTip(), "Hopsel, ABC");
+    EXPECT_EQ(host->icon->toolTip(), "Hopsel, ABC");
     rig.directory->current = "hangul";
     model.currentSourceChanged();
     EXPECT_TRUE(comesToShow({"한", "A", true}, 32, Qt::black));
-    EXPECT_EQ(controller.item()->toolTip(), "Hopsel, Korean");
+    EXPECT_EQ(host->icon->toolTip(), "Hopsel, Korean");
     design::useAppearance(design::Appearance::dark);
     EXPECT_TRUE(comesToShow({"한", "A", true}, 32, Qt::white));
     design::useAppearance(design::Appearance::light);
     qputenv("XDG_CURRENT_DESKTOP", "ubuntu:GNOME");
-    EXPECT_EQ(StatusItemController::likelyInk(), QColor(Qt::white)) << "its panel is always dark";
+    EXPECT_EQ(TrayItem::likelyInk(), QColor(Qt::white)) << "its panel is always dark";
 
     rig.directory->current = "gone";
     model.currentSourceChanged();
-    EXPECT_TRUE(test::runLoopUntil([&] { return controller.item()->toolTip() == "Hopsel"; }));
+    EXPECT_TRUE(test::runLoopUntil([&] { return host->icon->toolTip() == "Hopsel"; }));
 }
 
 TEST_F(StatusItemControllerTest, HandsOnItsOwnActionsAndGivesTheOthersToTheModel) {
@@ -118,16 +124,42 @@ TEST_F(StatusItemControllerTest, ShowsTheCurrentLabelAloneWhereBothWouldNotBeLeg
     EXPECT_TRUE(comesToShow(StatusBadge::single("A"), 64, Qt::black));
 }
 
-TEST_F(StatusItemControllerTest, LeavesTintAndMenuToTheMenuBarOfMacOS) {
-    StatusItemController inMenuBar{model, std::make_unique<MenuBarHost>()};
-    EXPECT_EQ(inMenuBar.item(), nullptr) << "never inside the call that asks";
-    ASSERT_TRUE(test::runLoopUntil([&] { return inMenuBar.item() != nullptr; }));
-    const QIcon icon = inMenuBar.item()->icon();
-    EXPECT_TRUE(icon.isMask());
-    EXPECT_EQ(icon.availableSizes(), (QList<QSize>{{22, 16}, {44, 32}}));
-    EXPECT_EQ(icon.pixmap({44, 32}, 1.0).toImage().pixelColor(4, 16), QColor(Qt::black));
-    Q_EMIT const_cast<QSystemTrayIcon*>(inMenuBar.item())->activated(QSystemTrayIcon::Trigger);
-    EXPECT_FALSE(inMenuBar.menu()->isVisible());
+/// What the system's item is told, a line each.
+class FakeStatusBarItem final : public StatusBarItem {
+  public:
+    explicit FakeStatusBarItem(std::vector<std::string>& told) : told_(told) {}
+    void showSymbol(const std::string& name, const std::string& description) override {
+        told_.push_back("symbol " + name + ", " + description);
+    }
+    void showPicture(const TemplatePicture& picture) override {
+        std::string line =
+            "picture " + std::to_string(int(picture.width)) + "x" + std::to_string(int(picture.height)) + ":";
+        for (const std::string& png : picture.pngs) {
+            const QImage image = QImage::fromData(QByteArray::fromStdString(png), "PNG");
+            line += " " + std::to_string(image.width()) + "x" + std::to_string(image.height());
+            const QPoint inTheLeftHalf(image.width() / 10, image.height() / 2);
+            EXPECT_EQ(image.pixelColor(inTheLeftHalf), QColor(Qt::black)) << "the current one is filled";
+        }
+        told_.push_back(line);
+    }
+    void setAccessibilityLabel(const std::string& label) override { told_.push_back(label); }
+
+  private:
+    std::vector<std::string>& told_;
+};
+
+TEST(MenuBarItem, ShowsSymbolsOfTheSystemAndBadgesAsWideAsTheirLabels) {
+    std::vector<std::string> told;
+    MenuBarItem item(std::make_unique<FakeStatusBarItem>(told));
+    item.show({"keyboard", std::nullopt});
+    item.show({"keyboard", std::nullopt});
+    item.show({"keyboard", StatusBadge{"A", "한", true}});
+    item.show({"keyboard", StatusBadge::single("한")});
+    item.show({"pause.circle", std::nullopt});
+    item.setName("Hopsel, Korean");
+    EXPECT_THAT(told,
+                ElementsAre("symbol keyboard, Hopsel", "picture 40x16: 40x16 80x32",
+                            "picture 22x16: 22x16 44x32", "symbol pause.circle, Hopsel", "Hopsel, Korean"));
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "panel_rig.h"
 #include "session/x_keyboard.h"
+#include "ui/menubar/linux/tray_item.h"
 
 #include <QGuiApplication>
 #include <QScreen>
@@ -16,13 +17,14 @@ class XEmbedPanel : public PanelRig {
     bool waitUntilShown() {
         return runLoopUntil([this] {
             if (controller->item() == nullptr) return false;
-            const QRect place = controller->item()->geometry();
+            const QRect place = itemPlace();
             return place.width() >= 16 && place.right() > 900 &&
                    QGuiApplication::primaryScreen()->geometry().contains(place);
         });
     }
+    QRect itemPlace() const { return dynamic_cast<const TrayItem&>(*controller->item()).icon().geometry(); }
     bool opensMenu(std::uint8_t button) {
-        const QPoint middle = controller->item()->geometry().center();
+        const QPoint middle = itemPlace().center();
         mouse.movePointer(static_cast<std::int16_t>(middle.x()), static_cast<std::int16_t>(middle.y()));
         mouse.button(button);
         const bool isOpen = runLoopUntil([this] { return controller->menu()->isVisible(); });

@@ -1,5 +1,8 @@
 #include "ui/menubar/linux/tray_host.h"
 
+#include "ui/menubar/linux/tray_item.h"
+#include "ui/menubar/status_menu.h"
+
 #include <stdexcept>
 
 namespace hopsel {
@@ -20,6 +23,11 @@ void TrayHost::start(OnChange onChange) {
         }
     }
     statusNotifier_ = std::make_unique<StatusNotifierWatch>(bus_, [this] { consider(); });
+}
+
+std::unique_ptr<PanelItem> TrayHost::makeItem(TrayKind kind, StatusMenu& menu) {
+    settleOn(kind);
+    return std::make_unique<TrayItem>(kind, menu);
 }
 
 void TrayHost::settleOn(TrayKind kind) {

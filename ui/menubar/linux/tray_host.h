@@ -30,7 +30,9 @@ class TrayHost final : public TrayHosting {
     TrayHost(const QDBusConnection& bus, bool isX11) : TrayHost(bus, isX11, Patience()) {}
 
     void start(OnChange onChange) override;
-    void settleOn(TrayKind kind) override;
+    std::unique_ptr<PanelItem> makeItem(TrayKind kind, StatusMenu& menu) override;
+    /// From here on only this kind counts.
+    void settleOn(TrayKind kind);
 
   private:
     bool has(TrayKind kind) const;

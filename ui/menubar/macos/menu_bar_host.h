@@ -12,7 +12,7 @@ namespace hopsel {
 class MenuBarHost final : public TrayHosting {
   public:
     void start(OnChange onChange) override;
-    void settleOn(TrayKind /*kind*/) override {}
+    std::unique_ptr<PanelItem> makeItem(TrayKind kind, StatusMenu& menu) override;
 
   private:
     QObject context_; ///< with it the call that is on its way is gone

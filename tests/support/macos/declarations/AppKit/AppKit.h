@@ -88,4 +88,52 @@ enum : NSModalResponse { NSModalResponseOK = 1 };
 - (NSModalResponse)runModal;
 @end
 
+using CGFloat = double;
+struct CGSize {
+    CGFloat width;
+    CGFloat height;
+};
+using NSSize = CGSize;
+
+@interface NSImageRep : NSObject
+@property NSSize size;
+@end
+
+@interface NSBitmapImageRep : NSImageRep
++ (nullable instancetype)imageRepWithData:(NSData*)data;
+@end
+
+@interface NSImage : NSObject
++ (nullable instancetype)imageWithSystemSymbolName:(NSString*)name
+                          accessibilityDescription:(nullable NSString*)description;
+- (instancetype)initWithSize:(NSSize)size;
+- (void)addRepresentation:(NSImageRep*)representation;
+- (void)setTemplate:(BOOL)isTemplate;
+@end
+
+@interface NSMenu : NSObject
+@end
+
+enum NSCellImagePosition : NSUInteger { NSNoImage, NSImageOnly };
+
+@interface NSStatusBarButton : NSObject
+@property(nullable, strong) NSImage* image;
+@property NSCellImagePosition imagePosition;
+@property(copy) NSString* title;
+@property(nullable, copy) NSString* accessibilityLabel;
+@end
+
+static const CGFloat NSVariableStatusItemLength = -1.0;
+
+@interface NSStatusItem : NSObject
+@property(nullable, readonly, strong) NSStatusBarButton* button;
+@property(nullable, strong) NSMenu* menu;
+@end
+
+@interface NSStatusBar : NSObject
+@property(class, readonly, strong) NSStatusBar* systemStatusBar;
+- (NSStatusItem*)statusItemWithLength:(CGFloat)length;
+- (void)removeStatusItem:(NSStatusItem*)item;
+@end
+
 NS_ASSUME_NONNULL_END
