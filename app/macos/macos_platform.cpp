@@ -10,6 +10,7 @@
 #include "app/macos/workspace/local_key_monitor.h"
 #include "app/macos/workspace/sm_app_login_item.h"
 #include "core/platform/input_source_switcher.h"
+#include "core/platform/macos/autorelease_pool.h"
 #include "core/platform/macos/live_guest_key_sender.h"
 #include "core/platform/macos/mac_permissions.h"
 #include "core/platform/macos/main_loop.h"
@@ -95,6 +96,7 @@ void MacosPlatform::setOnReopen(std::function<void()> callback) {
 }
 
 MacosPlatform::Connection MacosPlatform::retry() {
+    const AutoreleasePool pool;
     listenTap_->check();
     activeTap_->check();
     return Connection::kept;

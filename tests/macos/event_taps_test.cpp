@@ -166,6 +166,7 @@ TEST_F(EventTaps, FilterSwallowsWhatTheHandlerWantsAndPassesTheRest) {
     EXPECT_TRUE(deliver(kCGEventKeyDown, {.keyCode = 49})) << "nobody has an opinion yet";
     std::vector<ShortcutInput> inputs;
     active.onInput = [&](const ShortcutInput& input) {
+        EXPECT_EQ(macos_fakes::openPools(), 1U) << "what this autoreleases would stay until the next click";
         inputs.push_back(input);
         return input.keyCode == 49;
     };

@@ -26,6 +26,7 @@ class MacosTest : public testing::Test {
         EXPECT_EQ(macos_fakes::liveObjects(), objects_);
         EXPECT_EQ(macos_fakes::sourcesOnMainLoop(), sources_);
         EXPECT_EQ(macos_fakes::distributedObservers(), 0U);
+        EXPECT_EQ(macos_fakes::openPools(), 0U);
     }
 
     std::size_t sourcesOfTest() const { return macos_fakes::sourcesOnMainLoop() - sources_; }

@@ -131,9 +131,10 @@ TEST_F(MacSystem, LogLinesAreReadableUnderOurName) {
     SystemLog log;
     log.write(Log::Level::error, "ActiveTap", "100 %s lost");
     log.write(Log::Level::info, "ActiveTap", "found");
-    EXPECT_THAT(macos_fakes::system().log,
-                ElementsAre(macos_fakes::LogLine{"hopsel", "ActiveTap", OS_LOG_TYPE_ERROR, "100 %s lost"},
-                            macos_fakes::LogLine{"hopsel", "ActiveTap", OS_LOG_TYPE_INFO, "found"}));
+    EXPECT_THAT(
+        macos_fakes::system().log,
+        ElementsAre(macos_fakes::LogLine{"app.hopsel.Hopsel", "ActiveTap", OS_LOG_TYPE_ERROR, "100 %s lost"},
+                    macos_fakes::LogLine{"app.hopsel.Hopsel", "ActiveTap", OS_LOG_TYPE_INFO, "found"}));
 }
 
 TEST_F(MacSystem, TextsOfAnyLengthGoThereAndBack) {

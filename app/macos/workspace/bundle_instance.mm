@@ -1,18 +1,28 @@
 #include "app/macos/workspace/bundle_instance.h"
 
 #import <AppKit/AppKit.h>
+#include <utility>
 
 namespace hopsel {
 
 namespace {
 
-NSRunningApplication* otherCopy() {
+/// Did it come before us? A copy without a date was not opened by the system and may be any age; if we have
+/// none, the other stays: rather no copy than two.
+bool isOlder(NSRunningApplication* copy, NSRunningApplication* than) {
+    if (copy.launchDate == nil || than.launchDate == nil) return true;
+    using Start = std::pair<double, pid_t>;
+    return Start(copy.launchDate.timeIntervalSinceReferenceDate, copy.processIdentifier) <
+           Start(than.launchDate.timeIntervalSinceReferenceDate, than.processIdentifier);
+}
+
+NSRunningApplication* olderCopy() {
     NSString* identifier = NSBundle.mainBundle.bundleIdentifier;
     if (identifier == nil) return nil;
-    const pid_t ours = NSProcessInfo.processInfo.processIdentifier;
+    NSRunningApplication* ours = NSRunningApplication.currentApplication;
     for (NSRunningApplication* copy in
          [NSRunningApplication runningApplicationsWithBundleIdentifier:identifier]) {
-        if (copy.processIdentifier != ours) return copy;
+        if (copy.processIdentifier != ours.processIdentifier && isOlder(copy, ours)) return copy;
     }
     return nil;
 }
@@ -20,11 +30,11 @@ NSRunningApplication* otherCopy() {
 } // namespace
 
 std::optional<std::int64_t> BundleInstance::otherProcess() const {
-    NSRunningApplication* other = otherCopy();
+    NSRunningApplication* other = olderCopy();
     if (other == nil) return std::nullopt;
     return other.processIdentifier;
 }
 
-bool BundleInstance::activateOther() const { return [otherCopy() activateWithOptions:0]; }
+bool BundleInstance::activateOther() const { return [olderCopy() activateWithOptions:0]; }
 
 } // namespace hopsel

@@ -1,5 +1,7 @@
 #include "core/platform/macos/distributed_notification.h"
 
+#include "core/platform/macos/autorelease_pool.h"
+
 #include <set>
 #include <utility>
 
@@ -30,6 +32,7 @@ DistributedNotification::~DistributedNotification() {
 void DistributedNotification::callback(CFNotificationCenterRef, void* observer, CFNotificationName,
                                        const void*, CFDictionaryRef) {
     if (!alive().contains(observer)) return;
+    const AutoreleasePool pool;
     const auto call = static_cast<DistributedNotification*>(observer)->call_; // it may end the registration
     call();
 }

@@ -1,5 +1,7 @@
 #include "core/platform/macos/event_tap.h"
 
+#include "core/platform/macos/autorelease_pool.h"
+
 namespace hopsel {
 
 EventTap::EventTap(Client& client, CGEventTapOptions options, std::initializer_list<CGEventType> types)
@@ -57,6 +59,7 @@ void EventTap::takenAway() { client_.tapDisabled(client_.mayReenable() && reenab
 CGEventRef EventTap::callback(CGEventTapProxy, CGEventType type, CGEventRef event, void* self) {
     auto* tap = static_cast<EventTap*>(self);
     if (tap == nullptr) return event;
+    const AutoreleasePool pool;
     if (type == kCGEventTapDisabledByTimeout || type == kCGEventTapDisabledByUserInput) {
         tap->takenAway();
         return event;

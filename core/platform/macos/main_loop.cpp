@@ -1,5 +1,6 @@
 #include "core/platform/macos/main_loop.h"
 
+#include "core/platform/macos/autorelease_pool.h"
 #include "core/platform/macos/cf_ref.h"
 
 #include <algorithm>
@@ -39,6 +40,7 @@ class Scheduler {
 
     void runFirst() {
         if (functions_.empty()) return;
+        const AutoreleasePool pool;
         const auto function = std::move(functions_.front());
         functions_.pop_front();
         if (!functions_.empty()) signal(); // before the function, which may run the loop

@@ -21,28 +21,36 @@ class SystemItem final : public StatusBarItem {
     SystemItem(const SystemItem&) = delete;
     SystemItem& operator=(const SystemItem&) = delete;
 
+    // Each with a pool of its own: no event of the application need follow that would empty its pool.
+
     void showSymbol(const std::string& name, const std::string& description) override {
-        NSString* known = foundationText(name);
-        show(known != nil ? [NSImage imageWithSystemSymbolName:known
-                                      accessibilityDescription:foundationText(description)]
-                          : nil);
+        @autoreleasepool {
+            NSString* known = foundationText(name);
+            show(known != nil ? [NSImage imageWithSystemSymbolName:known
+                                          accessibilityDescription:foundationText(description)]
+                              : nil);
+        }
     }
 
     void showPicture(const TemplatePicture& picture) override {
-        const NSSize size = {picture.width, picture.height};
-        NSImage* image = [[NSImage alloc] initWithSize:size];
-        for (const std::string& png : picture.pngs) {
-            NSData* data = [NSData dataWithBytes:png.data() length:png.size()];
-            NSBitmapImageRep* pixels = [NSBitmapImageRep imageRepWithData:data];
-            if (pixels == nil) continue;
-            pixels.size = size; // the system chooses by the pixels that this leaves for a point
-            [image addRepresentation:pixels];
+        @autoreleasepool {
+            const NSSize size = {picture.width, picture.height};
+            NSImage* image = [[NSImage alloc] initWithSize:size];
+            for (const std::string& png : picture.pngs) {
+                NSData* data = [NSData dataWithBytes:png.data() length:png.size()];
+                NSBitmapImageRep* pixels = [NSBitmapImageRep imageRepWithData:data];
+                if (pixels == nil) continue;
+                pixels.size = size; // the system chooses by the pixels that this leaves for a point
+                [image addRepresentation:pixels];
+            }
+            show(image);
         }
-        show(image);
     }
 
     void setAccessibilityLabel(const std::string& label) override {
-        item_.button.accessibilityLabel = foundationText(label); // nil: the system's own words
+        @autoreleasepool {
+            item_.button.accessibilityLabel = foundationText(label); // nil: the system's own words
+        }
     }
 
   private:

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <map>
+#include <memory>
 
 using hopsel::macos_fakes::Kind;
 using hopsel::macos_fakes::Object;
@@ -36,7 +37,11 @@ CFIndex unitsIn(const std::string& utf8) {
     return units;
 }
 
+std::vector<std::unique_ptr<int>> pools;
+
 } // namespace
+
+std::size_t openPools() { return pools.size(); }
 
 Object::Object(Kind ofKind, bool isLasting) : kind(ofKind), isConstant(isLasting) {
     if (!isConstant) ++liveCount;
@@ -177,3 +182,20 @@ Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value) {
 }
 
 Boolean CFNumberIsFloatType(CFNumberRef number) { return number->isFloat ? 1 : 0; }
+
+// In no header of the system: what compilers call.
+extern "C" {
+void* objc_autoreleasePoolPush();
+void objc_autoreleasePoolPop(void* pool);
+}
+
+void* objc_autoreleasePoolPush() {
+    return hopsel::macos_fakes::pools.emplace_back(std::make_unique<int>()).get();
+}
+
+void objc_autoreleasePoolPop(void* pool) {
+    // As deep as the stack: whoever empties one is the last who opened one.
+    using hopsel::macos_fakes::pools;
+    if (pools.empty() || pools.back().get() != pool) std::abort();
+    pools.pop_back();
+}

@@ -12,6 +12,9 @@ namespace hopsel::macos_fakes {
 /// Objects that were created and not released. Constants do not count.
 long liveObjects();
 
+/// Autorelease pools that are not emptied yet.
+std::size_t openPools();
+
 /// Virtual seconds; running the loop moves it, and nothing else.
 double now();
 void advance(double seconds);

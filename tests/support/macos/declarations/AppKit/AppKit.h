@@ -20,7 +20,9 @@ using NSApplicationActivationOptions = NSUInteger;
 
 @interface NSRunningApplication : NSObject
 + (NSArray<NSRunningApplication*>*)runningApplicationsWithBundleIdentifier:(NSString*)identifier;
+@property(class, readonly, strong) NSRunningApplication* currentApplication;
 @property(nullable, readonly, copy) NSString* bundleIdentifier;
+@property(nullable, readonly, copy) NSDate* launchDate;
 @property(readonly) pid_t processIdentifier;
 - (BOOL)activateWithOptions:(NSApplicationActivationOptions)options;
 @end

@@ -64,6 +64,10 @@ struct NSFastEnumerationState {
 - (nullable ObjectType)objectForKeyedSubscript:(KeyType)key;
 @end
 
+@interface NSDate : NSObject
+@property(readonly) double timeIntervalSinceReferenceDate;
+@end
+
 @interface NSError : NSObject
 @property(readonly, copy) NSString* localizedDescription;
 @end
