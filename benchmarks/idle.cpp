@@ -8,6 +8,8 @@ namespace hopsel::bench {
 
 namespace {
 
+/// Until the item in the panel is made and drawn, which a program puts off until it has settled.
+constexpr int settlingSeconds = 10;
 constexpr int quietSeconds = 20;
 
 /// Nothing is awaited here: that nothing happens is what is measured.
@@ -16,14 +18,14 @@ void letTimePass(int seconds) { poll(nullptr, 0, seconds * 1000); }
 } // namespace
 
 void reportIdle(const std::string& title, pid_t process, Budget wakeUpsPerMinute) {
-    letTimePass(1);
-    const long wakeUpsBefore = wakeUps(process);
-    const double timeBefore = processorTime(process);
+    letTimePass(settlingSeconds);
+    const Threads before = threadsOf(process);
     letTimePass(quietSeconds);
-    const auto perMinute = [](double difference) { return difference * 60 / quietSeconds; };
-    report(title + ", wake-ups", perMinute(static_cast<double>(wakeUps(process) - wakeUpsBefore)), "/min",
+    const Activity meanwhile = between(before, threadsOf(process));
+    constexpr double perMinute = 60.0 / quietSeconds;
+    report(title + ", wake-ups", static_cast<double>(meanwhile.wakeUps) * perMinute, "/min",
            wakeUpsPerMinute);
-    report(title + ", processor", perMinute(processorTime(process) - timeBefore), "ms/min");
+    report(title + ", processor", meanwhile.processorTime * perMinute, "ms/min");
 }
 
 } // namespace hopsel::bench

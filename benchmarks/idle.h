@@ -8,7 +8,7 @@
 
 namespace hopsel::bench {
 
-/// Leaves it alone for some twenty seconds, and reports how often it woke up and how long it ran.
+/// Leaves it alone for some thirty seconds, and reports how often it woke up and how long it ran.
 void reportIdle(const std::string& title, pid_t process, Budget wakeUpsPerMinute = {});
 
 } // namespace hopsel::bench

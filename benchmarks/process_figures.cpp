@@ -26,22 +26,27 @@ Memory memoryOf(pid_t process) {
     return {.proportional = figureIn(file, "Pss:"), .own = figureIn(file, "Private_Dirty:")};
 }
 
-double processorTime(pid_t process) {
+Threads threadsOf(pid_t process) {
     constexpr double nanosecondsPerMillisecond = 1e6;
-    double total = 0;
+    Threads threads;
     for (const auto& thread : std::filesystem::directory_iterator(folderOf(process) / "task")) {
         double nanoseconds = 0;
         if (!(std::ifstream(thread.path() / "schedstat") >> nanoseconds))
             throw std::runtime_error("the kernel does not tell processor times");
-        total += nanoseconds / nanosecondsPerMillisecond;
+        threads[thread.path().filename()] = {nanoseconds / nanosecondsPerMillisecond,
+                                             figureIn(thread.path() / "status", "voluntary_ctxt_switches:")};
     }
-    return total;
+    return threads;
 }
 
-long wakeUps(pid_t process) {
-    long total = 0;
-    for (const auto& thread : std::filesystem::directory_iterator(folderOf(process) / "task"))
-        total += figureIn(thread.path() / "status", "voluntary_ctxt_switches:");
+Activity between(const Threads& before, const Threads& after) {
+    Activity total;
+    for (const auto& [thread, now] : after) {
+        const auto found = before.find(thread);
+        const Activity earlier = found == before.end() ? Activity() : found->second;
+        total.processorTime += now.processorTime - earlier.processorTime;
+        total.wakeUps += now.wakeUps - earlier.wakeUps;
+    }
     return total;
 }
 

@@ -1,6 +1,8 @@
 // What the kernel says of a running process. Throws `std::runtime_error` where it says nothing.
 #pragma once
 
+#include <map>
+#include <string>
 #include <sys/types.h>
 
 namespace hopsel::bench {
@@ -11,10 +13,14 @@ struct Memory {
 };
 Memory memoryOf(pid_t process);
 
-/// Milliseconds that its threads have had a processor.
-double processorTime(pid_t process);
-
-/// How often its threads have gone to sleep by their own will, which is how often they were woken.
-long wakeUps(pid_t process);
+struct Activity {
+    double processorTime = 0; ///< milliseconds that it has had a processor
+    long wakeUps = 0; ///< how often it has gone to sleep by its own will, which is how often it was woken
+};
+/// Of each thread, by its identifier.
+using Threads = std::map<std::string, Activity>;
+Threads threadsOf(pid_t process);
+/// What happened between two looks. A thread that has ended meanwhile does not count.
+Activity between(const Threads& before, const Threads& after);
 
 } // namespace hopsel::bench
