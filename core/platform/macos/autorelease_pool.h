@@ -7,10 +7,13 @@
 // support section of Clang's description of ARC names them.
 #pragma once
 
+// The names are the run time's.
+// NOLINTBEGIN(readability-identifier-naming)
 extern "C" {
 void* objc_autoreleasePoolPush();
 void objc_autoreleasePoolPop(void* pool);
 }
+// NOLINTEND(readability-identifier-naming)
 
 namespace hopsel {
 

@@ -184,6 +184,7 @@ Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value) {
 Boolean CFNumberIsFloatType(CFNumberRef number) { return number->isFloat ? 1 : 0; }
 
 // In no header of the system: what compilers call.
+// NOLINTBEGIN(readability-identifier-naming)
 extern "C" {
 void* objc_autoreleasePoolPush();
 void objc_autoreleasePoolPop(void* pool);
@@ -199,3 +200,4 @@ void objc_autoreleasePoolPop(void* pool) {
     if (pools.empty() || pools.back().get() != pool) std::abort();
     pools.pop_back();
 }
+// NOLINTEND(readability-identifier-naming)

@@ -15,7 +15,7 @@ void MenuBarHost::start(OnChange onChange) {
 
 std::unique_ptr<PanelItem> MenuBarHost::makeItem(TrayKind /*kind*/, StatusMenu& menu) {
     menu.showLabels(); // ahead of the system's menu, which is made of what is there
-    return std::make_unique<MenuBarItem>(makeStatusBarItem(menu.toNSMenu()));
+    return std::make_unique<MenuBarItem>(makeStatusBarItem((__bridge void*)menu.toNSMenu()));
 }
 
 } // namespace hopsel
