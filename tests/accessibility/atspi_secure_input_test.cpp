@@ -4,10 +4,7 @@
 #include "session/x_server.h"
 #include "session/x_window.h"
 #include "support/fakes/engine_fakes.h"
-#include "support/qt_waiting.h"
 
-#include <QDBusConnection>
-#include <csignal>
 #include <gmock/gmock.h>
 
 using namespace hopsel;
@@ -62,7 +59,7 @@ class AtspiSecureInputTest : public testing::TestWithParam<Toolkit> {
 INSTANTIATE_TEST_SUITE_P(Toolkits, AtspiSecureInputTest, testing::Values(Toolkit::gtk, Toolkit::qt),
                          [](const auto& each) { return each.param == Toolkit::gtk ? "gtk" : "qt"; });
 
-TEST_P(AtspiSecureInputTest, FollowsTheFocusWithinAProgram) {
+TEST_P(AtspiSecureInputTest, FollowsTheFocusWithinAProgramAndToOtherWindows) {
     desktop.start();
     watch();
     ASSERT_TRUE(reaches(watching));
@@ -71,14 +68,6 @@ TEST_P(AtspiSecureInputTest, FollowsTheFocusWithinAProgram) {
     EXPECT_TRUE(becomes(false)) << "the plain field";
     program->kill(SIGUSR1);
     EXPECT_TRUE(becomes(true)) << "and back";
-    program->kill(SIGKILL);
-    EXPECT_TRUE(becomes(false)) << "nobody is left to say so";
-}
-
-TEST_P(AtspiSecureInputTest, EndsWhenAnotherWindowComesToTheFront) {
-    desktop.start();
-    watch();
-    const auto program = startRecognised(GetParam());
     {
         const session::XTestWindow silent("tells nothing of itself");
         input->windowChanged();
@@ -89,40 +78,35 @@ TEST_P(AtspiSecureInputTest, EndsWhenAnotherWindowComesToTheFront) {
     input->retry();
     EXPECT_TRUE(staysFalse([&] { return !input->isEnabled(); }, std::chrono::milliseconds(400)))
         << "a field that still has the focus says so";
+    program->kill(SIGKILL);
+    EXPECT_TRUE(becomes(false)) << "nobody is left to say so";
 }
 
-TEST_P(AtspiSecureInputTest, LostBusIsUnknownUntilTheNextOneComes) {
-    desktop.start();
-    watch();
-    ASSERT_TRUE(reaches(watching));
-    {
-        const auto program = startRecognised(GetParam());
-        desktop.killBus();
-        EXPECT_TRUE(reaches(unavailable));
-        EXPECT_FALSE(input->isEnabled());
-    }
-    desktop.start();
-    ASSERT_TRUE(runLoopUntil([&] {
-        input->retry();
-        return input->state() == watching;
-    }));
-    startRecognised(GetParam());
-}
-
-TEST_F(AtspiSecureInputTest, SaysWhatItCanTell) {
+TEST_F(AtspiSecureInputTest, SaysWhatItCanTellAndStartsAnewWithTheNextBus) {
     watch();
     EXPECT_TRUE(staysFalse([&] { return !states.empty(); }));
     EXPECT_EQ(input->state(), unavailable);
     desktop.start(false);
     EXPECT_TRUE(reaches(off));
-    const auto program = startRecognised(Toolkit::gtk); // tells all the same
+    auto program = startRecognised(Toolkit::gtk); // tells all the same
     desktop.setEnabled(true);
     EXPECT_TRUE(reaches(watching));
     desktop.setEnabled(false);
     EXPECT_TRUE(runLoopUntil([&] { return states.size() == 3; }));
-    EXPECT_THAT(states, testing::ElementsAre(off, watching, off));
     EXPECT_TRUE(input->isEnabled());
-    EXPECT_EQ(log.lines.size(), 3U);
+    desktop.killBus();
+    EXPECT_TRUE(reaches(unavailable));
+    EXPECT_FALSE(input->isEnabled());
+    EXPECT_THAT(states, testing::ElementsAre(off, watching, off, unavailable));
+    EXPECT_EQ(log.lines.size(), 4U);
+
+    program.reset();
+    desktop.start();
+    ASSERT_TRUE(runLoopUntil([&] {
+        input->retry();
+        return input->state() == watching;
+    }));
+    startRecognised(Toolkit::gtk);
 }
 
 } // namespace

@@ -3,97 +3,48 @@
 #include "core/platform/linux/desktops/kde_layouts.h"
 
 #include "desktops/framework_watch.h"
+#include "desktops/played_object.h"
 #include "session/private_bus.h"
-
-#include <QDBusConnectionInterface>
-#include <QDBusMetaType>
-#include <QDBusVirtualObject>
-
-namespace hopsel::test {
-
-struct Told {
-    QString layout, label, name;
-};
-QDBusArgument& operator<<(QDBusArgument& out, const Told& told) {
-    out.beginStructure();
-    out << told.layout << told.label << told.name;
-    out.endStructure();
-    return out;
-}
-const QDBusArgument& operator>>(const QDBusArgument& in, Told& told) {
-    return in >> told.layout >> told.label >> told.name; // for the registration, which asks for it
-}
-
-} // namespace hopsel::test
-Q_DECLARE_METATYPE(hopsel::test::Told)
 
 namespace hopsel::test {
 namespace {
 
-class KdeDaemon final : public QDBusVirtualObject {
-  public:
-    KdeDaemon(const session::PrivateBus& bus, QString connectionName) : name(std::move(connectionName)) {
-        qDBusRegisterMetaType<Told>();
-        qDBusRegisterMetaType<QList<Told>>();
-        own = QDBusConnection::connectToBus(QString::fromStdString(bus.address()), name);
-        own.registerVirtualObject("/Layouts", this);
-        own.interface()->registerService("org.kde.keyboard", QDBusConnectionInterface::QueueService);
-    }
-    ~KdeDaemon() override { die(); }
-    void die() {
-        own = QDBusConnection(QString());
-        QDBusConnection::disconnectFromBus(name);
-    }
+using Told = QList<Row<QString, QString, QString>>; // layout, label, name
 
-    QString introspect(const QString&) const override { return {}; }
-    bool handleMessage(const QDBusMessage& call, const QDBusConnection&) override {
-        calls << call.member();
-        if (call.member() == isSilentAbout) {
-            call.setDelayedReply(true);
-            unanswered << call;
-            return true;
-        }
-        QVariant answer;
-        if (call.member() == u"getLayoutsList") answer = list.isValid() ? list : QVariant::fromValue(layouts);
-        if (call.member() == u"getLayout") answer = current;
-        if (call.member() == u"setLayout") answer = set(call.arguments().constFirst().toUInt());
-        own.send(answer.isValid() ? call.createReply(answer)
-                                  : call.createErrorReply("org.example.No", "it would not"));
-        return true;
+class KdeDaemon final : public PlayedObject {
+  public:
+    explicit KdeDaemon(const session::PrivateBus& bus)
+        : PlayedObject(bus.address(), "org.kde.keyboard", "/Layouts") {
+        behave();
     }
-    QVariant set(uint index) {
-        if (setAnswer != QVariant(true)) return setAnswer;
-        if (isObedient) change(index);
-        return true;
+    void behave() {
+        answers["getLayoutsList"] = [this](const auto& call) { return call.createReply(inVariant(layouts)); };
+        answers["getLayout"] = [this](const auto& call) { return call.createReply(current); };
+        answers["setLayout"] = [this](const auto& call) {
+            change(call.arguments().constFirst().toUInt());
+            return call.createReply(true);
+        };
     }
     void change(uint index) {
         current = index;
-        if (isTelling) signal("layoutChanged", {index});
+        tell("layoutChanged", {index});
     }
-    void signal(const QString& member, const QVariantList& arguments = {}) {
-        auto message = QDBusMessage::createSignal("/Layouts", "org.kde.KeyboardLayouts", member);
-        message.setArguments(arguments);
-        own.send(message);
+    void tell(const QString& member, const QVariantList& arguments = {}) {
+        signal("/Layouts", "org.kde.KeyboardLayouts", member, arguments);
+    }
+    void changeList(const Told& told) {
+        layouts = told;
+        tell("layoutListChanged");
     }
 
-    QString name;
-    QDBusConnection own{QString()};
-    QList<Told> layouts{
-        {"us", "", "English (US)"}, {"us", "dvo", "English (Dvorak)"}, {"ru", "ru", "Russian"}};
-    QVariant list; ///< instead of the layouts
+    Told layouts{{"us", "", "English (US)"}, {"us", "dvo", "English (Dvorak)"}, {"ru", "ru", "Russian"}};
     uint current = 0;
-    QVariant setAnswer = true;
-    bool isObedient = true;
-    bool isTelling = true;
-    QString isSilentAbout;
-    QList<QDBusMessage> unanswered;
-    QStringList calls;
 };
 
 class KdeLayoutsTest : public testing::Test {
   protected:
     session::PrivateBus bus;
-    KdeDaemon daemon{bus, "kde"};
+    KdeDaemon daemon{bus};
     KdeLayouts layouts;
     FrameworkWatch watch{layouts};
 };
@@ -108,13 +59,16 @@ TEST_F(KdeLayoutsTest, ListAndSwitchAndFollowTheDaemon) {
     EXPECT_EQ(layouts.currentID(), "kde:us");
     EXPECT_EQ(layouts.select("kde:us:dvo"), accepted);
     EXPECT_TRUE(watch.becomesCurrent("kde:us:dvo"));
-    EXPECT_EQ(layouts.select("kde:us#2"), SelectResult(select_result::NotFound{}));
+    EXPECT_EQ(layouts.select("kde:us#2"), notFound);
     daemon.change(2);
     EXPECT_TRUE(watch.becomesCurrent("kde:ru"));
     daemon.change(2);
-    daemon.signal("layoutChanged", {"2"});
-    daemon.signal("layoutListChanged");
-    daemon.isTelling = false; // what it does not tell is read back
+    daemon.tell("layoutChanged", {"2"});
+    daemon.tell("layoutListChanged");
+    daemon.answers["setLayout"] = [&](const QDBusMessage& call) {
+        daemon.current = 0; // what it does not tell is read back
+        return call.createReply(true);
+    };
     EXPECT_EQ(layouts.select("kde:us"), accepted);
     EXPECT_TRUE(watch.becomesCurrent("kde:us"));
     EXPECT_EQ(watch.inCharge, 1);
@@ -125,11 +79,9 @@ TEST_F(KdeLayoutsTest, ListAndSwitchAndFollowTheDaemon) {
 
 TEST_F(KdeLayoutsTest, IdentifiersSurviveAnotherOrderAlsoInTheMiddleOfASwitch) {
     ASSERT_TRUE(watch.comesInCharge());
-    std::rotate(daemon.layouts.begin(), daemon.layouts.begin() + 2, daemon.layouts.end());
-    daemon.layouts.append({"us", "dvo", "English (Dvorak)"});
     daemon.calls.clear();
-    daemon.signal("layoutListChanged");
-    ASSERT_TRUE(runLoopUntil([&] { return !daemon.calls.isEmpty(); }));
+    daemon.changeList({{"ru", "", ""}, {"us", "", ""}, {"us", "dvo", ""}, {"us", "dvo", ""}});
+    ASSERT_TRUE(daemon.isAsked("getLayoutsList"));
     EXPECT_EQ(layouts.select("kde:us:dvo"), accepted);
     EXPECT_TRUE(watch.becomesCurrent("kde:us:dvo"));
     EXPECT_EQ(daemon.current, 2U) << "its position in the new list";
@@ -139,13 +91,12 @@ TEST_F(KdeLayoutsTest, IdentifiersSurviveAnotherOrderAlsoInTheMiddleOfASwitch) {
 
 TEST_F(KdeLayoutsTest, WhateverIsNoYesIsARefusal) {
     ASSERT_TRUE(watch.comesInCharge());
-    for (const QVariant& answer : {QVariant(false), QVariant("yes"), QVariant()}) {
-        daemon.setAnswer = answer;
+    for (const Answer& answer : {replyWith(false), replyWith("yes"), replyWithError()}) {
+        daemon.answers["setLayout"] = answer;
         EXPECT_EQ(layouts.select("kde:ru"), accepted);
-        EXPECT_TRUE(watch.isRefused(refused)) << answer.toString().toStdString();
+        EXPECT_TRUE(watch.isRefused(refused));
     }
-    daemon.setAnswer = true;
-    daemon.isObedient = false;
+    daemon.answers["setLayout"] = replyWith(true); // and does not obey
     EXPECT_EQ(layouts.select("kde:ru"), accepted);
     EXPECT_TRUE(staysFalse([&] { return layouts.refusal() || layouts.currentID() != "kde:us"; }));
     EXPECT_EQ(watch.selected, 0);
@@ -153,67 +104,51 @@ TEST_F(KdeLayoutsTest, WhateverIsNoYesIsARefusal) {
 
 TEST_F(KdeLayoutsTest, DeathInTheMiddleOfASwitchEndsItAndLateAnswersDoNotCount) {
     ASSERT_TRUE(watch.comesInCharge());
-    KdeDaemon next(bus, "next kde");
+    KdeDaemon next(bus);
     next.layouts = {{"kr", "", "Korean"}};
-    daemon.isSilentAbout = "setLayout";
+    daemon.answers.erase("setLayout");
     EXPECT_EQ(layouts.select("kde:ru"), accepted);
-    ASSERT_TRUE(runLoopUntil([&] { return !daemon.unanswered.isEmpty(); }));
-    daemon.own.unregisterService("org.kde.keyboard");
+    ASSERT_TRUE(daemon.isAsked("setLayout"));
+    daemon.disappear();
     EXPECT_TRUE(watch.isRefused(gone));
     ASSERT_TRUE(watch.comesInCharge());
     EXPECT_EQ(watch.inCharge, 3) << "there, gone and there again";
     EXPECT_EQ(watch.ids(), Strings{"kde:kr"});
     EXPECT_EQ(layouts.select("kde:kr"), accepted);
-    daemon.own.send(daemon.unanswered.first().createReply(false));
-    daemon.signal("layoutChanged", {7U});
+    daemon.answerWaiting(0, false);
+    daemon.tell("layoutChanged", {7U});
     EXPECT_TRUE(staysFalse([&] { return layouts.refusal() || layouts.currentID() != "kde:kr"; }));
 
-    next.isSilentAbout = "setLayout";
+    next.answers.erase("setLayout");
     EXPECT_EQ(layouts.select("kde:kr"), accepted);
-    next.die();
+    bus.kill();
     EXPECT_TRUE(watch.isRefused(gone));
-    EXPECT_TRUE(watch.comesInCharge(false));
     EXPECT_EQ(layouts.select("kde:kr"), gone);
+    const session::PrivateBus nextBus;
+    const KdeDaemon last(nextBus);
+    layouts.retry();
+    EXPECT_TRUE(watch.comesInCharge());
 }
 
 TEST_F(KdeLayoutsTest, AnythingForAListGivesOneThatIsSafeToShow) {
     ASSERT_TRUE(watch.comesInCharge());
-    const auto tell = [&](const QList<Told>& told, std::size_t count) {
-        daemon.layouts = told;
-        daemon.signal("layoutListChanged");
-        return runLoopUntil([&] { return watch.ids().size() == count; });
-    };
     daemon.current = 4'000'000'000U;
-    EXPECT_TRUE(tell({{"a\nb\u200b", QString(QChar(0xd800)), QString(100'000, u'x')}, {"", "", "y"}}, 2));
-    EXPECT_EQ(watch.ids(), (Strings{"kde:a b:?", "kde:y"}));
+    daemon.changeList({{"a\nb\u200b", QString(QChar(0xd800)), QString(100'000, u'x')}, {"", "", "y"}});
+    EXPECT_TRUE(watch.lists({"kde:a b:?", "kde:y"}));
     EXPECT_EQ(layouts.enabledKeyboardSources()[0].name, std::string(64, 'x'));
     EXPECT_EQ(layouts.currentID(), std::nullopt);
-    EXPECT_TRUE(tell(QList<Told>(50'000, Told{"us", "", ""}), 64));
-    daemon.layouts = {{"", "", ""}};
-    daemon.signal("layoutListChanged");
-    EXPECT_TRUE(watch.comesInCharge(false)) << "nothing that could be named";
+    daemon.changeList(Told(50'000, {"us", "", ""}));
+    EXPECT_TRUE(runLoopUntil([&] { return watch.ids().size() == 64; }));
 
-    for (const QVariant& wrong : {QVariant("us"), QVariant(QStringList{"us", "ru"}), QVariant(7)}) {
-        daemon.list = QVariant();
-        daemon.layouts = {{"us", "", ""}};
+    for (const Answer& wrong : {replyWith(inVariant(Told{{"", "", ""}})), replyWith("us"),
+                                replyWith(QStringList{"us", "ru"}), replyWith(7)}) {
+        daemon.answers["getLayoutsList"] = wrong;
+        daemon.tell("layoutListChanged");
+        EXPECT_TRUE(watch.comesInCharge(false));
+        daemon.behave();
         layouts.retry();
         ASSERT_TRUE(watch.comesInCharge());
-        daemon.list = wrong;
-        daemon.signal("layoutListChanged");
-        EXPECT_TRUE(watch.comesInCharge(false));
     }
-}
-
-TEST_F(KdeLayoutsTest, LostBusIsReplacedByTheNext) {
-    ASSERT_TRUE(watch.comesInCharge());
-    bus.kill();
-    EXPECT_TRUE(watch.comesInCharge(false));
-    const session::PrivateBus nextBus;
-    layouts.retry();
-    KdeDaemon next(nextBus, "next kde");
-    EXPECT_TRUE(watch.comesInCharge());
-    next.change(2);
-    EXPECT_TRUE(watch.becomesCurrent("kde:ru"));
 }
 
 } // namespace

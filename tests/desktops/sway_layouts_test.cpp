@@ -34,8 +34,7 @@ class SwayLayoutsTest : public testing::Test {
             sway = server.nextPendingConnection();
             QObject::connect(sway, &QLocalSocket::readyRead, sway, [this] { answer(); });
         });
-        layouts = std::make_unique<SwayLayouts>();
-        watch = std::make_unique<FrameworkWatch>(*layouts);
+        layouts.retry();
     }
     void answer() {
         while (sway->bytesAvailable() >= 14) {
@@ -58,7 +57,7 @@ class SwayLayoutsTest : public testing::Test {
     bool tell(const QByteArray& keyboards, const Strings& ids) {
         inputs = "[" + keyboards + "]";
         event("added", "{}");
-        return watch->lists(ids);
+        return watch.lists(ids);
     }
 
     session::TemporaryFolder folder;
@@ -67,70 +66,70 @@ class SwayLayoutsTest : public testing::Test {
     QByteArray inputs = "[" + keyboard("1:1:one", english + "," + russian) + "]";
     QByteArray commandAnswer = R"([{"success":true}])";
     QByteArrayList commands;
-    std::unique_ptr<SwayLayouts> layouts;
-    std::unique_ptr<FrameworkWatch> watch;
+    SwayLayouts layouts;
+    FrameworkWatch watch{layouts};
 };
 
 TEST_F(SwayLayoutsTest, KeyboardsWithLayoutsOfTheirOwnAreSwitchedOneByOne) {
-    ASSERT_TRUE(watch->comesInCharge());
+    ASSERT_TRUE(watch.comesInCharge());
     const QByteArray power = keyboard("0:1:Power_Button", german);
     const QByteArray first = keyboard("1:1:one", english + "," + russian);
     const QByteArray second = keyboard("1:2:two", russian + "," + german + ",null", 1);
     const QByteArray hostile = keyboard(R"(1:3:x\";exec true)", german + "," + german);
     ASSERT_TRUE(tell(power + "," + first + "," + second + "," + hostile,
                      {"sway:English (US)", "sway:Russian", "sway:German", "sway:German#2"}));
-    for (const char* id : {"sway:Russian", "sway:German"}) EXPECT_EQ(layouts->select(id), accepted);
+    for (const char* id : {"sway:Russian", "sway:German"}) EXPECT_EQ(layouts.select(id), accepted);
     ASSERT_TRUE(runLoopUntil([&] { return commands.size() == 2; }));
     EXPECT_EQ(commands[0], R"(input "1:1:one" xkb_switch_layout 1;input "1:2:two" xkb_switch_layout 0)");
     EXPECT_EQ(commands[1], R"(input "1:2:two" xkb_switch_layout 1)");
-    EXPECT_EQ(layouts->select("sway:German#2"), refused) << "no safe way to say it";
+    EXPECT_EQ(layouts.select("sway:German#2"), refused) << "no safe way to say it";
 
-    EXPECT_EQ(layouts->currentID(), "sway:English (US)");
+    EXPECT_EQ(layouts.currentID(), "sway:English (US)");
     event("xkb_layout", second);
-    EXPECT_TRUE(watch->becomesCurrent("sway:German")) << "of the keyboard that changed last";
+    EXPECT_TRUE(watch.becomesCurrent("sway:German")) << "of the keyboard that changed last";
     event("xkb_layout", power);
     event("xkb_layout", keyboard("1:2:two", "7", 9));
     event("libinput_config", "[]");
-    EXPECT_TRUE(staysFalse([&] { return layouts->currentID() != "sway:German"; }));
-    EXPECT_EQ(watch->selected, 1);
-    EXPECT_EQ(watch->sources, 1);
+    EXPECT_TRUE(staysFalse([&] { return layouts.currentID() != "sway:German"; }));
+    EXPECT_EQ(watch.selected, 1);
+    EXPECT_EQ(watch.sources, 1);
 }
 
 TEST_F(SwayLayoutsTest, WhateverIsNoYesIsARefusal) {
-    ASSERT_TRUE(watch->comesInCharge());
+    ASSERT_TRUE(watch.comesInCharge());
     for (const char* answer : {R"([{"success":true},{"success":false}])", "[]", "{", R"([{"success":1}])"}) {
         commandAnswer = answer;
-        EXPECT_EQ(layouts->select("sway:Russian"), accepted);
-        EXPECT_TRUE(watch->isRefused(refused)) << answer;
+        EXPECT_EQ(layouts.select("sway:Russian"), accepted);
+        EXPECT_TRUE(watch.isRefused(refused)) << answer;
     }
     commandAnswer = R"([{"success":true}])"; // but no event comes
     inputs = "[" + keyboard("1:1:one", english + "," + russian, 1) + "]";
-    EXPECT_EQ(layouts->select("sway:Russian"), accepted);
-    EXPECT_TRUE(watch->becomesCurrent("sway:Russian"));
-    EXPECT_EQ(layouts->refusal(), std::nullopt);
+    EXPECT_EQ(layouts.select("sway:Russian"), accepted);
+    EXPECT_TRUE(watch.becomesCurrent("sway:Russian"));
+    EXPECT_EQ(layouts.refusal(), std::nullopt);
 }
 
 TEST_F(SwayLayoutsTest, AnythingElseThanSwaysAnswersEndsTheConnectionUntilTheRetry) {
     const QByteArray longest(static_cast<int>(SwayIpc::maxPayload), ' ');
     for (const QByteArray& wrong : {QByteArray(14, 'x'), framed(SwayIpc::inputEvent, longest + " "),
                                     framed(SwayIpc::subscribe, "{}")}) {
-        ASSERT_TRUE(watch->comesInCharge());
+        ASSERT_TRUE(watch.comesInCharge());
         sway->write(framed(SwayIpc::inputEvent, longest) + framed(7, "?") + wrong);
-        EXPECT_TRUE(watch->comesInCharge(false));
-        layouts->retry();
+        EXPECT_TRUE(watch.comesInCharge(false));
+        layouts.retry();
     }
-    ASSERT_TRUE(watch->comesInCharge());
+    ASSERT_TRUE(watch.comesInCharge());
     inputs = "{}";
     event("removed", "{}");
-    EXPECT_TRUE(watch->comesInCharge(false));
+    EXPECT_TRUE(watch.comesInCharge(false));
     inputs = "[7,null,{},[]," + keyboard("", R"("a\nb",7,{})", -5) + "]";
-    layouts->retry();
-    ASSERT_TRUE(watch->comesInCharge());
-    EXPECT_EQ(watch->ids(), Strings{"sway:a b"});
-    EXPECT_EQ(layouts->currentID(), std::nullopt);
+    layouts.retry();
+    ASSERT_TRUE(watch.comesInCharge());
+    EXPECT_EQ(watch.ids(), Strings{"sway:a b"});
+    EXPECT_EQ(layouts.currentID(), std::nullopt);
     inputs = QByteArray(500, '[') + QByteArray(500, ']');
     event("removed", "{}");
-    EXPECT_TRUE(watch->comesInCharge(false));
+    EXPECT_TRUE(watch.comesInCharge(false));
 }
 
 } // namespace

@@ -1,12 +1,7 @@
 // Against sway itself, without a screen, with keyboards that the test plugs in.
-#include "core/platform/input_source_switcher.h"
 #include "core/platform/linux/desktops/sway_layouts.h"
-#include "core/platform/linux/main_loop.h"
 #include "desktops/framework_watch.h"
-#include "session/child_process.h"
 #include "session/temporary_folder.h"
-
-#include <csignal>
 
 namespace hopsel::test {
 namespace {
@@ -46,10 +41,6 @@ struct Sway {
                                     "sway",
                                     ChildProcess::Output::capture});
     }
-    void kill() const {
-        process->kill(SIGKILL);
-        process->waitForExit(std::chrono::seconds(10));
-    }
 
     session::TemporaryFolder folder;
     std::unique_ptr<ChildProcess> process;
@@ -67,20 +58,16 @@ struct Keyboard {
     ChildProcess process;
 };
 
-bool lists(const FrameworkWatch& watch, const Strings& ids) {
-    return runLoopUntil([&] {
-        watch.framework.retry();
-        return watch.ids() == ids;
-    });
-}
-
-TEST(SwaySession, KeyboardsComeAreSwitchedAndGo) {
-    const Sway sway;
+TEST(SwaySession, KeyboardsComeAreSwitchedAndGoAndSoDoesSway) {
+    auto sway = std::make_unique<Sway>();
     auto layouts = std::make_shared<SwayLayouts>();
     const FrameworkWatch watch(*layouts);
-    const Keyboard first(sway, "us,ru,us");
+    const auto lists = [&](const Strings& ids) {
+        return retryUntil(*layouts, [&] { return watch.ids() == ids; });
+    };
+    auto first = std::make_unique<Keyboard>(*sway, "us,ru,us");
     // At first it has sway's own keymap.
-    ASSERT_TRUE(lists(watch, {"sway:English (US)", "sway:Russian", "sway:English (US)#2"}));
+    ASSERT_TRUE(lists({"sway:English (US)", "sway:Russian", "sway:English (US)#2"}));
     const InputSourceInfo russian{"sway:Russian", "Russian", "SwayLayout", {"ru"}, true};
     EXPECT_EQ(layouts->enabledKeyboardSources()[1], russian);
     EXPECT_EQ(layouts->currentID(), "sway:English (US)");
@@ -90,41 +77,26 @@ TEST(SwaySession, KeyboardsComeAreSwitchedAndGo) {
         const SwitchOutcome outcome = service.switchTo(target);
         EXPECT_TRUE(outcome.result == accepted && outcome.verified) << target;
     }
-    EXPECT_THAT(sway.message("get_inputs"), testing::HasSubstr("\"xkb_active_layout_index\": 1"));
-    const Keyboard second(sway, "us,ru,us");
-    sway.message("command", "input type:keyboard xkb_switch_layout 0");
+    auto second = std::make_unique<Keyboard>(*sway, "us,ru,us,de");
+    EXPECT_TRUE(lists({"sway:English (US)", "sway:Russian", "sway:English (US)#2", "sway:German"}));
+    sway->message("command", "input type:keyboard xkb_switch_layout 0");
     EXPECT_TRUE(watch.becomesCurrent("sway:English (US)"));
     EXPECT_TRUE(service.switchTo("sway:Russian").verified);
-    const std::string inputs = sway.message("get_inputs");
+    const std::string inputs = sway->message("get_inputs");
+    EXPECT_THAT(inputs, testing::HasSubstr("\"xkb_active_layout_index\": 1"));
     EXPECT_EQ(inputs.find("\"xkb_active_layout_index\": 0"), std::string::npos) << "all keyboards go along";
-    const Keyboard other(sway, "us,ru,us,de");
-    EXPECT_TRUE(lists(watch, {"sway:English (US)", "sway:Russian", "sway:English (US)#2", "sway:German"}));
-    EXPECT_EQ(layouts->refusal(), std::nullopt);
-}
-
-TEST(SwaySession, DeathInTheMiddleOfASwitchEndsItAndTheNextSwayIsTakenUp) {
-    auto sway = std::make_unique<Sway>();
-    auto keyboard = std::make_unique<Keyboard>(*sway, "us,ru");
-    SwayLayouts layouts;
-    const FrameworkWatch watch(layouts);
-    ASSERT_TRUE(lists(watch, {"sway:English (US)", "sway:Russian"}));
-    keyboard.reset();
+    first.reset();
+    second.reset();
     EXPECT_TRUE(watch.comesInCharge(false));
-    keyboard = std::make_unique<Keyboard>(*sway, "us,ru");
-    ASSERT_TRUE(lists(watch, {"sway:English (US)", "sway:Russian"}));
+    const Keyboard third(*sway, "us,ru");
+    ASSERT_TRUE(lists({"sway:English (US)", "sway:Russian"}));
 
-    sway->process->kill(SIGSTOP);
-    EXPECT_EQ(layouts.select("sway:Russian"), accepted);
-    EXPECT_TRUE(staysFalse([&] { return layouts.refusal() || layouts.currentID() == "sway:Russian"; }));
-    sway->kill();
-    EXPECT_TRUE(watch.isRefused(gone));
-    EXPECT_FALSE(layouts.isInCharge());
-    EXPECT_EQ(layouts.select("sway:Russian"), gone);
-    layouts.retry();
-
-    const Sway next;
-    const Keyboard nextKeyboard(next, "de,us");
-    EXPECT_TRUE(lists(watch, {"sway:German", "sway:English (US)"}));
+    expectSwitchEndsWithDaemon(service, *sway->process, 0, "sway:Russian", "sway:English (US)");
+    EXPECT_FALSE(layouts->isInCharge());
+    EXPECT_EQ(layouts->select("sway:Russian"), gone);
+    sway = std::make_unique<Sway>();
+    const Keyboard next(*sway, "de,us");
+    EXPECT_TRUE(lists({"sway:German", "sway:English (US)"}));
 }
 
 } // namespace

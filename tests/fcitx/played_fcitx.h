@@ -1,63 +1,37 @@
-// Services that a test plays on a private bus: an object that answers as it is told to, and a Fcitx5 made of
-// one that answers well until it is told otherwise.
+// A Fcitx5 that a test plays: it answers well until it is told otherwise.
 #pragma once
 
-#include <QDBusArgument>
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusVirtualObject>
-#include <QList>
-#include <QString>
-#include <functional>
-#include <map>
+#include "desktops/played_object.h"
 
 namespace hopsel::test {
 
-struct GroupMember {
-    QString method, layout;
-};
-struct AvailableMethod {
-    QString method, name, nativeName, icon, label, language;
-    bool isConfigurable = false;
-};
-using GroupMembers = QList<GroupMember>;
-using AvailableMethods = QList<AvailableMethod>;
-
-using Answer = std::function<void(const QDBusMessage& call, const QDBusConnection& bus)>;
-Answer replyWith(const QVariantList& arguments);
-Answer replyWithError();
-
-class PlayedObject : public QDBusVirtualObject {
-  public:
-    PlayedObject(const QDBusConnection& bus, const QString& name, const QString& path);
-    ~PlayedObject() override;
-
-    std::map<QString, Answer> answers; ///< by method; an error where there is none
-    std::map<QString, int> calls;
-
-    void appear() { bus_.registerService(name_); }
-    void disappear() { bus_.unregisterService(name_); }
-
-    QString introspect(const QString&) const override { return {}; }
-    bool handleMessage(const QDBusMessage& call, const QDBusConnection& bus) override;
-
-  private:
-    QDBusConnection bus_;
-    QString name_;
-    QString path_;
-};
+/// Method and layout.
+using GroupMembers = QList<Row<QString, QString>>;
+/// Method, name, native name, icon, label, language, and whether it can be configured.
+using AvailableMethods = QList<Row<QString, QString, QString, QString, QString, QString, bool>>;
 
 class PlayedFcitx : public PlayedObject {
   public:
-    explicit PlayedFcitx(const QDBusConnection& bus);
+    explicit PlayedFcitx(const std::string& busAddress)
+        : PlayedObject(busAddress, "org.fcitx.Fcitx5", "/controller") {
+        behave();
+    }
     /// Answers what is right from here on.
-    void behave();
+    void behave() {
+        const AvailableMethods available{{"hangul", "Hangul", "한글", "", "", "ko", false}};
+        answers["CurrentInputMethodGroup"] = replyWith("Default");
+        answers["InputMethodGroupInfo"] = replyWith("us", inVariant(members));
+        answers["AvailableInputMethods"] = replyWith(inVariant(available));
+        answers["CurrentInputMethod"] = [this](const auto& call) { return call.createReply(current); };
+        answers["State"] = [this](const auto& call) { return call.createReply(current.isEmpty() ? 0 : 2); };
+        answers["SetCurrentIM"] = [this](const auto& call) {
+            if (!current.isEmpty()) current = call.arguments().constFirst().toString();
+            return call.createReply();
+        };
+    }
 
     QString current = "keyboard-us"; ///< empty: there is no text field
     GroupMembers members{{"keyboard-us", ""}, {"hangul", ""}};
 };
 
 } // namespace hopsel::test
-
-Q_DECLARE_METATYPE(hopsel::test::GroupMember)
-Q_DECLARE_METATYPE(hopsel::test::AvailableMethod)

@@ -1,16 +1,11 @@
 #include "ibus/ibus_rig.h"
 
-#include "support/qt_waiting.h"
+#include "desktops/framework_watch.h"
 
 namespace hopsel::test {
 
 bool IbusRig::become(bool isInCharge, IbusInputSources& sources) {
-    for (int i = 0; i < 200; ++i) {
-        if (runLoopUntil([&] { return sources.isInCharge() == isInCharge; }, std::chrono::milliseconds(50)))
-            return true;
-        sources.retry();
-    }
-    return false;
+    return retryUntil(sources, [&] { return sources.isInCharge() == isInCharge; });
 }
 
 } // namespace hopsel::test
