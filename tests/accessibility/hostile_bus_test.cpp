@@ -1,8 +1,8 @@
 // A launcher and a program that answer anything, late or not at all.
 #include "core/platform/linux/accessibility/atspi_secure_input.h"
-#include "desktops/played_object.h"
 #include "session/private_bus.h"
 #include "support/fakes/engine_fakes.h"
+#include "support/played_object.h"
 
 #include <QDBusVariant>
 #include <QLocalServer>

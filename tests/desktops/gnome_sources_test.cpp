@@ -1,9 +1,9 @@
 // GNOME's real settings in a folder of the test's own, and somebody who has the name of its shell.
 #include "core/platform/linux/desktops/gnome_sources.h"
 
-#include "desktops/framework_watch.h"
-#include "desktops/played_object.h"
 #include "session/ibus_session.h"
+#include "support/framework_watch.h"
+#include "support/played_object.h"
 
 namespace hopsel::test {
 namespace {

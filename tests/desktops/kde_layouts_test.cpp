@@ -2,9 +2,9 @@
 // never.
 #include "core/platform/linux/desktops/kde_layouts.h"
 
-#include "desktops/framework_watch.h"
-#include "desktops/played_object.h"
 #include "session/private_bus.h"
+#include "support/framework_watch.h"
+#include "support/played_object.h"
 
 namespace hopsel::test {
 namespace {

@@ -1,8 +1,8 @@
 // Sway is played here: with keyboards that a test cannot have, and with answers that sway does not give.
 #include "core/platform/linux/desktops/sway_layouts.h"
 
-#include "desktops/framework_watch.h"
 #include "session/temporary_folder.h"
+#include "support/framework_watch.h"
 
 #include <QLocalServer>
 #include <cstring>

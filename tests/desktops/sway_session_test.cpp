@@ -1,7 +1,7 @@
 // Against sway itself, without a screen, with keyboards that the test plugs in.
 #include "core/platform/linux/desktops/sway_layouts.h"
-#include "desktops/framework_watch.h"
 #include "session/temporary_folder.h"
+#include "support/framework_watch.h"
 
 namespace hopsel::test {
 namespace {

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "core/platform/linux/fcitx/fcitx_input_sources.h"
-#include "desktops/framework_watch.h"
 #include "session/fcitx_session.h"
+#include "support/framework_watch.h"
 
 #include <QDBusConnection>
 #include <memory>

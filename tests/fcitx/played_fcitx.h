@@ -1,7 +1,7 @@
 // A Fcitx5 that a test plays: it answers well until it is told otherwise.
 #pragma once
 
-#include "desktops/played_object.h"
+#include "support/played_object.h"
 
 namespace hopsel::test {
 

@@ -2,8 +2,8 @@
 // session's bus held by the test.
 #pragma once
 
-#include "desktops/played_object.h"
 #include "session/private_bus.h"
+#include "support/played_object.h"
 
 namespace hopsel::test {
 

@@ -1,8 +1,8 @@
 // A daemon, an address file or a socket that does what the real ones never should.
 #include "core/platform/linux/ibus/ibus_address.h"
-#include "desktops/framework_watch.h"
 #include "ibus/fake_ibus.h"
 #include "ibus/ibus_rig.h"
+#include "support/framework_watch.h"
 
 #include <QDBusVariant>
 #include <QFile>

@@ -1,6 +1,6 @@
-#include "desktops/framework_watch.h"
 #include "ibus/ibus_rig.h"
 #include "session/x_layouts.h"
+#include "support/framework_watch.h"
 
 namespace hopsel::test {
 namespace {

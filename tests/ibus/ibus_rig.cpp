@@ -1,6 +1,6 @@
 #include "ibus/ibus_rig.h"
 
-#include "desktops/framework_watch.h"
+#include "support/framework_watch.h"
 
 namespace hopsel::test {
 

@@ -1,6 +1,6 @@
 #include "core/platform/linux/session_sources/linux_input_sources.h"
 
-#include "desktops/framework_watch.h"
+#include "support/framework_watch.h"
 
 namespace hopsel::test {
 namespace {

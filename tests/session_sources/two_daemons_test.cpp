@@ -1,9 +1,9 @@
 // The real daemons of IBus and Fcitx5 in one session, where each wants the keyboard.
 #include "core/platform/linux/fcitx/fcitx_input_sources.h"
 #include "core/platform/linux/session_sources/linux_input_sources.h"
-#include "desktops/framework_watch.h"
 #include "ibus/ibus_rig.h"
 #include "session/x_layouts.h"
+#include "support/framework_watch.h"
 
 namespace hopsel::test {
 namespace {
