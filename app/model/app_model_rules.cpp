@@ -78,6 +78,7 @@ EditResult AppModel::edit(Edit&& change) {
 void AppModel::takeRules() {
     publish(rules_, parts_.store->config().rules);
     parts_.engine->apply(parts_.store->config());
+    refreshConflicts(); // what is shown from here on is what the next look is compared with
 }
 
 void AppModel::refreshConflicts() {

@@ -8,7 +8,6 @@ namespace hopsel {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 diagnostic_kind::Engine reset(ResetReason reason) { return {engine_event::Reset{reason}}; }
 diagnostic_kind::Engine switched(bool verified) {
@@ -24,7 +23,7 @@ TEST(Warnings, comeFromTheDensestMinute) {
     EXPECT_THAT(conflict_analyzer::warnings(atTheLimit, std::nullopt),
                 ElementsAre(conflict_warning::RepeatedTapDisabled{3}));
     const DiagnosticEntries tooSlow{{0, disabled}, {30, disabled}, {60.5, disabled}};
-    EXPECT_THAT(conflict_analyzer::warnings(tooSlow, std::nullopt), IsEmpty());
+    EXPECT_THAT(conflict_analyzer::warnings(tooSlow, std::nullopt), testing::IsEmpty());
 
     const diagnostic_kind::Engine failed{engine_event::SwitchFailed{"r", "b", select_result::NotFound{}}};
     const DiagnosticEntries mixed{

@@ -20,7 +20,7 @@ class MacosTest : public testing::Test {
     }
 
     void TearDown() override {
-        macos_fakes::reset();
+        macos_fakes::resetLoop();
         macos_fakes::resetEventStream();
         macos_fakes::resetSystem();
         EXPECT_EQ(macos_fakes::liveObjects(), objects_);

@@ -1,9 +1,6 @@
-#include "core/platform/macos/cf_values.h"
 #include "core/platform/macos/mac_input_source_catalog.h"
 #include "core/platform/macos/mac_permissions.h"
 #include "core/platform/macos/mac_system_event_observer.h"
-#include "core/platform/macos/system_log.h"
-#include "core/platform/macos/system_secure_input.h"
 #include "macos/macos_test.h"
 
 namespace hopsel {
@@ -99,14 +96,6 @@ TEST_F(MacSystem, ScheduledFunctionsRunInOrderAlsoInsideOneAnother) {
     EXPECT_THAT(order, ElementsAre(1, 2, 3, 4));
 }
 
-TEST_F(MacSystem, WaitLastsWhateverHappensMeanwhile) {
-    const double start = uptimeSeconds();
-    macos_fakes::after(0.002, [] { schedule([] {}); });
-    waitFor(0.010);
-    EXPECT_NEAR(uptimeSeconds() - start, 0.010, 1e-6);
-    EXPECT_NEAR(uptimeSeconds(), macos_fakes::now(), 1e-6) << "seconds, not ticks";
-}
-
 TEST_F(MacSystem, PermissionsAreCheckedWithoutAPromptAndRequestedWithOne) {
     MacPermissions permissions;
     auto& stream = macos_fakes::eventStream();
@@ -118,31 +107,6 @@ TEST_F(MacSystem, PermissionsAreCheckedWithoutAPromptAndRequestedWithOne) {
     EXPECT_TRUE(permissions.requestInputMonitoring());
     EXPECT_EQ(stream.trustPrompts, 1);
     EXPECT_EQ(stream.listenPrompts, 1);
-}
-
-TEST_F(MacSystem, SecureInputIsAskedForEachTime) {
-    const SystemSecureInput secureInput;
-    EXPECT_FALSE(secureInput.isEnabled());
-    macos_fakes::system().isSecureInput = true;
-    EXPECT_TRUE(secureInput.isEnabled());
-}
-
-TEST_F(MacSystem, LogLinesAreReadableUnderOurName) {
-    SystemLog log;
-    log.write(Log::Level::error, "ActiveTap", "100 %s lost");
-    log.write(Log::Level::info, "ActiveTap", "found");
-    EXPECT_THAT(
-        macos_fakes::system().log,
-        ElementsAre(macos_fakes::LogLine{"app.hopsel.Hopsel", "ActiveTap", OS_LOG_TYPE_ERROR, "100 %s lost"},
-                    macos_fakes::LogLine{"app.hopsel.Hopsel", "ActiveTap", OS_LOG_TYPE_INFO, "found"}));
-}
-
-TEST_F(MacSystem, TextsOfAnyLengthGoThereAndBack) {
-    for (const std::string& each : {std::string(), std::string("한/영"), std::string("a\0b", 3),
-                                    std::string(100'000, 'x'), std::string("\xF0\x9F\x98\x80")}) {
-        EXPECT_EQ(cf_values::text(cf_values::string(each).get()), each);
-    }
-    EXPECT_EQ(cf_values::text(kCFBooleanTrue), std::nullopt);
 }
 
 } // namespace

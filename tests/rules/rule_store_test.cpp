@@ -1,9 +1,8 @@
-// The settings store on a real folder, through the real storage, and what it does not store.
+// The settings store on a real folder, through the real storage.
 #include "core/rules/rule_store.h"
 
 #include "core/platform/posix/posix_file_storage.h"
 #include "core/rules/config_json.h"
-#include "core/rules/rule_validator.h"
 #include "rules/rule_samples.h"
 #include "rules/temporary_folder.h"
 
@@ -63,6 +62,10 @@ TEST_F(RuleStoreTest, loading_never_rewrites_and_every_change_writes_what_is_kno
     expectOnDisk({2, {tapRule("tap"), keys}}); // version 2 for as long as there is a shortcut
     store.remove("tap");
     expectOnDisk({2, {keys}});
+    EXPECT_THAT([&] { store.add(keys); }, failsWith(store_error::DuplicateId{"keys"}));
+    EXPECT_THAT([&] { store.update(tapRule("keys", ModifierKey::leftShift)); },
+                failsWith(store_error::Invalid{{rule_issue::DisallowedTrigger{ModifierKey::leftShift}}}));
+    expectOnDisk({2, {keys}});
     store.update(tapRule("keys", ModifierKey::leftOption));
     expectOnDisk({1, {tapRule("keys", ModifierKey::leftOption)}});
 }
@@ -115,20 +118,6 @@ TEST_F(RuleStoreTest, a_later_load_that_fails_keeps_the_document_and_one_without
     EXPECT_EQ(contents(file), encode({1, {tapRule("tap")}}));
 }
 
-TEST_F(RuleStoreTest, changes_that_do_not_fit_are_refused_for_the_first_reason) {
-    put(file, twoRules);
-    load();
-    const Rule invalid = tapRule("tap", ModifierKey::leftShift);
-    const std::pair<StoreError::Reason, std::function<void()>> cases[] = {
-        {store_error::DuplicateId{"tap"}, [&] { store.add(invalid); }},
-        {store_error::NotFound{"x"}, [&] { store.update(tapRule("x", ModifierKey::leftShift)); }},
-        {store_error::Invalid{{rule_issue::DisallowedTrigger{ModifierKey::leftShift}}},
-         [&] { store.update(invalid); }},
-    };
-    for (const auto& [reason, change] : cases) EXPECT_THAT(change, failsWith(reason));
-    EXPECT_EQ(contents(file), twoRules);
-}
-
 TEST_F(RuleStoreTest, a_disk_that_refuses_costs_neither_the_file_nor_the_rules) {
     put(file, twoRules);
     load();
@@ -140,21 +129,6 @@ TEST_F(RuleStoreTest, a_disk_that_refuses_costs_neither_the_file_nor_the_rules) 
     EXPECT_THROW(store.add(unwritable), StoreError);
     store.remove("keys"); // nothing is stuck
     EXPECT_EQ(contents(file), encode({1, {tapRule("tap")}}));
-}
-
-TEST(RuleValidator, reports_trigger_then_duplicate_then_sources) {
-    Rule existing = tapRule("old", ModifierKey::leftShift);
-    existing.enabled = false; // reserves its trigger all the same
-    EXPECT_THAT(
-        rule_validator::issues(tapRule("new", ModifierKey::leftShift, samples::toggle("same", "same")),
-                               {existing, tapRule("older", ModifierKey::leftShift)}),
-        testing::ElementsAre(RuleIssue(rule_issue::DisallowedTrigger{ModifierKey::leftShift}),
-                             RuleIssue(rule_issue::DuplicateTrigger{"old"}),
-                             RuleIssue(rule_issue::SameSource{})));
-    const Rule letter{"new", true, trigger::Shortcut{{0, {ModifierKey::leftShift}}}, samples::toggle("", "")};
-    EXPECT_THAT(rule_validator::issues(letter, {existing}),
-                testing::ElementsAre(RuleIssue(rule_issue::DisallowedShortcut{{0, {ModifierKey::leftShift}}}),
-                                     RuleIssue(rule_issue::EmptySourceId{})));
 }
 
 } // namespace

@@ -25,8 +25,9 @@ std::string settings(const std::string& korean, const std::string& english) {
 }
 
 /// Types Korean and English in turn. `sources` follows the daemon beside the program, as a user's eye does.
-void typeInTurn(InputFramework& sources, const TemporaryFolder& folder, const char* inputMethod,
-                const std::string& korean, const std::string& english) {
+void typeInTurn(InputFramework& sources, const char* inputMethod, const std::string& korean,
+                const std::string& english) {
+    const TemporaryFolder folder;
     ChildProcess::Options options;
     options.program = HOPSEL_EXECUTABLE;
     options.environment = {{"HOPSEL_CONFIG", folder.write("rules.json", settings(korean, english)).string()}};
@@ -43,7 +44,7 @@ void typeInTurn(InputFramework& sources, const TemporaryFolder& folder, const ch
     };
     // As fast as fingers are. A switch in the same instant as a key can overtake that key on its way through
     // the application to the input method: IBus then drops the letter, or what it was composing.
-    const auto fingersMove = [] { staysFalse([] { return false; }, std::chrono::milliseconds(30)); };
+    const auto fingersMove = [] { staysFalse([] { return false; }, std::chrono::milliseconds(60)); };
     const auto tapTrigger = [&] {
         keyboard.press(key::rightSuper);
         fingersMove();
@@ -78,21 +79,19 @@ TEST(Typing, FollowsEveryTapWithIbus) {
     session.startDaemon();
     const auto sources = session.makeSources();
     ASSERT_TRUE(IbusRig::become(true, *sources));
-    const TemporaryFolder folder;
-    typeInTurn(*sources, folder, "ibus", "ibus:hangul", "ibus:xkb:us::eng");
+    typeInTurn(*sources, "ibus", "ibus:hangul", "ibus:xkb:us::eng");
 }
 
 class TypingWithFcitx : public FcitxRig {};
 
 TEST_F(TypingWithFcitx, FollowsEveryTap) {
-    const TemporaryFolder folder;
     XServer server;
     setLayouts("us");
     server.startWindowManager();
     server.startPanel();
     session.startDaemon();
     ASSERT_TRUE(becomeInCharge());
-    typeInTurn(*sources, folder, "fcitx", korean, english);
+    typeInTurn(*sources, "fcitx", korean, english);
 }
 
 } // namespace

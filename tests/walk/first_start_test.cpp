@@ -48,9 +48,7 @@ TEST_F(Walk, PanelMenuOpensWindowsAndEndsTheProgram) {
     startWithoutIntroduction();
     chooseFromTray(settingsItem);
     expectSeen("Show the current input in the menu bar");
-    keyboard.press(key::leftControl);
-    keyboard.tap(KEY_W);
-    keyboard.release(key::leftControl);
+    pressWith(key::leftControl, KEY_W);
     expectGone("General");
     chooseFromTray(bugReportItem);
     expectSeen("Recent events");
@@ -72,15 +70,10 @@ TEST_F(WalkWithoutPanel, SettingsWindowIsTheFaceAndAsksBeforeItEnds) {
     keyboard.tap(KEY_UP);
     keyboard.tap(key::enter);
     expectSeen("Recent events");
-    const auto close = [this] {
-        keyboard.press(key::leftControl);
-        keyboard.tap(KEY_W);
-        keyboard.release(key::leftControl);
-    };
-    close();
+    pressWith(key::leftControl, KEY_W);
     click("Cancel");
     expectSeen("Recent events");
-    close();
+    pressWith(key::leftControl, KEY_W);
     click("Quit Hopsel");
     expectEnded();
 }

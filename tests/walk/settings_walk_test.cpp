@@ -1,9 +1,8 @@
-// Rules made, changed and deleted in the Settings window, the Diagnostics pane, and what a screen reader is
+// Rules made, paused and deleted in the Settings window, the Diagnostics pane, and what a screen reader is
 // told of all of it.
 #include "walk/walk_rig.h"
 
 #include <filesystem>
-#include <fstream>
 #include <set>
 
 using namespace hopsel::test;
@@ -24,9 +23,12 @@ class SettingsWalk : public Walk {
     void addShiftSpace() {
         click("Switch Rules");
         click("+ Add Rule");
-        expectSeen("Trigger key: Press a key to set");
-        keyboard.tap(key::space);
-        expectSeen("Trigger key: Tap the key you want to use…");
+        for (const bool isFirst : {true, false}) {
+            expectSeen("Trigger key: Press a key to set");
+            keyboard.tap(key::space);
+            expectSeen("Trigger key: Tap the key you want to use…");
+            if (isFirst) keyboard.tap(key::escape); // ends the capture alone
+        }
         pressShiftSpace();
         expectSeen("Trigger key: Left ⇧ + Space");
         click("Add");
@@ -41,7 +43,7 @@ class SettingsWalk : public Walk {
 
 } // namespace
 
-TEST_F(SettingsWalk, RuleIsMadeByPressingItsKeysChangedPausedAndDeleted) {
+TEST_F(SettingsWalk, RuleIsMadeByPressingItsKeysPausedAndDeleted) {
     addShiftSpace();
     expectSwitched(1, [this] { pressShiftSpace(); });
     EXPECT_THAT(settings(), HasSubstr("\"leftShift\""));
@@ -55,46 +57,21 @@ TEST_F(SettingsWalk, RuleIsMadeByPressingItsKeysChangedPausedAndDeleted) {
     EXPECT_TRUE(reader.waitUntil([&] { return settings().find("\"enabled\" : true") != std::string::npos; }));
     expectSwitched(0, [this] { pressShiftSpace(); });
 
-    click("English (US)");
-    ASSERT_TRUE(waitForPopup());
-    keyboard.tap(KEY_G); // German, in the list that is open now
-    keyboard.tap(key::enter);
-    expectSeen("German");
-    expectSwitched(1, [this] { pressShiftSpace(); });
-    expectSwitched(2, [this] { pressShiftSpace(); });
-
     click("Delete, Left ⇧ + Space");
     expectGone("Delete, Left ⇧ + Space");
     EXPECT_TRUE(reader.waitUntil([&] { return settings().find("leftShift") == std::string::npos; }));
-    expectNothingSwitches(2);
+    expectNothingSwitches(0);
 }
 
-TEST_F(SettingsWalk, CaptureEndsByEscapeByASecondPressAndByACombination) {
+TEST_F(SettingsWalk, CaptureTakesACombinationOfTheWindowManagers) {
     click("Switch Rules");
     click("+ Add Rule");
-    const std::string idle = "Trigger key: Press a key to set";
-    const std::string capturing = "Trigger key: Tap the key you want to use…";
-    click(idle);
-    expectSeen(capturing);
-    keyboard.tap(key::escape);
-    expectSeen(idle);
-    EXPECT_TRUE(sees("Cancel")) << "the sheet stays";
-    click(idle);
-    expectSeen(capturing);
-    click(capturing); // afresh
-    expectSeen(capturing);
-    keyboard.tap(key::escape);
-    expectSeen(idle);
+    click("Trigger key: Press a key to set");
+    expectSeen("Trigger key: Tap the key you want to use…");
+    pressWith(key::leftAlt, KEY_F4);
+    expectSeen("Trigger key: Left ⌥ + F4");
     keyboard.tap(key::escape);
     expectGone("Cancel");
-
-    click("+ Add Rule");
-    click(idle);
-    expectSeen(capturing);
-    keyboard.press(key::leftAlt);
-    keyboard.tap(KEY_F4);
-    keyboard.release(key::leftAlt);
-    expectSeen("Trigger key: Left ⌥ + F4"); // not the window manager's while the button listens
     running->kill(SIGTERM);
     expectEnded();
 }
@@ -129,8 +106,7 @@ TEST_F(SettingsWalk, DiagnosticsRecordsProbesAndSavesWithoutWhatWasTyped) {
             if (entry.path().extension() == ".txt") report = entry.path();
         return !report.empty();
     }));
-    std::ifstream input(report);
-    const std::string text{std::istreambuf_iterator<char>(input), {}};
+    const std::string text = hopsel::contents(report);
     EXPECT_THAT(text, HasSubstr("rightCommand"));
     for (const char* code : {"keyCode 12", "keyCode 7", "keyCode 6"}) EXPECT_THAT(text, Not(HasSubstr(code)));
 }

@@ -1,7 +1,6 @@
 #include "walk/walk_rig.h"
 
 #include <algorithm>
-#include <fstream>
 
 // The accessibility library keeps what it once asked for. The name is the leak checker's.
 // NOLINTNEXTLINE(bugprone-reserved-identifier, readability-identifier-naming)
@@ -14,18 +13,11 @@ namespace hopsel::test {
 using namespace session;
 using namespace std::chrono_literals;
 
-namespace {
-
-XServer& prepared(XServer& server, bool withPanel) {
+Walk::Walk(bool withPanel) {
     setLayouts("us,ru,de");
     server.startWindowManager();
     if (withPanel) server.startPanel();
-    return server;
 }
-
-} // namespace
-
-Walk::Walk(bool withPanel) { prepared(server, withPanel); }
 
 ChildProcess::Options Walk::program() const {
     const std::string folder = home.path().string();
@@ -136,15 +128,10 @@ void Walk::quitFromTray(int fromTheEnd) {
     keyboard.release(key::enter);
 }
 
-std::string Walk::settings() const {
-    std::ifstream input(home.path() / "data/Hopsel/config.json", std::ios::binary);
-    return {std::istreambuf_iterator<char>(input), {}};
-}
-
-void Walk::pressShiftSpace() {
-    keyboard.press(key::leftShift);
-    keyboard.tap(key::space);
-    keyboard.release(key::leftShift);
+void Walk::pressWith(std::uint16_t modifier, std::uint16_t code) {
+    keyboard.press(modifier);
+    keyboard.tap(code);
+    keyboard.release(modifier);
 }
 
 } // namespace hopsel::test

@@ -2,6 +2,7 @@
 // what is written on the screen.
 #pragma once
 
+#include "rules/temporary_folder.h"
 #include "session/private_bus.h"
 #include "session/screen_reader.h"
 #include "session/x_keyboard.h"
@@ -42,9 +43,10 @@ class Walk : public testing::Test {
     bool waitForPopup(std::chrono::milliseconds timeout = std::chrono::seconds(10)) const;
 
     bool sees(const std::string& name) const { return reader.find(name).has_value(); }
-    std::string settings() const;
+    std::string settings() const { return contents(home.path() / "data/Hopsel/config.json"); }
     void tapTrigger() { keyboard.tap(session::key::rightSuper); }
-    void pressShiftSpace();
+    void pressWith(std::uint16_t modifier, std::uint16_t code);
+    void pressShiftSpace() { pressWith(session::key::leftShift, session::key::space); }
 
     session::XServer server;
     session::XLayouts layouts;

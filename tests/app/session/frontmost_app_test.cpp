@@ -1,6 +1,6 @@
 #include "app/linux/session/x11_frontmost_app_observer.h"
+#include "session/x_display.h"
 #include "session/x_server.h"
-#include "session/x_window.h"
 #include "support/qt_waiting.h"
 
 #include <gmock/gmock.h>
@@ -56,22 +56,6 @@ struct UnmanagedWindow {
     session::XDisplay display;
     xcb_window_t id = xcb_generate_id(display.get());
 };
-
-TEST_F(FrontmostAppTest, FollowsTheActiveWindowUnderAWindowManager) {
-    // On the way from one window to another there may be a moment without an active one.
-    const auto comesToFront = [this](const char* name) {
-        return runLoopUntil([&] { return reports.back() == name; });
-    };
-    server.startWindowManager();
-    observer.start();
-    ASSERT_EQ(reports.size(), 1U) << "at once";
-    session::XTestWindow editor("gedit");
-    EXPECT_TRUE(comesToFront("gedit"));
-    const session::XTestWindow machine("VirtualBox Machine");
-    EXPECT_TRUE(comesToFront("VirtualBox Machine"));
-    editor.focus();
-    EXPECT_TRUE(comesToFront("gedit"));
-}
 
 TEST_F(FrontmostAppTest, NameThatIsKnownAsRemoteGoesBeforeTheOthers) {
     UnmanagedWindow window;

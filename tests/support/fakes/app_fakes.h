@@ -114,14 +114,13 @@ class FakeSettings final : public SystemSettingsOpening {
     explicit FakeSettings(Calls& log) : calls(log) {}
     void requestInputMonitoring() override { calls.emplace_back("request input monitoring"); }
     void openInputMonitoring() override { calls.emplace_back("open input monitoring"); }
-    bool inputMonitoringGranted() const override { return inputMonitoring; }
+    bool inputMonitoringGranted() const override { return true; }
     bool accessibilityGranted() const override { return accessibility; }
     void requestAccessibility() override { calls.emplace_back("request accessibility"); }
     void openAccessibility() override { calls.emplace_back("open accessibility"); }
     void openLoginItems() override { calls.emplace_back("open login items"); }
 
     Calls& calls;
-    bool inputMonitoring = true;
     bool accessibility = true;
 };
 
@@ -136,9 +135,8 @@ class FakeReportDelivery final : public ReportDelivering {
   public:
     explicit FakeReportDelivery(Calls& log) : calls(log) {}
     std::optional<std::filesystem::path> saveFile(const std::string& suggestedName,
-                                                  const std::string& contents) override {
+                                                  const std::string& /*contents*/) override {
         calls.push_back("save " + suggestedName);
-        saved = contents;
         return location;
     }
     void copyToClipboard(const std::string& text) override {
@@ -151,7 +149,6 @@ class FakeReportDelivery final : public ReportDelivering {
 
     Calls& calls;
     std::optional<std::filesystem::path> location;
-    std::string saved;
     std::string copied;
 };
 

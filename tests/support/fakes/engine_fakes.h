@@ -98,7 +98,6 @@ class FakeCatalog final : public InputSourceCatalog {
         return current;
     }
     SelectResult select(const std::string& id) override {
-        selections.push_back(id);
         const bool isListed = std::any_of(sources.begin(), sources.end(),
                                           [&](const InputSourceInfo& source) { return source.id == id; });
         if (!isListed) return select_result::NotFound{};
@@ -112,7 +111,6 @@ class FakeCatalog final : public InputSourceCatalog {
     std::optional<std::string> current;
     int lag = 0;
     std::int32_t status = 0;
-    std::vector<std::string> selections;
 
   private:
     std::optional<std::string> wanted_;

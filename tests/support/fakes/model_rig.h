@@ -40,7 +40,7 @@ class ModelRig {
         parts.runningApps = runningApps;
         parts.reportDelivery = delivery;
         parts.secureInput = secureInput;
-        parts.environment = {[this] { return now; },
+        parts.environment = {[] { return 100; },
                              [] { return QDateTime(QDate(2026, 11, 16), QTime(1, 42, 23), Qt::UTC); },
                              QTimeZone(9 * 3600), "14.5.0", "arm64"};
         model = std::make_unique<AppModel>(std::move(parts));
@@ -62,7 +62,6 @@ class ModelRig {
     std::shared_ptr<PosixFileStorage> storage = std::make_shared<PosixFileStorage>(folder.path());
     std::shared_ptr<RuleStore> store;
     Calls calls;
-    double now = 100;
     ShortcutKey systemKey{49, {ModifierKey::leftControl}};
     std::shared_ptr<FakeEngine> engine = std::make_shared<FakeEngine>(calls);
     std::shared_ptr<FakeDirectory> directory = std::make_shared<FakeDirectory>(calls);

@@ -1,4 +1,4 @@
-// A desktop session for a whole test program, and in it the program's status item over a model with fakes.
+// The program's status item over a model with fakes, for a real panel.
 #pragma once
 
 #include "session/child_process.h"
@@ -18,11 +18,24 @@ class PanelRig : public testing::Test {
     static constexpr TrayHost::Patience little{std::chrono::milliseconds(20), std::chrono::milliseconds(20)};
     static constexpr TrayHost::Patience much{std::chrono::milliseconds(500), std::chrono::seconds(60)};
 
-    void makeController(TrayHost::Patience patience);
+    void makeController(TrayHost::Patience patience) {
+        controller = std::make_unique<StatusItemController>(
+            model, std::make_unique<TrayHost>(QDBusConnection::sessionBus(), true, patience));
+        controller->onHostChanged = [this](bool hasHost) { hosts.push_back(hasHost); };
+    }
     /// Runs the loop until the controller has said so.
-    bool waitForHost(bool hasHost);
+    bool waitForHost(bool hasHost) {
+        return runLoopUntil([&] { return !hosts.empty() && hosts.back() == hasHost; });
+    }
     /// A panel of the kind that takes windows in.
-    static std::unique_ptr<session::ChildProcess> startTrayer();
+    static std::unique_ptr<session::ChildProcess> startTrayer() {
+        session::ChildProcess::Options options;
+        options.program = "trayer";
+        options.package = "trayer";
+        options.arguments = {"--edge", "top", "--align", "right", "--widthtype", "request", "--height", "24"};
+        options.errors = session::ChildProcess::Output::discard;
+        return std::make_unique<session::ChildProcess>(options);
+    }
 
     fakes::ModelRig rig;
     AppModel& model = rig.launch();

@@ -2,11 +2,9 @@
 #include "app/linux/desktop_input/x11_local_key_monitor.h"
 #include "session/x_keyboard.h"
 #include "session/x_layouts.h"
-#include "session/x_server.h"
 #include "session/x_window.h"
 #include "support/qt_waiting.h"
 
-#include <QApplication>
 #include <QLineEdit>
 #include <QTest>
 #include <gmock/gmock.h>
@@ -40,25 +38,6 @@ class Field final : public QLineEdit {
 
 class KeyMonitor : public testing::Test {
   protected:
-    // One application object a process, and one server for it.
-    static void SetUpTestSuite() {
-        server = std::make_unique<XServer>();
-        server->startWindowManager();
-        setLayouts("us");
-        qputenv("QT_QPA_PLATFORM", "xcb");
-        qunsetenv("QT_QPA_PLATFORMTHEME");
-        qputenv("QT_IM_MODULE", "compose");
-        static int count = 1;
-        static char name[] = "test_key_monitor";
-        static char* arguments[] = {name, nullptr};
-        application = std::make_unique<QApplication>(count, arguments);
-        waitInEventLoop();
-    }
-    static void TearDownTestSuite() {
-        application.reset();
-        server.reset();
-    }
-
     KeyMonitor() {
         field.show();
         takeFocus();
@@ -97,8 +76,6 @@ class KeyMonitor : public testing::Test {
         return runLoopUntil([&] { return reported.size() >= count; });
     }
 
-    static inline std::unique_ptr<XServer> server;
-    static inline std::unique_ptr<QApplication> application;
     XKeyboard keyboard;
     Field field;
     X11LocalKeyMonitor monitor;

@@ -2,6 +2,7 @@
 #include "ui/l10n/platform_notes.h"
 #include "ui/settings/design/reading_text.h"
 #include "ui/settings/settings_rig.h"
+#include "ui/settings/texts.h"
 
 #include <QStringList>
 
@@ -14,20 +15,13 @@ namespace {
 
 class DiagnosticsPane : public testing::Test, public SettingsRig {
   public:
-    ReadingText* reading(Key name) const {
-        for (auto* candidate : visible<ReadingText>())
-            if (candidate->accessibleName() == text(name)) return candidate;
-        return nullptr;
-    }
+    DiagnosticsPane() { open(SettingsPane::diagnostics); }
 };
 
 } // namespace
 
 TEST_F(DiagnosticsPane, SaysWhenPasswordFieldsGoUnrecognised) {
-    const auto tells = [this](PlatformNote note) {
-        return label(QString::fromStdString(l10n::note(note))) != nullptr;
-    };
-    open(SettingsPane::diagnostics);
+    const auto tells = [this](PlatformNote note) { return says(QString::fromStdString(l10n::note(note))); };
     EXPECT_FALSE(tells(PlatformNote::passwordsUnknown));
     const auto turns = [this](SecureInputState state) {
         secureInput->told = state;
@@ -43,34 +37,30 @@ TEST_F(DiagnosticsPane, SaysWhenPasswordFieldsGoUnrecognised) {
 }
 
 TEST_F(DiagnosticsPane, ReportIsShownOnDemandAndLeavesInThreeWays) {
-    open(SettingsPane::diagnostics);
-    EXPECT_FALSE(reading(Key::diagPreview));
-    QAbstractButton* title = button(Key::diagPreview);
-    title->setFocus();
-    QTest::keyClick(title, Qt::Key_Space);
-    settle();
-    ASSERT_TRUE(reading(Key::diagPreview));
-    EXPECT_EQ(reading(Key::diagPreview)->toPlainText().toStdString(), model->buildReport());
+    EXPECT_FALSE(find<ReadingText>(Key::diagPreview));
+    find(Key::diagPreview)->setFocus();
+    type(Qt::Key_Space);
+    ASSERT_TRUE(find<ReadingText>(Key::diagPreview));
+    EXPECT_EQ(find<ReadingText>(Key::diagPreview)->toPlainText().toStdString(), model->buildReport());
 
-    click(button(Key::diagSave)); // cancelled
+    click(Key::diagSave); // cancelled
     EXPECT_FALSE(says(Key::diagCopied));
     EXPECT_EQ(visible<ReadingText>().size(), 1U);
     delivery->location = "/tmp/report.txt";
-    click(button(Key::diagSave));
+    click(Key::diagSave);
     EXPECT_EQ(visible<ReadingText>().back()->toPlainText(), text(Key::diagSavedTo, {"/tmp/report.txt"}));
-    click(button(Key::diagMail));
+    click(Key::diagMail);
     EXPECT_EQ(calls.back().substr(0, 4), "mail");
     EXPECT_TRUE(says(Key::diagCopied));
-    click(button(Key::diagCopy));
+    click(Key::diagCopy);
     EXPECT_EQ(calls.back(), "copy");
 }
 
 TEST_F(DiagnosticsPane, AFloodOfEventsIsCountedAndShownNowAndThenOnlyByItsLastThirty) {
-    open(SettingsPane::diagnostics);
     EXPECT_TRUE(says(Key::diagEventsEmpty));
     record(100, key_event_kind::KeyDown{});
     settle();
-    ReadingText* events = reading(Key::diagEventsTitle);
+    auto* const events = find<ReadingText>(Key::diagEventsTitle);
     int changes = 0;
     QObject::connect(events, &QTextEdit::textChanged, [&] { ++changes; });
     QStringList lines;
@@ -81,9 +71,9 @@ TEST_F(DiagnosticsPane, AFloodOfEventsIsCountedAndShownNowAndThenOnlyByItsLastTh
         QCoreApplication::processEvents();
     }
     settle();
-    EXPECT_TRUE(label("Recording · 200 events"));
+    EXPECT_TRUE(says("Recording · 200 events"));
     EXPECT_EQ(events->toPlainText(), lines.mid(970).join('\n'));
     EXPECT_LT(changes, 200);
-    click(button(Key::diagClear));
+    click(Key::diagClear);
     EXPECT_TRUE(says(Key::diagEventsEmpty) && recorder->isRecording());
 }

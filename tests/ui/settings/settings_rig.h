@@ -1,78 +1,39 @@
-// A Settings window over fakes, and how a user finds things in it.
-//
-// What is looked for has to be visible, and is named by its text or, where it has none, by its accessible
-// name.
+// The Settings window over fakes, and keys that a test presses in it.
 #pragma once
 
-#include "support/fakes/model_rig.h"
-#include "support/qt_waiting.h"
 #include "ui/settings/settings_window_controller.h"
-#include "ui/settings/texts.h"
-
-#include <QAbstractButton>
-#include <QCoreApplication>
-#include <QLabel>
-#include <QTest>
-#include <QTimer>
-#include <algorithm>
-#include <gtest/gtest.h>
-#include <vector>
+#include "ui/window_rig.h"
 
 namespace hopsel::test {
 
-class SettingsRig : public fakes::ModelRig {
+class FakeKeys final : public LocalKeyMonitoring {
+  public:
+    void start(std::function<void(const LocalKeyDown&)> callback) override {
+        onKeyDown = std::move(callback);
+    }
+    void stop() override { onKeyDown = nullptr; }
+
+    void press(std::uint16_t keyCode, ModifierSet held = {}, bool isRepeat = false) const {
+        const auto callback = onKeyDown; // which may stop us
+        callback({keyCode, flagsOf(held), isRepeat});
+    }
+
+    std::function<void(const LocalKeyDown&)> onKeyDown;
+};
+
+class SettingsRig : public WindowRig {
   public:
     /// Launches if need be, shows the pane, and waits until it is there.
     void open(SettingsPane pane) {
-        if (!controller) controller = std::make_unique<SettingsWindowController>(model ? *model : launch());
+        if (!model) launch();
+        if (!controller) controller = std::make_unique<SettingsWindowController>(*model, keys);
         controller->show(pane);
         settle();
     }
-    /// Until nothing waits in the event loop any more, nor for the next look at the recording.
-    void settle() const {
-        const auto isQuiet = [this] {
-            QCoreApplication::processEvents();
-            const auto timers = controller->window()->findChildren<QTimer*>();
-            return std::none_of(timers.begin(), timers.end(),
-                                [](QTimer* timer) { return timer->isActive(); });
-        };
-        EXPECT_TRUE(runLoopUntil(isQuiet));
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QCoreApplication::processEvents();
-    }
+    QWidget* window() const override { return controller->window(); }
+    bool isCapturing() const { return engine->isCapturing() || keys->onKeyDown; }
 
-    template <class Widget = QWidget>
-    std::vector<Widget*> visible() const {
-        std::vector<Widget*> found;
-        for (QWidget* widget : controller->window()->findChildren<QWidget*>()) {
-            auto* wanted = dynamic_cast<Widget*>(widget);
-            if (wanted != nullptr && wanted->isVisible()) found.push_back(wanted);
-        }
-        return found;
-    }
-    QAbstractButton* button(l10n::Key key, const std::vector<std::string>& arguments = {}) const {
-        for (auto* button : visible<QAbstractButton>())
-            if (button->text() == text(key, arguments) || button->accessibleName() == text(key, arguments))
-                return button;
-        return nullptr;
-    }
-    QLabel* label(const QString& words) const {
-        for (auto* label : visible<QLabel>())
-            if (label->text() == words) return label;
-        return nullptr;
-    }
-    bool says(l10n::Key key, const std::vector<std::string>& arguments = {}) const {
-        return label(text(key, arguments)) != nullptr;
-    }
-    void click(QWidget* widget) const {
-        ASSERT_NE(widget, nullptr);
-        QTest::mouseClick(widget, Qt::LeftButton);
-        settle();
-    }
-    void addTapRule() const {
-        model->addRule(trigger::ModifierTap{ModifierKey::rightCommand}, fakes::korean, fakes::english);
-    }
-
+    std::shared_ptr<FakeKeys> keys = std::make_shared<FakeKeys>();
     std::unique_ptr<SettingsWindowController> controller;
 };
 

@@ -35,19 +35,8 @@ CFDictionaryRef CFDictionaryCreate(CFAllocatorRef, const void** keys, const void
     return dictionary;
 }
 
-CFIndex CFDictionaryGetCount(CFDictionaryRef dictionary) {
-    return static_cast<CFIndex>(dictionary->entries.size());
-}
-
 const void* CFDictionaryGetValue(CFDictionaryRef dictionary, const void* key) {
     const auto found = std::find_if(dictionary->entries.begin(), dictionary->entries.end(),
                                     [&](const auto& entry) { return CFEqual(entry.first.get(), key) != 0; });
     return found == dictionary->entries.end() ? nullptr : found->second.get();
-}
-
-void CFDictionaryGetKeysAndValues(CFDictionaryRef dictionary, const void** keys, const void** values) {
-    for (std::size_t index = 0; index < dictionary->entries.size(); ++index) {
-        if (keys != nullptr) keys[index] = dictionary->entries[index].first.get();
-        if (values != nullptr) values[index] = dictionary->entries[index].second.get();
-    }
 }

@@ -16,11 +16,8 @@ enum class Kind : CFTypeID {
     number,
     array,
     dictionary,
-    url,
-    bundle,
     loop,
     source,
-    timer,
     port,
     center,
     event,
@@ -91,7 +88,6 @@ struct HopselCFRunLoopSource final : hopsel::macos_fakes::Object {
     HopselCFRunLoopSource() : Object(hopsel::macos_fakes::Kind::source) {}
     CFRunLoopSourceContext context{};
     bool isSignalled = false;
-    bool isValid = true;
 };
 
 struct HopselCFMachPort final : hopsel::macos_fakes::Object {

@@ -4,8 +4,6 @@
 #include "support/macos/fakes/world.h"
 
 #include <cmath>
-#include <cstdarg>
-#include <cstring>
 #include <mach/mach_time.h>
 
 using hopsel::macos_fakes::Held;
@@ -62,8 +60,6 @@ OSStatus TISSelectInputSource(TISInputSourceRef source) {
     return noErr;
 }
 
-Boolean IsSecureEventInputEnabled() { return system().isSecureInput ? 1 : 0; }
-
 // As on the machines of today: 24 million ticks a second.
 std::uint64_t mach_absolute_time() {
     return static_cast<std::uint64_t>(std::llround(hopsel::macos_fakes::now() * 24e6));
@@ -71,27 +67,6 @@ std::uint64_t mach_absolute_time() {
 int mach_timebase_info(mach_timebase_info_data_t* info) {
     *info = {125, 3};
     return 0;
-}
-
-struct HopselOsLog {
-    std::string subsystem;
-    std::string category;
-};
-
-os_log_t os_log_create(const char* subsystem, const char* category) {
-    static std::map<std::string, HopselOsLog> logs;
-    return &logs.try_emplace(std::string(subsystem) + "/" + category, HopselOsLog{subsystem, category})
-                .first->second;
-}
-
-void hopselOsLog(os_log_t log, os_log_type_t type, const char* format, ...) {
-    va_list arguments;
-    va_start(arguments, format);
-    // Everything else would be hidden from the reader of the log, or not be understood here.
-    const bool isPublicText = std::strcmp(format, "%{public}s") == 0;
-    system().log.push_back(
-        {log->subsystem, log->category, type, isPublicText ? va_arg(arguments, const char*) : "<private>"});
-    va_end(arguments);
 }
 
 namespace hopsel::macos_fakes {
@@ -108,9 +83,7 @@ void resetSystem() {
 
 TISInputSourceRef addSource(const std::map<CFStringRef, CFTypeRef>& properties) {
     auto* source = new HopselTISInputSource;
-    for (const auto& [key, value] : properties) {
-        if (value != nullptr) source->properties.emplace_back(text(key), Held(value));
-    }
+    for (const auto& [key, value] : properties) source->properties.emplace_back(text(key), Held(value));
     system().sources.push_back(source);
     return source;
 }

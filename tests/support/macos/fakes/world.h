@@ -1,6 +1,6 @@
-// What a test sees and steers of the faked system: time, objects, notifications, preferences, the bundle.
+// What a test sees and steers of the faked system: time, objects, notifications, preferences.
 //
-// One world a process; `reset` between tests.
+// One world a process; to be reset between tests.
 #pragma once
 
 #include <CoreFoundation/CoreFoundation.h>
@@ -27,17 +27,13 @@ void refusePortSources(bool isRefused);
 bool isOnMainLoop(CFRunLoopSourceRef source);
 /// How often sources were added to the main loop and not removed again.
 std::size_t sourcesOnMainLoop();
+/// Sources stay, as leaks to be seen.
+void resetLoop();
 
 /// Delivers to everyone who was registered when it was called, also to those who leave meanwhile.
 void postDistributed(CFStringRef name);
-/// Registrations on the distributed center, for one name or for all.
-std::size_t distributedObservers(CFStringRef name = nullptr);
+std::size_t distributedObservers();
 
-/// Nothing removes the key of the main bundle's information dictionary.
-void setBundleValue(CFStringRef key, CFTypeRef value);
-
-/// Forgets happenings, timers, preferences and bundle values; sources and observers stay, as leaks to be
-/// seen.
-void reset();
+void resetPreferences();
 
 } // namespace hopsel::macos_fakes

@@ -9,18 +9,15 @@ extern "C" {
 
 using Boolean = unsigned char;
 using UInt8 = std::uint8_t;
-using UInt16 = std::uint16_t;
+
 using UInt32 = std::uint32_t;
 using SInt32 = std::int32_t;
 using OSStatus = SInt32;
-using UniChar = UInt16;
 
 using CFTypeID = unsigned long;
-using CFOptionFlags = unsigned long;
 using CFHashCode = unsigned long;
 using CFIndex = long;
 using CFTimeInterval = double;
-using CFAbsoluteTime = CFTimeInterval;
 
 struct CFRange {
     CFIndex location;
@@ -35,7 +32,6 @@ extern const CFAllocatorRef kCFAllocatorDefault;
 
 CFTypeRef CFRetain(CFTypeRef object);
 void CFRelease(CFTypeRef object);
-CFIndex CFGetRetainCount(CFTypeRef object);
 CFTypeID CFGetTypeID(CFTypeRef object);
 Boolean CFEqual(CFTypeRef one, CFTypeRef other);
 }

@@ -15,8 +15,6 @@ CFTypeID CFDictionaryGetTypeID();
 CFDictionaryRef CFDictionaryCreate(CFAllocatorRef allocator, const void** keys, const void** values,
                                    CFIndex count, const CFDictionaryKeyCallBacks* keyCallBacks,
                                    const CFDictionaryValueCallBacks* valueCallBacks);
-CFIndex CFDictionaryGetCount(CFDictionaryRef dictionary);
 /// Not retained for the caller; nothing when there is no such key.
 const void* CFDictionaryGetValue(CFDictionaryRef dictionary, const void* key);
-void CFDictionaryGetKeysAndValues(CFDictionaryRef dictionary, const void** keys, const void** values);
 }

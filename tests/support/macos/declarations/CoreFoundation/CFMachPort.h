@@ -9,5 +9,4 @@ using CFMachPortRef = struct HopselCFMachPort*;
 
 CFRunLoopSourceRef CFMachPortCreateRunLoopSource(CFAllocatorRef allocator, CFMachPortRef port, CFIndex order);
 void CFMachPortInvalidate(CFMachPortRef port);
-Boolean CFMachPortIsValid(CFMachPortRef port);
 }

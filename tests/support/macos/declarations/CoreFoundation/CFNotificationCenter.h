@@ -1,4 +1,4 @@
-// Notification centers: of this process, and of all processes of the login session.
+// The notification center of all processes of the login session.
 #pragma once
 
 #include <CoreFoundation/CFDictionary.h>
@@ -18,15 +18,9 @@ enum CFNotificationSuspensionBehavior : CFIndex {
     CFNotificationSuspensionBehaviorDeliverImmediately = 4,
 };
 
-CFNotificationCenterRef CFNotificationCenterGetLocalCenter();
 CFNotificationCenterRef CFNotificationCenterGetDistributedCenter();
 void CFNotificationCenterAddObserver(CFNotificationCenterRef center, const void* observer,
                                      CFNotificationCallback callback, CFNotificationName name,
                                      const void* object, CFNotificationSuspensionBehavior behavior);
-void CFNotificationCenterRemoveObserver(CFNotificationCenterRef center, const void* observer,
-                                        CFNotificationName name, const void* object);
 void CFNotificationCenterRemoveEveryObserver(CFNotificationCenterRef center, const void* observer);
-void CFNotificationCenterPostNotification(CFNotificationCenterRef center, CFNotificationName name,
-                                          const void* object, CFDictionaryRef userInfo,
-                                          Boolean deliverImmediately);
 }

@@ -13,16 +13,10 @@ Boolean CFBooleanGetValue(CFBooleanRef boolean);
 
 using CFNumberRef = const struct HopselCFNumber*;
 enum CFNumberType : CFIndex {
-    kCFNumberSInt32Type = 3,
-    kCFNumberSInt64Type = 4,
-    kCFNumberFloat64Type = 6,
-    kCFNumberIntType = 9,
-    kCFNumberLongLongType = 11,
     kCFNumberDoubleType = 13,
 };
 CFTypeID CFNumberGetTypeID();
 CFNumberRef CFNumberCreate(CFAllocatorRef allocator, CFNumberType type, const void* value);
 /// False when the value does not fit the type.
 Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value);
-Boolean CFNumberIsFloatType(CFNumberRef number);
 }

@@ -1,4 +1,4 @@
-// The run loop: modes, sources that are signalled, timers.
+// The run loop: modes, sources that are signalled.
 #pragma once
 
 #include <CoreFoundation/CFBase.h>
@@ -7,7 +7,6 @@ extern "C" {
 
 using CFRunLoopRef = struct HopselCFRunLoop*;
 using CFRunLoopSourceRef = struct HopselCFRunLoopSource*;
-using CFRunLoopTimerRef = struct HopselCFRunLoopTimer*;
 using CFRunLoopMode = CFStringRef;
 extern const CFRunLoopMode kCFRunLoopDefaultMode;
 extern const CFRunLoopMode kCFRunLoopCommonModes;
@@ -32,20 +31,9 @@ struct CFRunLoopSourceContext {
     void (*perform)(void* info);
 };
 
-struct CFRunLoopTimerContext {
-    CFIndex version;
-    void* info;
-    const void* (*retain)(const void* info);
-    void (*release)(const void* info);
-    CFStringRef (*copyDescription)(const void* info);
-};
-using CFRunLoopTimerCallBack = void (*)(CFRunLoopTimerRef timer, void* info);
-
 CFRunLoopRef CFRunLoopGetMain();
-CFRunLoopRef CFRunLoopGetCurrent();
 CFRunLoopRunResult CFRunLoopRunInMode(CFRunLoopMode mode, CFTimeInterval seconds,
                                       Boolean returnAfterSourceHandled);
-void CFRunLoopStop(CFRunLoopRef loop);
 void CFRunLoopWakeUp(CFRunLoopRef loop);
 
 CFRunLoopSourceRef CFRunLoopSourceCreate(CFAllocatorRef allocator, CFIndex order,
@@ -54,11 +42,4 @@ void CFRunLoopAddSource(CFRunLoopRef loop, CFRunLoopSourceRef source, CFRunLoopM
 void CFRunLoopRemoveSource(CFRunLoopRef loop, CFRunLoopSourceRef source, CFRunLoopMode mode);
 void CFRunLoopSourceSignal(CFRunLoopSourceRef source);
 void CFRunLoopSourceInvalidate(CFRunLoopSourceRef source);
-
-CFAbsoluteTime CFAbsoluteTimeGetCurrent();
-CFRunLoopTimerRef CFRunLoopTimerCreate(CFAllocatorRef allocator, CFAbsoluteTime fireDate,
-                                       CFTimeInterval interval, CFOptionFlags flags, CFIndex order,
-                                       CFRunLoopTimerCallBack callBack, CFRunLoopTimerContext* context);
-void CFRunLoopAddTimer(CFRunLoopRef loop, CFRunLoopTimerRef timer, CFRunLoopMode mode);
-void CFRunLoopTimerInvalidate(CFRunLoopTimerRef timer);
 }

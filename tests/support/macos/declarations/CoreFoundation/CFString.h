@@ -7,18 +7,15 @@ extern "C" {
 
 using CFStringEncoding = UInt32;
 enum : CFStringEncoding { kCFStringEncodingUTF8 = 0x08000100 };
-enum { kCFNotFound = -1 };
 
 CFTypeID CFStringGetTypeID();
 /// Nothing when the bytes are no text in the encoding.
 CFStringRef CFStringCreateWithBytes(CFAllocatorRef allocator, const UInt8* bytes, CFIndex count,
                                     CFStringEncoding encoding, Boolean isExternalRepresentation);
-CFStringRef CFStringCreateWithCString(CFAllocatorRef allocator, const char* text, CFStringEncoding encoding);
 CFIndex CFStringGetLength(CFStringRef string);
 /// How many units were converted; without a buffer only counts.
 CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding encoding, UInt8 lossByte,
                          Boolean isExternalRepresentation, UInt8* buffer, CFIndex size, CFIndex* used);
-Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex size, CFStringEncoding encoding);
 
 /// Interned and never released.
 CFStringRef hopselConstantString(const char* text);
