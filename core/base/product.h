@@ -13,7 +13,8 @@ namespace hopsel::product {
 inline constexpr std::string_view name = "Hopsel";
 /// For Linux: the log, files and folders.
 inline constexpr std::string_view applicationIdentifier = "hopsel";
-/// For desktops: the bundle and the log on macOS, the desktop entry on Linux. The build reads it from this line.
+/// For desktops: the bundle and the log on macOS, the desktop entry on Linux. The build reads it from this
+/// line.
 inline constexpr std::string_view bundleIdentifier = "app.hopsel.Hopsel";
 /// Where bug reports go.
 inline constexpr std::string_view supportAddress = HOPSEL_SUPPORT_ADDRESS;

@@ -11,8 +11,8 @@ namespace hopsel {
 
 class BundleInstance {
   public:
-    /// False when an application with our bundle identifier runs that was started earlier: of two that start at
-    /// once, one stays.
+    /// False when an application with our bundle identifier runs that was started earlier: of two that start
+    /// at once, one stays.
     bool acquire() const { return !otherProcess(); }
     void release() const {}
     std::optional<std::int64_t> otherProcess() const;

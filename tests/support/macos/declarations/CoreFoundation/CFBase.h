@@ -9,7 +9,6 @@ extern "C" {
 
 using Boolean = unsigned char;
 using UInt8 = std::uint8_t;
-
 using UInt32 = std::uint32_t;
 using SInt32 = std::int32_t;
 using OSStatus = SInt32;
