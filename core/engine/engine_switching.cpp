@@ -53,6 +53,8 @@ void EngineCoordinator::perform(const Rule& rule) {
     }
 
     const std::optional<std::string> from = service_->currentID();
+    // The platform has caught up with it, so that what it reports now, whoever made it so, is the newer word.
+    if (pending_ && service_->hasBeenCurrent()) pending_.reset();
     const std::string target = switch_planner::target(sourceA, sourceB, from, pending_, clock_());
     const SwitchOutcome outcome = service_->switchTo(target);
     pending_.reset();

@@ -31,6 +31,9 @@ class InputSourceCatalog {
     /// What the platform has said against the last accepted request since then: a refusal, or that the
     /// framework is gone. Ends the wait for it. Absent where `select` tells everything at once.
     virtual std::optional<SelectResult> refusal() const { return std::nullopt; }
+    /// The source of the last accepted request has been current at some moment since, though another program
+    /// may have made another current by now. False where the platform tells nothing unless asked.
+    virtual bool hasBeenCurrent() const { return false; }
 
     // Called from the event loop, once for a burst of changes; also for changes that this program made.
 
@@ -54,6 +57,9 @@ class InputSourceService {
     virtual SwitchOutcome switchTo(const std::string& id) = 0;
     /// Absent when the platform reports none.
     virtual std::optional<std::string> currentID() = 0;
+    /// The source of the last accepted switch has been current since, also after the wait for it was over:
+    /// what `currentID` says now is newer than that switch.
+    virtual bool hasBeenCurrent() const { return false; }
 };
 
 } // namespace hopsel

@@ -32,7 +32,7 @@ SelectResult InputSourceSwitcher::selectAndWait(const std::string& id, double ti
     if (!std::holds_alternative<select_result::Selected>(result)) return result;
     const double start = clock_();
     while (true) {
-        verified = catalog_.currentID() == id;
+        verified = catalog_.currentID() == id || catalog_.hasBeenCurrent();
         if (verified) return result;
         if (const std::optional<SelectResult> refusal = catalog_.refusal()) return *refusal;
         if (clock_() >= start + timeout) return result;

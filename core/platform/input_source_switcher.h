@@ -2,7 +2,8 @@
 //
 // Platform-free: the catalog, the clock and the function that runs the event loop are given. The platform is
 // asked every 5 ms at the latest, and sooner when an event arrives: the loop function returns early then, so
-// a switch is verified as soon as the platform tells. Main thread only; another thread stops the process.
+// a switch is verified as soon as the platform tells; also if another program took it back in that same
+// moment. Main thread only; another thread stops the process.
 #pragma once
 
 #include "core/platform/input_source_service.h"
@@ -49,6 +50,7 @@ class LiveInputSourceService final : public InputSourceService {
     std::set<std::string> availableSourceIDs() override;
     SwitchOutcome switchTo(const std::string& id) override;
     std::optional<std::string> currentID() override;
+    bool hasBeenCurrent() const override { return catalog_->hasBeenCurrent(); }
 
   private:
     std::shared_ptr<InputSourceCatalog> catalog_;

@@ -77,6 +77,21 @@ TEST_F(KdeLayoutsTest, ListAndSwitchAndFollowTheDaemon) {
     EXPECT_EQ(layouts.refusal(), std::nullopt);
 }
 
+TEST_F(KdeLayoutsTest, SwitchThatIsTakenBackAtOnceIsVerified) {
+    ASSERT_TRUE(watch.comesInCharge());
+    daemon.answers["setLayout"] = [this](const auto& call) {
+        daemon.change(call.arguments().constFirst().toUInt());
+        daemon.change(0);
+        return call.createReply(true);
+    };
+    LiveInputSourceService service({std::shared_ptr<void>(), &layouts}, uptimeSeconds, runFor);
+    for (int round = 0; round < 10; ++round) {
+        EXPECT_TRUE(service.switchTo("kde:ru").verified) << round;
+        EXPECT_TRUE(watch.becomesCurrent("kde:us"));
+        EXPECT_TRUE(service.hasBeenCurrent());
+    }
+}
+
 TEST_F(KdeLayoutsTest, IdentifiersSurviveAnotherOrderAlsoInTheMiddleOfASwitch) {
     ASSERT_TRUE(watch.comesInCharge());
     daemon.calls.clear();

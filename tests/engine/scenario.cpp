@@ -44,6 +44,7 @@ const std::map<std::string, std::function<void(EngineRig&)>> words{
     {"filter-blips", [](EngineRig& rig) { rig.filter->onDisabled(true); }},
     {"filter-lost", [](EngineRig& rig) { rig.filter->onDisabled(false); }},
     {"picks-A", [](EngineRig& rig) { rig.service->current = "A"; }},
+    {"catches-up", [](EngineRig& rig) { rig.service->hasCaughtUp = true; }},
     {"refused", [](EngineRig& rig) { rig.service->result = select_result::Failed{-50}; }},
     {"not-found", [](EngineRig& rig) { rig.service->result = select_result::NotFound{}; }},
     {"B-gone", [](EngineRig& rig) { rig.service->available.erase("B"), rig.engine->refreshSources(); }},

@@ -51,6 +51,8 @@ const Case cases[]{
     {"failed_switch_says_why", "refused rcmd 10ms not-found f5+", "cmd failed B -50, no f5+, f5 failed B"},
     {"unverified_switch_counts_for_a_second", "!takes-effect rcmd 1000ms rcmd 1001ms rcmd",
      "A>B?, A>A?, A>B?"},
+    {"late_switch_that_was_taken_back_no_longer_counts", "!takes-effect rcmd 600ms catches-up rcmd",
+     "A>B?, A>B?"},
     {"verified_switch_does_not_outweigh_the_user", "rcmd 10ms picks-A rcmd", "A>B, A>B"},
     {"reset_forgets_an_unverified_switch", "!takes-effect rcmd 10ms wake | rcmd", "A>B?"},
     {"stopping_drops_what_waits", "rcmd stop | turn start rcmd", "running, filter on, A>B"},

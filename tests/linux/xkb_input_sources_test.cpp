@@ -84,6 +84,26 @@ TEST_F(XkbInputSourcesTest, SwitchIsVerifiedByTheServersEvent) {
     EXPECT_TRUE(runLoopUntil([this] { return selectedChanges > 0; })) << "own switches are reported as well";
 }
 
+// A program that keeps a layout for each window locks its own right after ours, and both notices are read at
+// once.
+TEST_F(XkbInputSourcesTest, SwitchThatIsTakenBackAtOnceWasThere) {
+    start("us,ru");
+    for (int round = 0; round < 25; ++round) {
+        ASSERT_EQ(sources->select("xkb:ru"), selected);
+        other->lockGroup(0);
+        ASSERT_EQ(sources->currentID(), "xkb:us");
+        ASSERT_TRUE(sources->hasBeenCurrent()) << round;
+    }
+    // A notice from before the request tells nothing of it.
+    other->lockGroups({1, 0});
+    other->lockGroup(0);
+    EXPECT_EQ(sources->select("xkb:us"), selected);
+    EXPECT_EQ(sources->select("xkb:ru"), selected);
+    EXPECT_FALSE(sources->hasBeenCurrent()) << "asked for, and not heard of yet";
+    EXPECT_TRUE(runLoopUntil([this] { return sources->currentID() == "xkb:ru"; }));
+    EXPECT_TRUE(sources->hasBeenCurrent());
+}
+
 TEST_F(XkbInputSourcesTest, LayoutChangeIsKnownAtOnceAndReportedOnce) {
     start("us,ru");
     setLayouts("de,us");

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 #include <regex>
+#include <thread>
 
 using namespace hopsel;
 using namespace hopsel::test;
@@ -47,6 +48,28 @@ TEST_F(LiveEngine, FiveHundredQuickTapsAreFiveHundredSwitches) {
             EXPECT_EQ(switched->to, expected);
             expected = expected == "xkb:ru" ? "xkb:us" : "xkb:ru";
         }
+}
+
+// As programs do that keep a layout for each window.
+TEST_F(LiveEngine, ATapSwitchesAgainAfterAnotherProgramTookTheLastSwitchBack) {
+    constexpr std::size_t taps = 25;
+    std::thread taker([] {
+        XLayouts own;
+        for (std::size_t taken = 0; taken < taps; ++taken) {
+            if (!own.waitForGroup(1, std::chrono::seconds(20))) return;
+            own.lockGroup(0);
+        }
+    });
+    for (std::size_t tap = 1; tap <= taps; ++tap) {
+        keyboard->tap(key::rightSuper);
+        EXPECT_TRUE(switchesReach(tap)) << tap;
+        EXPECT_TRUE(runLoopUntil([this] { return sources->currentID() == english.sourceId; }));
+    }
+    taker.join();
+    for (const EngineEvent& event : events) {
+        const auto* switched = std::get_if<engine_event::Switched>(&event);
+        EXPECT_TRUE(switched == nullptr || switched->to == russian.sourceId);
+    }
 }
 
 TEST_F(LiveEngine, TypingAroundTheShortcutStaysInOrderAndInItsLayout) {

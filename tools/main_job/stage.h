@@ -26,7 +26,7 @@ class Stage {
     explicit Stage(const std::string& executable);
 
     /// `play` presses keys and returns when the last of them was posted, on the monotonic clock. With
-    /// `expectSwitch` the change is waited for, else that there is none for a moment.
+    /// `expectSwitch` the change is waited for, else the program is given the time to look at every key.
     Observation observe(const std::function<double(session::XKeyboard&)>& play, bool expectSwitch);
 
     /// Types with the shortcut in the middle, and returns what the application got.
@@ -43,6 +43,8 @@ class Stage {
 
   private:
     void waitForProgram();
+    bool swallowsTheShortcut();
+    void waitUntilAllIsLookedAt();
 
     session::XServer server_;
     session::XLayouts layouts_;

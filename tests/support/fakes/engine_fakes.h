@@ -75,14 +75,18 @@ class FakeInputSourceService final : public InputSourceService {
     std::optional<std::string> currentID() override { return current; }
     SwitchOutcome switchTo(const std::string& id) override {
         switches.push_back(id);
+        hasCaughtUp = false;
         if (duringSwitch) duringSwitch();
         const bool selected = std::holds_alternative<select_result::Selected>(result);
         if (selected && takesEffect) current = id;
         return {id, result, selected && takesEffect, 1.5};
     }
 
+    bool hasBeenCurrent() const override { return hasCaughtUp; }
+
     std::set<std::string> available{"A", "B", "C"};
     std::optional<std::string> current = "A";
+    bool hasCaughtUp = false; ///< the source of the last switch was current after the wait for it
     SelectResult result = select_result::Selected{};
     bool takesEffect = true;
     std::function<void()> duringSwitch; ///< what happens while the switch is verified

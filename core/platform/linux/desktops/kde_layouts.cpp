@@ -152,7 +152,7 @@ SelectResult KdeLayouts::select(const std::string& id) {
     if (service_.owner().isEmpty()) return select_result::Failed{platform_error::frameworkGone};
     const auto isIt = [&id](const InputSourceInfo& source) { return source.id == id; };
     if (std::none_of(state().sources.begin(), state().sources.end(), isIt)) return select_result::NotFound{};
-    accept();
+    accept(id);
     ++requestCount_;
     wanted_.reset();
     if (isAsking_)

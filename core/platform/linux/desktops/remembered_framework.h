@@ -14,6 +14,7 @@ class RememberedFramework : public InputFramework {
     std::optional<std::string> currentID() override { return state_.currentID; }
     std::optional<SelectResult> refusal() const override { return refusal_; }
     bool isInCharge() const override { return state_.isInCharge; }
+    bool hasBeenCurrent() const override { return hasBeenCurrent_; }
 
   protected:
     struct State {
@@ -27,12 +28,15 @@ class RememberedFramework : public InputFramework {
     /// The daemon has gone, or answers no longer.
     void forget(SelectResult reason);
 
-    void accept() { refusal_.reset(); }
+    /// A request for this source goes out.
+    void accept(const std::string& id);
     void refuse(SelectResult reason) { refusal_ = reason; }
 
   private:
     State state_;
     std::optional<SelectResult> refusal_;
+    std::optional<std::string> requestedID_;
+    bool hasBeenCurrent_ = false;
 };
 
 } // namespace hopsel

@@ -74,7 +74,7 @@ SelectResult SwayLayouts::select(const std::string& id) {
     if (!ipc_.isOpen()) return select_result::Failed{platform_error::frameworkGone};
     const auto isIt = [&id](const InputSourceInfo& source) { return source.id == id; };
     if (std::none_of(state().sources.begin(), state().sources.end(), isIt)) return select_result::NotFound{};
-    accept();
+    accept(id);
     wanted_ = id;
     isWaiting_ = isAsking_; // its position may be another by now
     if (isWaiting_) return select_result::Selected{};

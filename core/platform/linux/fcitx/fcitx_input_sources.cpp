@@ -19,7 +19,7 @@ constexpr auto quiet = 3ms, atMost = 30ms;
 FcitxInputSources::FcitxInputSources(const QDBusConnection& sessionBus)
     : daemon_(sessionBus, [this] { takeOwner(); }),
       list_(daemon_, [this] { reportTimer_.noteChange(); }),
-      current_(daemon_, [this] { reportTimer_.noteChange(); }),
+      current_(daemon_, [this] { takeCurrent(); }),
       profile_(FcitxProfileWatch::defaultProfile(),
                [this] {
                    if (!daemon_.owner().isEmpty()) list_.ask();
@@ -40,6 +40,11 @@ void FcitxInputSources::takeOwner() {
     signals_->onGroupsChanged = [this] { list_.ask(); };
     signals_->onMethodShown = [this] { ask(); };
     ask();
+}
+
+void FcitxInputSources::takeCurrent() {
+    if (selection_) selection_->noteCurrent(current_.method());
+    reportTimer_.noteChange();
 }
 
 void FcitxInputSources::ask() {

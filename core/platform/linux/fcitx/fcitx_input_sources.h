@@ -35,10 +35,12 @@ class FcitxInputSources final : public InputFramework {
     /// `Failed`, here and in `refusal`, has a code of platform_errors.h.
     SelectResult select(const std::string& id) override;
     std::optional<SelectResult> refusal() const override;
+    bool hasBeenCurrent() const override { return selection_ && selection_->hasBeenCurrent(); }
 
   private:
     void takeOwner();
     void ask();
+    void takeCurrent();
     void report();
 
     FcitxDaemon daemon_;

@@ -25,6 +25,11 @@ class FcitxSelection {
     FcitxSelection& operator=(const FcitxSelection&) = delete;
 
     const std::optional<SelectResult>& refusal() const { return refusal_; }
+    /// An answer of Fcitx5's, to whichever question since the request, named the method.
+    bool hasBeenCurrent() const { return hasBeenCurrent_; }
+    void noteCurrent(const std::optional<QString>& method) {
+        if (method == method_) hasBeenCurrent_ = true;
+    }
 
   private:
     void request();
@@ -38,6 +43,7 @@ class FcitxSelection {
     FcitxCurrentMethod& current_;
     QString method_;
     std::optional<SelectResult> refusal_;
+    bool hasBeenCurrent_ = false;
     std::optional<std::int32_t> error_; ///< what the request was answered with, if not with success
     QDeadlineTimer end_;
     std::optional<QDeadlineTimer> contextDeadline_; ///< while there is no text field

@@ -60,6 +60,7 @@ void IbusInputSources::forget() {
     ++enginesQuestions_;
     refusal_ = select_result::Failed{platform_error::frameworkGone};
     selecting_.reset();
+    requested_.reset();
     unanswered_ = 0;
     isCurrentInDoubt_ = false;
     engines_.clear();
@@ -128,6 +129,7 @@ void IbusInputSources::takeCurrent(const QString& engine) {
     if (selecting_ == engine) applyLayout(engine);
     current_ = ibus_engine::isUsableID(engine) ? engine : QString();
     isCurrentInDoubt_ = false;
+    if (engine == requested_) hasBeenCurrent_ = true;
     updateInCharge();
     selectedTimer_.noteChange();
 }
@@ -145,6 +147,8 @@ SelectResult IbusInputSources::select(const std::string& id) {
     if (found == engines_.end()) return select_result::NotFound{};
     refusal_.reset();
     selecting_ = found->id;
+    requested_ = found->id;
+    hasBeenCurrent_ = false;
     if (current_ == selecting_) {
         // No signal will come, unless what was asked before is still to be carried out.
         isCurrentInDoubt_ = unanswered_ > 0;

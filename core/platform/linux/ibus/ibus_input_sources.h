@@ -33,6 +33,7 @@ class IbusInputSources final : public InputFramework {
     /// platform_errors.h.
     SelectResult select(const std::string& id) override;
     std::optional<SelectResult> refusal() const override { return refusal_; }
+    bool hasBeenCurrent() const override { return hasBeenCurrent_; }
 
     /// False also where no engine is set: there is nothing that IBus could switch to.
     bool isInCharge() const override { return isInCharge_; }
@@ -65,7 +66,9 @@ class IbusInputSources final : public InputFramework {
     std::optional<std::string> reportedID_;
     std::optional<QString> selecting_; ///< whose layout is still to be applied
     std::optional<SelectResult> refusal_;
-    unsigned unanswered_ = 0; ///< selections that the daemon has not replied to
+    std::optional<QString> requested_; ///< by the last selection
+    bool hasBeenCurrent_ = false;      ///< the requested one, since then
+    unsigned unanswered_ = 0;          ///< selections that the daemon has not replied to
     bool isCurrentInDoubt_ = false;
     unsigned selectCount_ = 0;      ///< only the last selection can be refused
     unsigned enginesQuestions_ = 0; ///< answers to all but the last are out of date

@@ -68,6 +68,11 @@ std::optional<SelectResult> LinuxInputSources::refusal() const {
     return hasRequest_ && catalog != nullptr ? catalog->refusal() : std::nullopt;
 }
 
+bool LinuxInputSources::hasBeenCurrent() const {
+    const InputSourceCatalog* catalog = answering();
+    return hasRequest_ && catalog != nullptr && catalog->hasBeenCurrent();
+}
+
 void LinuxInputSources::retry() {
     for (const auto& framework : frameworks_) framework->retry();
 }

@@ -30,6 +30,7 @@ class LinuxInputSources final : public InputSourceCatalog {
     SelectResult select(const std::string& id) override;
     /// `Failed` with `frameworkGone` once another is in charge than the one that accepted the request.
     std::optional<SelectResult> refusal() const override;
+    bool hasBeenCurrent() const override;
 
     /// For every framework: see there.
     void retry();

@@ -32,6 +32,7 @@ class XkbInputSources final : public InputSourceCatalog {
     std::optional<std::string> currentID() override;
     /// `Failed` has a code of platform_errors.h.
     SelectResult select(const std::string& id) override;
+    bool hasBeenCurrent() const override { return server_ && server_->hasBeenLocked(); }
 
     bool isLost() const { return !server_ || server_->isLost(); }
     /// True if there is a connection afterwards. What changed meanwhile is reported like any change.

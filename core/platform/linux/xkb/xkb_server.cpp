@@ -63,8 +63,9 @@ std::vector<XkbGroup> XkbServer::readGroups() {
     const XcbPtr<xcb_xkb_get_state_reply_t> stateReply(xcb_xkb_get_state_reply(c, state, nullptr));
     if (!controlsReply || !stateReply) return {};
 
-    lockedGroup_ = stateReply->lockedGroup;
+    noteLocked(stateReply->lockedGroup, state.sequence);
     stateSequence_ = state.sequence;
+    wantedGroup_ = -1; // from here on its number may stand for another layout
     const std::vector<XkbLayout> layouts = layoutsIn(propertyReply.get());
     const int groupCount = controlsReply->numGroups;
     const auto hasLayout = [](const XkbLayout& layout) { return !layout.layout.empty(); };
@@ -99,9 +100,21 @@ std::string XkbServer::atomName(xcb_atom_t atom) {
 }
 
 void XkbServer::lockGroup(int index) {
-    xcb_xkb_latch_lock_state(connection_.get(), XCB_XKB_ID_USE_CORE_KBD, 0, 0, 1,
-                             static_cast<std::uint8_t>(index), 0, 0, 0);
+    const auto request = xcb_xkb_latch_lock_state(connection_.get(), XCB_XKB_ID_USE_CORE_KBD, 0, 0, 1,
+                                                  static_cast<std::uint8_t>(index), 0, 0, 0);
     connection_.flush();
+    lockSequence_ = request.sequence;
+    wantedGroup_ = index;
+    hasBeenLocked_ = false;
+}
+
+// Every notice counts, not only the last of those that are read at once: another program may have locked its
+// group right after ours. Notices carry the number of the last request that the server had worked off. The
+// first one from after ours also tells, by what was locked until then, of a request that changed nothing.
+void XkbServer::noteLocked(int group, std::uint32_t sequence) {
+    const bool isSinceRequest = static_cast<std::int32_t>(sequence - lockSequence_) >= 0;
+    if (isSinceRequest && (group == wantedGroup_ || lockedGroup_ == wantedGroup_)) hasBeenLocked_ = true;
+    lockedGroup_ = group;
 }
 
 void XkbServer::waitForNews(std::chrono::milliseconds atMost) const {
@@ -126,7 +139,7 @@ void XkbServer::take(const xcb_generic_event_t& event, News& news) {
         if (notify.xkbType == XCB_XKB_STATE_NOTIFY) {
             // An event from before the last answer arrives after it, and is out of date.
             const auto age = static_cast<std::int32_t>(event.full_sequence - stateSequence_);
-            if (age >= 0) lockedGroup_ = notify.lockedGroup;
+            if (age >= 0) noteLocked(notify.lockedGroup, event.full_sequence);
             news.locked = true;
         } else {
             news.groups = true;

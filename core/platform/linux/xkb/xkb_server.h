@@ -33,6 +33,9 @@ class XkbServer {
     int lockedGroup() const { return lockedGroup_; }
     /// Sends the request and does not wait for it to be carried out.
     void lockGroup(int index);
+    /// The group that was asked for last has been locked at some moment since, as of what was taken in so
+    /// far.
+    bool hasBeenLocked() const { return hasBeenLocked_; }
 
     /// Waits until something has arrived, or for so long.
     void waitForNews(std::chrono::milliseconds atMost) const;
@@ -44,12 +47,16 @@ class XkbServer {
     std::vector<std::string> readGroupNames();
     std::string atomName(xcb_atom_t atom);
     void take(const xcb_generic_event_t& event, News& news);
+    void noteLocked(int group, std::uint32_t sequence);
 
     X11Connection connection_;
     std::uint8_t firstEvent_;
     xcb_atom_t rulesNames_;
     int lockedGroup_ = 0;
     std::uint32_t stateSequence_ = 0; ///< the request that asked for the locked group last
+    std::uint32_t lockSequence_ = 0;  ///< the request to lock `wantedGroup_`
+    int wantedGroup_ = -1;
+    bool hasBeenLocked_ = false;
 };
 
 } // namespace hopsel
