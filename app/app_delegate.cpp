@@ -2,8 +2,8 @@
 
 #include "core/diagnostics/diagnostics_recorder.h"
 #include "core/rules/rule_store.h"
-#include "ui/l10n/l10n.h"
-#include "ui/settings/design/colors.h"
+#include "model/texts/l10n.h"
+#include "ui/design/colors.h"
 
 #include <QCoreApplication>
 #include <QMessageBox>

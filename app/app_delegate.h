@@ -5,8 +5,8 @@
 #pragma once
 
 #include "app/live_platform.h"
-#include "app/model/app_model.h"
 #include "core/engine/engine_coordinator.h"
+#include "model/app_model.h"
 #include "ui/menubar/status_item_controller.h"
 #include "ui/onboarding/onboarding_window_controller.h"
 #include "ui/settings/settings_window_controller.h"

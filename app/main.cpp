@@ -5,9 +5,9 @@
 #include "app/quit_request.h"
 #include "app/termination_signals.h"
 #include "core/base/product.h"
-#include "ui/l10n/l10n.h"
+#include "model/texts/l10n.h"
+#include "ui/design/accessible_scroll_area.h"
 #include "ui/preview/render_ui.h"
-#include "ui/settings/design/accessible_scroll_area.h"
 
 #include <QApplication>
 #include <cstdio>

@@ -5,7 +5,7 @@
 // the verdict, and no field for the code of an ordinary key. Nothing is ever written to disk from here.
 #pragma once
 
-#include "core/engine/engine_event.h"
+#include "core/events/engine_event.h"
 #include "core/keys/key_event.h"
 #include "core/keys/key_state_machine.h"
 

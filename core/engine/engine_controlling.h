@@ -1,7 +1,7 @@
 // What the application needs of the engine. The coordinator implements it; previews and tests have their own.
 #pragma once
 
-#include "core/engine/engine_event.h"
+#include "core/events/engine_event.h"
 #include "core/platform/remote_apps.h"
 #include "core/platform/system_event.h"
 #include "core/rules/rule.h"

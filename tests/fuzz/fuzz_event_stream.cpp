@@ -1,5 +1,5 @@
 // Whatever happens on the keyboard and around it, in whatever order: the engine keeps its invariants.
-#include "engine/engine_stream.h"
+#include "core/engine/engine_stream.h"
 
 #include <cstdio>
 #include <cstdlib>

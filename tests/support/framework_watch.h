@@ -3,9 +3,9 @@
 #pragma once
 
 #include "core/platform/input_source_switcher.h"
-#include "core/platform/linux/frameworks/input_framework.h"
-#include "core/platform/linux/main_loop.h"
-#include "core/platform/linux/xkb/platform_errors.h"
+#include "platform/linux/base/main_loop.h"
+#include "platform/linux/sources/input_framework.h"
+#include "platform/linux/sources/platform_errors.h"
 #include "session/child_process.h"
 #include "support/qt_waiting.h"
 

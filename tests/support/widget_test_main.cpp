@@ -1,6 +1,6 @@
 // The main function of tests with widgets: no display is needed, and no desktop's theme comes into it.
 #include "support/qt_waiting.h"
-#include "ui/settings/design/colors.h"
+#include "ui/design/colors.h"
 
 #include <QApplication>
 #include <gmock/gmock.h>

@@ -4,9 +4,9 @@
 // has none, of its text.
 #pragma once
 
+#include "model/texts/l10n.h"
 #include "support/fakes/model_rig.h"
 #include "support/qt_waiting.h"
-#include "ui/l10n/l10n.h"
 
 #include <QAbstractButton>
 #include <QComboBox>

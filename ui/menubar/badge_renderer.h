@@ -4,7 +4,7 @@
 // room for a square only, which is what `square` is for.
 #pragma once
 
-#include "ui/menubar/status_item_presenter.h"
+#include "model/menu/status_item_presenter.h"
 
 #include <QColor>
 #include <QImage>

@@ -1,7 +1,7 @@
 #include "ui/menubar/menu_label.h"
 
 #include "core/base/overloaded.h"
-#include "ui/settings/design/colors.h"
+#include "ui/design/colors.h"
 
 #include <QApplication>
 #include <QFontMetricsF>

@@ -4,7 +4,7 @@
 // and in one weight. The sizes are the menu's there; elsewhere plain items stand in its place.
 #pragma once
 
-#include "ui/menubar/menu_model.h"
+#include "model/menu/menu_model.h"
 
 #include <QWidget>
 

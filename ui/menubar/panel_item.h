@@ -4,7 +4,7 @@
 // menu it opens and which it does not outlive.
 #pragma once
 
-#include "ui/menubar/status_item_presenter.h"
+#include "model/menu/status_item_presenter.h"
 
 #include <string>
 

@@ -1,6 +1,6 @@
 #include "ui/menubar/status_item_controller.h"
 
-#include "ui/menubar/menu_builder.h"
+#include "model/menu/menu_builder.h"
 
 #include <QEvent>
 

@@ -9,7 +9,7 @@
 // a desktop that changes kinds while the program runs counts as having no panel.
 #pragma once
 
-#include "app/model/app_model.h"
+#include "model/app_model.h"
 #include "ui/menubar/status_menu.h"
 #include "ui/menubar/tray_hosting.h"
 

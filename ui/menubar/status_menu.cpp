@@ -1,9 +1,9 @@
 #include "ui/menubar/status_menu.h"
 
 #include "core/base/overloaded.h"
+#include "ui/design/colors.h"
+#include "ui/design/text.h"
 #include "ui/menubar/menu_label.h"
-#include "ui/settings/design/colors.h"
-#include "ui/settings/design/text.h"
 
 #include <QApplication>
 #include <QPainter>

@@ -10,7 +10,7 @@
 // source, rules, status); lines that can be clicked, check marks and separators are the system's own.
 #pragma once
 
-#include "ui/menubar/menu_model.h"
+#include "model/menu/menu_model.h"
 
 #include <QMenu>
 #include <functional>

@@ -1,9 +1,9 @@
 // The first two pages: which key, and which two input sources.
-#include "ui/l10n/issue_texts.h"
+#include "model/texts/issue_texts.h"
+#include "ui/design/boxes.h"
+#include "ui/design/source_picker.h"
 #include "ui/onboarding/onboarding_page.h"
 #include "ui/onboarding/onboarding_widgets.h"
-#include "ui/settings/design/boxes.h"
-#include "ui/settings/design/source_picker.h"
 
 #include <QHBoxLayout>
 #include <map>

@@ -4,9 +4,9 @@
 // model changed. A page reads and sets the models, both of which outlive it, and keeps nothing but widgets.
 #pragma once
 
-#include "ui/l10n/l10n.h"
-#include "ui/onboarding/onboarding_model.h"
-#include "ui/settings/design/text.h"
+#include "model/onboarding_model.h"
+#include "model/texts/l10n.h"
+#include "ui/design/text.h"
 
 #include <QVBoxLayout>
 #include <QWidget>

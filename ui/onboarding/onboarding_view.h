@@ -4,10 +4,10 @@
 // Made and owned by the onboarding window (and by previews). Both models outlive it.
 #pragma once
 
-#include "ui/onboarding/onboarding_model.h"
+#include "model/onboarding_model.h"
+#include "ui/design/buttons.h"
 #include "ui/onboarding/onboarding_page.h"
 #include "ui/onboarding/onboarding_widgets.h"
-#include "ui/settings/design/buttons.h"
 
 #include <QStackedLayout>
 #include <QWidget>

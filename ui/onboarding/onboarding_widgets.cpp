@@ -1,7 +1,7 @@
 #include "ui/onboarding/onboarding_widgets.h"
 
-#include "ui/settings/design/colors.h"
-#include "ui/settings/design/focus_ring.h"
+#include "ui/design/colors.h"
+#include "ui/design/focus_ring.h"
 
 #include <QKeyEvent>
 #include <QPainter>

@@ -3,7 +3,7 @@
 // Parts of the onboarding's pages, owned by them.
 #pragma once
 
-#include "ui/settings/design/text.h"
+#include "ui/design/text.h"
 
 #include <QRadioButton>
 #include <QWidget>

@@ -4,7 +4,7 @@
 // of the loop: the button that closed it is still being handled.
 #pragma once
 
-#include "app/model/app_model.h"
+#include "model/app_model.h"
 
 #include <QPointer>
 #include <QWidget>

@@ -1,9 +1,9 @@
 // The last two pages: the permission, and the first press of the key.
+#include "ui/design/boxes.h"
+#include "ui/design/buttons.h"
+#include "ui/design/symbols.h"
 #include "ui/onboarding/onboarding_page.h"
 #include "ui/onboarding/onboarding_widgets.h"
-#include "ui/settings/design/boxes.h"
-#include "ui/settings/design/buttons.h"
-#include "ui/settings/design/symbols.h"
 
 #include <QHBoxLayout>
 

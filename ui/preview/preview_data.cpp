@@ -1,7 +1,6 @@
 #include "ui/preview/preview_data.h"
 
-#include "core/platform/posix/posix_file_storage.h"
-#include "ui/l10n/l10n.h"
+#include "model/texts/l10n.h"
 
 #include <QUuid>
 
@@ -46,23 +45,12 @@ Action toggle(const InputSourceInfo& a, const InputSourceInfo& b) {
 
 } // namespace
 
-PreviewModel::Folder::Folder()
-    : path_(std::filesystem::temp_directory_path() /
-            ("hopsel-preview-" + QUuid::createUuid().toString(QUuid::WithoutBraces).toStdString())) {
-    std::filesystem::create_directory(path_);
-}
-
-PreviewModel::Folder::~Folder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-}
-
 PreviewModel::PreviewModel(const Setup& setup)
     : engine_(std::make_shared<PreviewEngine>(setup.state, setup.shortcutStatus)) {
     *uptime_ = sampleUptime;
-    const std::filesystem::path& folder = folder_.path();
-    const auto storage = std::make_shared<PosixFileStorage>(folder);
-    const auto store = std::make_shared<RuleStore>(folder / "config.json", storage, [] { return 0; });
+    const auto storage = std::make_shared<PreviewStorage>();
+    const auto store =
+        std::make_shared<RuleStore>(storage->userDataDirectory() / "config.json", storage, [] { return 0; });
     store->load();
     for (const Rule& rule : setup.rules) store->add(rule);
     model_ = std::make_unique<AppModel>(AppModel::Parts{

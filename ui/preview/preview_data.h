@@ -1,11 +1,10 @@
 // What the pictures show: sample input sources and rules, and models in the states of the screens.
 //
-// Nothing of the user's is read or written: each model has a settings file of its own in a temporary folder,
-// removed with the model.
+// Nothing of the user's is read or written: each model has a settings file of its own, in memory.
 #pragma once
 
-#include "app/model/app_model.h"
 #include "core/diagnostics/diagnostics_recorder.h"
+#include "model/app_model.h"
 #include "ui/preview/preview_parts.h"
 
 #include <filesystem>
@@ -33,21 +32,6 @@ class PreviewModel {
     void setUptime(double seconds) { *uptime_ = seconds; }
 
   private:
-    /// Of a new name, and gone with the model.
-    class Folder {
-      public:
-        /// Throws `std::filesystem::filesystem_error`.
-        Folder();
-        ~Folder();
-        Folder(const Folder&) = delete;
-        Folder& operator=(const Folder&) = delete;
-        const std::filesystem::path& path() const { return path_; }
-
-      private:
-        std::filesystem::path path_;
-    };
-
-    Folder folder_;
     std::shared_ptr<double> uptime_ = std::make_shared<double>(0);
     std::shared_ptr<PreviewEngine> engine_;
     std::shared_ptr<DiagnosticsRecorder> recorder_ = std::make_shared<DiagnosticsRecorder>();

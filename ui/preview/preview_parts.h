@@ -3,14 +3,16 @@
 // Each lives as long as the model that it was made for.
 #pragma once
 
-#include "app/adapters/input_source_directory.h"
-#include "app/adapters/login_item.h"
-#include "app/adapters/preferences_storing.h"
-#include "app/adapters/system_settings_opening.h"
-#include "core/diagnostics/running_apps.h"
 #include "core/engine/engine_controlling.h"
+#include "core/platform/file_storage.h"
+#include "core/platform/input_source_directory.h"
+#include "core/platform/login_item.h"
+#include "core/platform/preferences_storing.h"
+#include "core/platform/running_apps.h"
 #include "core/platform/secure_input.h"
+#include "core/platform/system_settings_opening.h"
 
+#include <map>
 #include <utility>
 
 namespace hopsel {
@@ -49,6 +51,24 @@ class PreviewEngine final : public EngineControlling {
     std::shared_ptr<DiagnosticsRecorder> diagnostics_;
     std::optional<remote_apps::Kind> remoteKind_;
     ShortcutKey guestKey_;
+};
+
+/// A disk with nothing but the files that were written to it.
+class PreviewStorage final : public FileStorage {
+  public:
+    std::filesystem::path userDataDirectory() const override { return "/preview"; }
+    bool exists(const std::filesystem::path& file) const override { return files_.contains(file); }
+    std::string read(const std::filesystem::path& file) const override { return files_.at(file); }
+    void createDirectories(const std::filesystem::path& /*folder*/) override {}
+    void writeAtomically(const std::filesystem::path& file, std::string_view bytes) override {
+        files_[file] = bytes;
+    }
+    void copy(const std::filesystem::path& from, const std::filesystem::path& to) override {
+        files_[to] = files_.at(from);
+    }
+
+  private:
+    std::map<std::filesystem::path, std::string> files_;
 };
 
 class PreviewDirectory final : public InputSourceDirectory {

@@ -1,7 +1,7 @@
 #include "ui/preview/render_ui.h"
 
 #include "core/base/overloaded.h"
-#include "ui/menubar/menu_builder.h"
+#include "model/menu/menu_builder.h"
 #include "ui/preview/preview_data.h"
 #include "ui/preview/screens.h"
 #include "ui/preview/view_renderer.h"

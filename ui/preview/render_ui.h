@@ -3,7 +3,7 @@
 // It makes its own application object, needs no display and no bus, and touches nothing of the user's.
 #pragma once
 
-#include "ui/menubar/menu_model.h"
+#include "model/menu/menu_model.h"
 
 #include <ostream>
 #include <string>

@@ -1,6 +1,6 @@
 #include "ui/preview/view_renderer.h"
 
-#include "ui/settings/design/colors.h"
+#include "ui/design/colors.h"
 
 #include <QApplication>
 #include <QBuffer>

@@ -1,10 +1,10 @@
 #include "ui/settings/about_pane.h"
 
 #include "core/base/product.h"
-#include "ui/settings/design/scroll_bar.h"
-#include "ui/settings/design/symbols.h"
-#include "ui/settings/design/text.h"
-#include "ui/settings/texts.h"
+#include "ui/design/scroll_bar.h"
+#include "ui/design/symbols.h"
+#include "ui/design/text.h"
+#include "ui/design/texts.h"
 
 #include <QHBoxLayout>
 #include <QVBoxLayout>

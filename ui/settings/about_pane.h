@@ -1,7 +1,7 @@
 // The pane that says what this is, which version, and that nothing typed is kept.
 #pragma once
 
-#include "app/model/app_model.h"
+#include "model/app_model.h"
 
 #include <QScrollArea>
 

@@ -1,9 +1,9 @@
 #include "ui/settings/general_pane.h"
 
-#include "ui/menubar/menu_builder.h"
-#include "ui/settings/design/boxes.h"
-#include "ui/settings/following.h"
-#include "ui/settings/texts.h"
+#include "model/menu/menu_builder.h"
+#include "ui/design/boxes.h"
+#include "ui/design/following.h"
+#include "ui/design/texts.h"
 
 #include <QHBoxLayout>
 

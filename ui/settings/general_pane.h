@@ -1,11 +1,11 @@
 // The pane with the state in one line, the two preferences, and the way back to the first-run setup.
 #pragma once
 
-#include "app/model/app_model.h"
-#include "ui/settings/design/buttons.h"
-#include "ui/settings/design/pane_container.h"
-#include "ui/settings/design/symbols.h"
-#include "ui/settings/design/text.h"
+#include "model/app_model.h"
+#include "ui/design/buttons.h"
+#include "ui/design/pane_container.h"
+#include "ui/design/symbols.h"
+#include "ui/design/text.h"
 
 namespace hopsel {
 

@@ -1,6 +1,6 @@
 #include "ui/settings/settings_navigation.h"
 
-#include "ui/l10n/l10n.h"
+#include "model/texts/l10n.h"
 
 namespace hopsel {
 

@@ -3,7 +3,7 @@
 // One navigation per window controller, which owns it; the window and its panes share it. Main thread.
 #pragma once
 
-#include "app/model/observable_object.h"
+#include "model/observable_object.h"
 
 #include <QString>
 #include <array>

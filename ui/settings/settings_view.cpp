@@ -1,9 +1,9 @@
 #include "ui/settings/settings_view.h"
 
 #include "core/base/product.h"
+#include "ui/design/boxes.h"
+#include "ui/design/sidebar_row.h"
 #include "ui/settings/about_pane.h"
-#include "ui/settings/design/boxes.h"
-#include "ui/settings/design/sidebar_row.h"
 #include "ui/settings/diagnostics/diagnostics_pane.h"
 #include "ui/settings/general_pane.h"
 #include "ui/settings/rules/rules_pane.h"

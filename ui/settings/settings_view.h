@@ -4,8 +4,8 @@
 // visible (recording) begins and ends with it.
 #pragma once
 
-#include "app/adapters/local_key_monitoring.h"
-#include "app/model/app_model.h"
+#include "core/platform/local_key_monitoring.h"
+#include "model/app_model.h"
 #include "ui/settings/settings_navigation.h"
 
 #include <QHBoxLayout>

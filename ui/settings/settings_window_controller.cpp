@@ -1,7 +1,7 @@
 #include "ui/settings/settings_window_controller.h"
 
 #include "core/base/product.h"
-#include "ui/settings/design/text.h"
+#include "ui/design/text.h"
 #include "ui/settings/settings_view.h"
 
 #include <QCloseEvent>

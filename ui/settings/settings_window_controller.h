@@ -4,8 +4,8 @@
 // pane, place and size for as long as the program runs, and nothing beyond.
 #pragma once
 
-#include "app/adapters/local_key_monitoring.h"
-#include "app/model/app_model.h"
+#include "core/platform/local_key_monitoring.h"
+#include "model/app_model.h"
 #include "ui/settings/settings_navigation.h"
 
 #include <QMenu>

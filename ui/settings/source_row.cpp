@@ -1,9 +1,9 @@
 #include "ui/settings/source_row.h"
 
-#include "ui/l10n/platform_notes.h"
-#include "ui/menubar/source_label.h"
-#include "ui/settings/design/reading_text.h"
-#include "ui/settings/texts.h"
+#include "model/menu/source_label.h"
+#include "model/texts/platform_notes.h"
+#include "ui/design/reading_text.h"
+#include "ui/design/texts.h"
 
 #include <QHBoxLayout>
 

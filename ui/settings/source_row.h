@@ -2,7 +2,7 @@
 #pragma once
 
 #include "core/platform/input_source.h"
-#include "ui/settings/design/boxes.h"
+#include "ui/design/boxes.h"
 
 namespace hopsel {
 

@@ -1,8 +1,8 @@
 #include "ui/settings/sources_pane.h"
 
-#include "ui/settings/design/boxes.h"
-#include "ui/settings/following.h"
-#include "ui/settings/texts.h"
+#include "ui/design/boxes.h"
+#include "ui/design/following.h"
+#include "ui/design/texts.h"
 
 namespace hopsel {
 

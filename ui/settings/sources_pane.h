@@ -1,8 +1,8 @@
 // The pane that lists the enabled input sources, as the platform orders them.
 #pragma once
 
-#include "app/model/app_model.h"
-#include "ui/settings/design/pane_container.h"
+#include "model/app_model.h"
+#include "ui/design/pane_container.h"
 #include "ui/settings/source_row.h"
 
 #include <optional>

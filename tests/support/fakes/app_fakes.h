@@ -4,13 +4,13 @@
 // how a fake behaves. Each lives as long as the test that made it.
 #pragma once
 
-#include "app/adapters/input_source_directory.h"
-#include "app/adapters/login_item.h"
-#include "app/adapters/preferences_storing.h"
-#include "app/adapters/report_delivering.h"
-#include "app/adapters/system_settings_opening.h"
-#include "core/diagnostics/running_apps.h"
 #include "core/engine/engine_controlling.h"
+#include "core/platform/input_source_directory.h"
+#include "core/platform/login_item.h"
+#include "core/platform/preferences_storing.h"
+#include "core/platform/report_delivering.h"
+#include "core/platform/running_apps.h"
+#include "core/platform/system_settings_opening.h"
 
 #include <stdexcept>
 #include <string>

@@ -3,9 +3,9 @@
 // The model is made by `launch`, so that a test can set the stage first.
 #pragma once
 
-#include "app/model/app_model.h"
 #include "core/diagnostics/diagnostics_recorder.h"
-#include "core/platform/posix/posix_file_storage.h"
+#include "model/app_model.h"
+#include "platform/posix/posix_file_storage.h"
 #include "session/temporary_folder.h"
 #include "support/fakes/app_fakes.h"
 #include "support/fakes/engine_fakes.h"

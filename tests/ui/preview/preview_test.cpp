@@ -2,7 +2,7 @@
 // references/, and its pictures, at a sixth of their size, as well: no channel of any pixel may be off by
 // more than 24 of 255, which lets another version of a font through but not a moved, missing or recoloured
 // part. After a wanted change, run this test with HOPSEL_WRITE_REFERENCES=1, and look at what changed.
-#include "rules/temporary_folder.h"
+#include "core/rules/temporary_folder.h"
 #include "session/child_process.h"
 #include "session/temporary_folder.h"
 

@@ -1,8 +1,8 @@
 #include "core/diagnostics/report_builder.h"
-#include "ui/l10n/platform_notes.h"
-#include "ui/settings/design/reading_text.h"
+#include "model/texts/platform_notes.h"
+#include "ui/design/reading_text.h"
+#include "ui/design/texts.h"
 #include "ui/settings/settings_rig.h"
-#include "ui/settings/texts.h"
 
 #include <QStringList>
 

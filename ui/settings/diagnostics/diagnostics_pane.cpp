@@ -1,12 +1,12 @@
 #include "ui/settings/diagnostics/diagnostics_pane.h"
 
+#include "ui/design/following.h"
+#include "ui/design/texts.h"
 #include "ui/settings/diagnostics/events_section.h"
 #include "ui/settings/diagnostics/findings.h"
 #include "ui/settings/diagnostics/probe_section.h"
 #include "ui/settings/diagnostics/recording_row.h"
 #include "ui/settings/diagnostics/report_section.h"
-#include "ui/settings/following.h"
-#include "ui/settings/texts.h"
 
 #include <QGuiApplication>
 #include <QHideEvent>

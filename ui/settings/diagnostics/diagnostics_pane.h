@@ -4,8 +4,8 @@
 // The recording can change a thousand times a second; the pane looks again some twenty times at most.
 #pragma once
 
-#include "app/model/app_model.h"
-#include "ui/settings/design/pane_container.h"
+#include "model/app_model.h"
+#include "ui/design/pane_container.h"
 
 #include <QTimer>
 

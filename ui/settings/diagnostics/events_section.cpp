@@ -1,7 +1,7 @@
 #include "ui/settings/diagnostics/events_section.h"
 
 #include "core/diagnostics/report_builder.h"
-#include "ui/settings/texts.h"
+#include "ui/design/texts.h"
 
 #include <QStringList>
 #include <QVBoxLayout>

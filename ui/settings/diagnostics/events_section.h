@@ -1,9 +1,9 @@
 // The newest of the recorded events, in the words that the report uses.
 #pragma once
 
-#include "app/model/app_model.h"
-#include "ui/settings/design/boxes.h"
-#include "ui/settings/design/reading_text.h"
+#include "model/app_model.h"
+#include "ui/design/boxes.h"
+#include "ui/design/reading_text.h"
 
 namespace hopsel {
 

@@ -1,9 +1,9 @@
 #include "ui/settings/diagnostics/findings.h"
 
 #include "core/base/overloaded.h"
-#include "ui/l10n/platform_notes.h"
-#include "ui/settings/design/boxes.h"
-#include "ui/settings/texts.h"
+#include "model/texts/platform_notes.h"
+#include "ui/design/boxes.h"
+#include "ui/design/texts.h"
 
 #include <QStringList>
 

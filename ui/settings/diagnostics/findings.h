@@ -2,8 +2,8 @@
 // whether password fields go unrecognised.
 #pragma once
 
-#include "app/model/app_model.h"
-#include "ui/settings/design/text.h"
+#include "model/app_model.h"
+#include "ui/design/text.h"
 
 #include <QVBoxLayout>
 #include <vector>

@@ -1,6 +1,6 @@
 #include "ui/settings/diagnostics/probe_section.h"
 
-#include "ui/settings/texts.h"
+#include "ui/design/texts.h"
 
 #include <QHBoxLayout>
 #include <QVBoxLayout>

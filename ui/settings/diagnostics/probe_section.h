@@ -1,9 +1,9 @@
 // The check of one key: the user presses the switch key once, and sees what arrived.
 #pragma once
 
-#include "app/model/app_model.h"
-#include "ui/settings/design/buttons.h"
-#include "ui/settings/design/text.h"
+#include "model/app_model.h"
+#include "ui/design/buttons.h"
+#include "ui/design/text.h"
 
 namespace hopsel {
 

@@ -1,8 +1,8 @@
 #include "ui/settings/diagnostics/recording_row.h"
 
-#include "ui/settings/design/boxes.h"
-#include "ui/settings/design/buttons.h"
-#include "ui/settings/texts.h"
+#include "ui/design/boxes.h"
+#include "ui/design/buttons.h"
+#include "ui/design/texts.h"
 
 #include <QHBoxLayout>
 

@@ -1,9 +1,9 @@
 // Whether events are recorded, how many there are, and the button that throws them away.
 #pragma once
 
-#include "app/model/app_model.h"
-#include "ui/settings/design/symbols.h"
-#include "ui/settings/design/text.h"
+#include "model/app_model.h"
+#include "ui/design/symbols.h"
+#include "ui/design/text.h"
 
 namespace hopsel {
 

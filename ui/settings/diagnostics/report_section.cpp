@@ -1,7 +1,7 @@
 #include "ui/settings/diagnostics/report_section.h"
 
-#include "ui/settings/design/buttons.h"
-#include "ui/settings/texts.h"
+#include "ui/design/buttons.h"
+#include "ui/design/texts.h"
 
 #include <QHBoxLayout>
 #include <QVBoxLayout>

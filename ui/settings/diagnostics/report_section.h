@@ -1,10 +1,10 @@
 // The report: to look at before it leaves the program, and the ways out.
 #pragma once
 
-#include "app/model/app_model.h"
-#include "ui/settings/design/boxes.h"
-#include "ui/settings/design/disclosure.h"
-#include "ui/settings/design/reading_text.h"
+#include "model/app_model.h"
+#include "ui/design/boxes.h"
+#include "ui/design/disclosure.h"
+#include "ui/design/reading_text.h"
 
 namespace hopsel {
 

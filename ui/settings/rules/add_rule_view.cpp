@@ -1,14 +1,14 @@
 #include "ui/settings/rules/add_rule_view.h"
 
-#include "ui/l10n/issue_texts.h"
-#include "ui/l10n/l10n.h"
-#include "ui/l10n/platform_notes.h"
-#include "ui/onboarding/source_suggester.h"
-#include "ui/settings/design/boxes.h"
-#include "ui/settings/design/buttons.h"
-#include "ui/settings/design/scroll_bar.h"
-#include "ui/settings/design/source_picker.h"
-#include "ui/settings/design/text.h"
+#include "model/source_suggester.h"
+#include "model/texts/issue_texts.h"
+#include "model/texts/l10n.h"
+#include "model/texts/platform_notes.h"
+#include "ui/design/boxes.h"
+#include "ui/design/buttons.h"
+#include "ui/design/scroll_bar.h"
+#include "ui/design/source_picker.h"
+#include "ui/design/text.h"
 
 #include <QHBoxLayout>
 #include <QHideEvent>

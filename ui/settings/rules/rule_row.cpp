@@ -1,11 +1,11 @@
 #include "ui/settings/rules/rule_row.h"
 
-#include "ui/l10n/l10n.h"
-#include "ui/settings/design/boxes.h"
-#include "ui/settings/design/buttons.h"
-#include "ui/settings/design/source_picker.h"
-#include "ui/settings/design/symbols.h"
-#include "ui/settings/design/text.h"
+#include "model/texts/l10n.h"
+#include "ui/design/boxes.h"
+#include "ui/design/buttons.h"
+#include "ui/design/source_picker.h"
+#include "ui/design/symbols.h"
+#include "ui/design/text.h"
 
 #include <QHBoxLayout>
 #include <algorithm>

@@ -4,7 +4,7 @@
 // Made and owned by the Rules pane, one for each rule, for as long as the rule has the same trigger.
 #pragma once
 
-#include "app/model/app_model.h"
+#include "model/app_model.h"
 #include "ui/settings/rules/rule_row_layout.h"
 
 #include <QWidget>

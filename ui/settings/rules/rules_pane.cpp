@@ -1,10 +1,10 @@
 #include "ui/settings/rules/rules_pane.h"
 
-#include "ui/l10n/l10n.h"
-#include "ui/settings/design/boxes.h"
-#include "ui/settings/design/buttons.h"
-#include "ui/settings/design/sheet.h"
-#include "ui/settings/design/text.h"
+#include "model/texts/l10n.h"
+#include "ui/design/boxes.h"
+#include "ui/design/buttons.h"
+#include "ui/design/sheet.h"
+#include "ui/design/text.h"
 #include "ui/settings/rules/add_rule_view.h"
 #include "ui/settings/rules/rule_row.h"
 

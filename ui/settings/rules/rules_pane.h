@@ -4,9 +4,9 @@
 // the pane at the latest.
 #pragma once
 
-#include "app/adapters/local_key_monitoring.h"
-#include "app/model/app_model.h"
-#include "ui/settings/design/pane_container.h"
+#include "core/platform/local_key_monitoring.h"
+#include "model/app_model.h"
+#include "ui/design/pane_container.h"
 
 #include <QPointer>
 #include <QTimer>

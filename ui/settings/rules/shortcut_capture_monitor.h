@@ -3,8 +3,8 @@
 // Owned by the capture of a trigger. It ends with its owner, which leaves no monitor of the platform running.
 #pragma once
 
-#include "app/adapters/local_key_monitoring.h"
 #include "core/keys/shortcut_key.h"
+#include "core/platform/local_key_monitoring.h"
 
 #include <functional>
 #include <memory>

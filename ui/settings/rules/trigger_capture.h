@@ -5,7 +5,7 @@
 // out of capture and no key is monitored.
 #pragma once
 
-#include "app/model/app_model.h"
+#include "model/app_model.h"
 #include "ui/settings/rules/shortcut_capture_monitor.h"
 
 #include <QObject>

@@ -1,9 +1,0 @@
-#include "core/platform/macos/system_secure_input.h"
-
-#include <Carbon/Carbon.h>
-
-namespace hopsel {
-
-bool SystemSecureInput::isEnabled() const { return IsSecureEventInputEnabled() != 0; }
-
-} // namespace hopsel

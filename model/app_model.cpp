@@ -1,0 +1,154 @@
+#include "model/app_model.h"
+
+#include "core/base/overloaded.h"
+#include "core/diagnostics/diagnostics_recorder.h"
+
+#include <QPointer>
+
+namespace hopsel {
+
+AppModel::AppModel(Parts parts)
+    : parts_(std::move(parts)),
+      engineEnabled_(parts_.preferences->engineEnabled()),
+      showSourceLabel_(parts_.preferences->showCurrentSourceLabel()),
+      onboardingCompleted_(parts_.preferences->onboardingCompleted()) {
+    parts_.engine->setDiagnostics(parts_.diagnostics);
+    parts_.engine->setGuestKey(guestKey);
+    parts_.diagnostics->onChange = parts_.secureInput->onStateChange = [feed = QPointer(&diagnosticsFeed_)] {
+        if (feed) feed->bump();
+    };
+}
+
+void AppModel::start() {
+    loadStore();
+    parts_.engine->setOnEvent([model = QPointer(this)](const EngineEvent& event) {
+        if (model) model->handle(event);
+    });
+    refreshSourceList();
+    takeRules();
+    if (engineEnabled_) parts_.engine->start();
+    refreshEngineState();
+    publish(launchStatus_, parts_.loginItem->status());
+    // Who has rules already needs no introduction.
+    if (!rules_.empty()) markOnboardingCompleted();
+}
+
+void AppModel::loadStore() {
+    try {
+        parts_.store->load();
+    } catch (const StoreError& error) {
+        StoreProblem problem = store_problem::Unreadable{textualDescription(error)};
+        if (const auto* corrupt = std::get_if<store_error::Corrupt>(&error.reason()))
+            problem = store_problem::Corrupt{corrupt->backupPath};
+        else if (const auto* newer = std::get_if<store_error::UnsupportedSchemaVersion>(&error.reason()))
+            problem = store_problem::NewerVersion{newer->version};
+        publish(storeProblem_, problem);
+    } catch (const std::exception& error) {
+        publish(storeProblem_, StoreProblem(store_problem::Unreadable{textualDescription(error)}));
+    }
+}
+
+void AppModel::handle(const EngineEvent& event) {
+    std::visit(
+        Overloaded{
+            [this](const engine_event::StateChanged& changed) { publish(engineState_, changed.state); },
+            [this](const engine_event::Switched& switched) {
+                if (switched.verified) publish(switchCount_, switchCount_ + 1);
+                currentSourceChanged();
+            },
+            [this](const engine_event::ShortcutStatusChanged& changed) {
+                publish(shortcutStatus_, changed.status);
+            },
+            [](const auto&) {}, // the recorder has it
+        },
+        event);
+}
+
+void AppModel::refreshEngineState() {
+    publish(engineState_, parts_.engine->state());
+    publish(shortcutStatus_, parts_.engine->shortcutStatus());
+}
+
+void AppModel::refreshSourceList() {
+    publish(sources_, parts_.directory->enabledSources());
+    currentSourceChanged();
+}
+
+void AppModel::systemEvent(SystemEvent event) { parts_.engine->handle(event); }
+
+void AppModel::sourcesChanged() {
+    refreshSourceList();
+    parts_.engine->refreshSources();
+}
+
+void AppModel::currentSourceChanged() { publish(currentSourceID_, parts_.directory->currentID()); }
+
+void AppModel::frontmostAppChanged(const std::optional<std::string>& bundleID) {
+    parts_.engine->setFrontmostRemoteKind(
+        remote_apps::kind(bundleID ? std::optional<std::string_view>(*bundleID) : std::nullopt));
+}
+
+void AppModel::retryPermissionIfNeeded() {
+    if (!engineEnabled_) return;
+    if (std::holds_alternative<engine_state::Degraded>(parts_.engine->state())) parts_.engine->start();
+    parts_.engine->retryShortcutIfNeeded();
+    refreshEngineState();
+}
+
+void AppModel::setEngineEnabled(bool on) {
+    publish(engineEnabled_, on);
+    parts_.preferences->setEngineEnabled(on);
+    if (on)
+        parts_.engine->start();
+    else
+        parts_.engine->stop();
+    refreshEngineState();
+}
+
+void AppModel::setShowSourceLabel(bool on) {
+    publish(showSourceLabel_, on);
+    parts_.preferences->setShowCurrentSourceLabel(on);
+}
+
+void AppModel::setLaunchAtLogin(bool on) {
+    try {
+        parts_.loginItem->setEnabled(on);
+    } catch (const std::exception&) { // NOLINT(bugprone-empty-catch)
+        // Whether it worked is read below; the switch shows it.
+    }
+    publish(launchStatus_, parts_.loginItem->status());
+}
+
+void AppModel::requestAccessibilityAccess() {
+    parts_.settings->requestAccessibility();
+    parts_.settings->openAccessibility();
+}
+
+void AppModel::requestInputMonitoringAccess() {
+    parts_.settings->requestInputMonitoring();
+    parts_.settings->openInputMonitoring();
+}
+
+void AppModel::perform(MenuAction action) {
+    switch (action) {
+    case MenuAction::toggleEngine: setEngineEnabled(!engineEnabled_); break;
+    case MenuAction::toggleLaunchAtLogin: setLaunchAtLogin(launchStatus_ != LoginItemStatus::enabled); break;
+    case MenuAction::openPrivacySettings: parts_.settings->openInputMonitoring(); break;
+    case MenuAction::openAccessibilitySettings: parts_.settings->openAccessibility(); break;
+    case MenuAction::openSettings:
+    case MenuAction::openBugReport:
+    case MenuAction::quit: break;
+    }
+}
+
+void AppModel::setOnboardingCompleted(bool completed) {
+    publish(onboardingCompleted_, completed);
+    parts_.preferences->setOnboardingCompleted(completed);
+}
+
+void AppModel::runOnboardingAgain() {
+    resetOnboarding();
+    if (onRequestOnboarding) onRequestOnboarding();
+}
+
+} // namespace hopsel

@@ -1,0 +1,182 @@
+// The one observable object between the engine, the settings file and every view.
+//
+// It owns the state that menu and windows draw, turns what the user wants into edits of the store and
+// commands to the engine, and derives what is displayed. Made and owned by start-up, which then calls
+// `start`; main thread. It reaches engine and platform through interfaces only. The engine's and the
+// recorder's callbacks hold it weakly.
+#pragma once
+
+#include "core/diagnostics/conflict_analyzer.h"
+#include "core/diagnostics/known_apps.h"
+#include "core/engine/engine_controlling.h"
+#include "core/platform/input_source_directory.h"
+#include "core/platform/login_item.h"
+#include "core/platform/preferences_storing.h"
+#include "core/platform/report_delivering.h"
+#include "core/platform/running_apps.h"
+#include "core/platform/secure_input.h"
+#include "core/platform/system_settings_opening.h"
+#include "core/rules/rule_health.h"
+#include "core/rules/rule_store.h"
+#include "model/diagnostics_environment.h"
+#include "model/diagnostics_feed.h"
+#include "model/menu/menu_model.h"
+#include "model/menu/status_item_presenter.h"
+#include "model/model_results.h"
+#include "model/observable_object.h"
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace hopsel {
+
+class AppModel final : public ObservableObject {
+  public:
+    struct Parts {
+        std::shared_ptr<RuleStore> store;
+        std::shared_ptr<EngineControlling> engine;
+        std::shared_ptr<InputSourceDirectory> directory;
+        std::shared_ptr<LoginItemControlling> loginItem;
+        std::shared_ptr<SystemSettingsOpening> settings;
+        std::shared_ptr<PreferencesStoring> preferences;
+        std::string appVersion;
+        /// Is the combination the system's own key for switching input sources?
+        std::function<bool(const ShortcutKey&)> systemShortcutConflict;
+        std::shared_ptr<DiagnosticsRecorder> diagnostics;
+        std::shared_ptr<RunningAppsProviding> runningApps;
+        std::shared_ptr<ReportDelivering> reportDelivery;
+        std::shared_ptr<SecureInputProviding> secureInput;
+        DiagnosticsEnvironment environment;
+    };
+
+    /// Sent to a virtual machine instead of switching here: Control+Space.
+    static constexpr ShortcutKey guestKey{49, {ModifierKey::leftControl}};
+
+    /// Gives the engine recorder and guest key; neither loads the rules nor starts anything.
+    explicit AppModel(Parts parts);
+
+    // app_model.cpp: start-up, the engine and the platform's observers
+    void start();
+    void systemEvent(SystemEvent event);
+    void sourcesChanged();
+    void currentSourceChanged();
+    void frontmostAppChanged(const std::optional<std::string>& bundleID);
+    void retryPermissionIfNeeded();
+
+    // app_model.cpp: switches and settings
+    void setEngineEnabled(bool on);
+    void setShowSourceLabel(bool on);
+    void setLaunchAtLogin(bool on);
+    bool accessibilityGranted() const { return parts_.settings->accessibilityGranted(); }
+    void requestAccessibilityAccess();
+    void requestInputMonitoringAccess();
+    void openInputMonitoringSettings() { parts_.settings->openInputMonitoring(); }
+    void openLoginItemsSettings() { parts_.settings->openLoginItems(); }
+    /// Opening the settings or the bug report and quitting are the status item's own affair.
+    void perform(MenuAction action);
+    void markOnboardingCompleted() { setOnboardingCompleted(true); }
+    void resetOnboarding() { setOnboardingCompleted(false); }
+    void runOnboardingAgain();
+    std::function<void()> onRequestOnboarding;
+
+    // app_model_rules.cpp: editing rules. Nothing is edited while there is a store problem.
+    bool canEditRules() const { return !storeProblem_; }
+    std::vector<InputSourceInfo> selectableSources() const;
+    std::vector<RuleIssue> previewIssues(const Trigger& trigger, const InputSourceInfo& a,
+                                         const InputSourceInfo& b) const;
+    EditResult addRule(const Trigger& trigger, const InputSourceInfo& a, const InputSourceInfo& b);
+    EditResult updateSources(const std::string& ruleID, const InputSourceInfo& a, const InputSourceInfo& b);
+    bool removeRule(const std::string& id);
+    bool setRuleEnabled(const std::string& id, bool enabled);
+    /// For who shows the warnings, to call now and then: nobody tells when the system's own shortcuts change.
+    /// Observers hear of it if a rule's warning came or went.
+    void refreshConflicts();
+    std::optional<RuleWarning> warning(const Trigger& trigger, bool enabled) const;
+    RuleHealth health(const Rule& rule) const;
+    /// False when the engine is not running; the handler then stays uncalled.
+    bool captureTrigger(EngineControlling::CaptureHandler handler);
+    void cancelCapture() { parts_.engine->cancelTriggerCapture(); }
+
+    // app_model_display.cpp: what is shown, computed on every read
+    std::optional<InputSourceInfo> currentSource() const;
+    std::optional<std::string> currentSourceName() const;
+    std::optional<std::string> currentSourceLabel() const;
+    std::string ruleLine(const Rule& rule) const;
+    StatusLine statusLine() const;
+    MenuState menuState() const;
+    std::optional<StatusBadge> currentSourcePair() const;
+    StatusItemAppearance statusItemAppearance() const;
+
+    // app_model_diagnostics.cpp: recording, probe and report
+    void setDiagnosticsVisible(bool visible);
+    /// The trigger under test: that of the first enabled modifier-tap rule.
+    std::optional<ModifierKey> probeTrigger() const;
+    void startProbe();
+    /// Absent until a probe was started.
+    std::optional<ProbeResult> probeResult() const;
+    std::vector<ConflictWarning> diagnosticWarnings() const;
+    SecureInputState secureInputState() const { return parts_.secureInput->state(); }
+    std::string buildReport() const;
+    void saveReport();
+    void copyReport();
+    void composeReportMail();
+
+    const std::vector<Rule>& rules() const { return rules_; }
+    const std::vector<InputSourceInfo>& sources() const { return sources_; }
+    const std::optional<std::string>& currentSourceID() const { return currentSourceID_; }
+    const EngineState& engineState() const { return engineState_; }
+    ShortcutStatus shortcutStatus() const { return shortcutStatus_; }
+    bool engineEnabled() const { return engineEnabled_; }
+    LoginItemStatus launchStatus() const { return launchStatus_; }
+    const std::optional<StoreProblem>& storeProblem() const { return storeProblem_; }
+    bool showSourceLabel() const { return showSourceLabel_; }
+    bool onboardingCompleted() const { return onboardingCompleted_; }
+    /// Verified switches since launch.
+    int switchCount() const { return switchCount_; }
+    const std::vector<KnownApp>& detectedApps() const { return detectedApps_; }
+    const std::optional<std::filesystem::path>& lastSavedReport() const { return lastSavedReport_; }
+    bool reportCopied() const { return reportCopied_; }
+
+    DiagnosticsRecorder& diagnostics() const { return *parts_.diagnostics; }
+    DiagnosticsFeed& diagnosticsFeed() { return diagnosticsFeed_; }
+    const std::string& appVersion() const { return parts_.appVersion; }
+
+  private:
+    void loadStore();
+    void handle(const EngineEvent& event);
+    void refreshEngineState();
+    void refreshSourceList();
+    void setOnboardingCompleted(bool completed);
+    template <class Edit>
+    EditResult edit(Edit&& change);
+    void takeRules();
+    const InputSourceInfo* listed(const std::string& id) const;
+    std::string currentName(const InputSourceRef& ref) const;
+    std::string label(const InputSourceRef& ref) const;
+
+    Parts parts_;
+    DiagnosticsFeed diagnosticsFeed_;
+    std::optional<double> probeStart_; ///< on the engine's clock
+
+    std::vector<Rule> rules_;
+    std::vector<InputSourceInfo> sources_;
+    std::optional<std::string> currentSourceID_;
+    EngineState engineState_;
+    ShortcutStatus shortcutStatus_ = ShortcutStatus::notNeeded;
+    bool engineEnabled_;
+    LoginItemStatus launchStatus_ = LoginItemStatus::disabled;
+    std::optional<StoreProblem> storeProblem_;
+    bool showSourceLabel_;
+    bool onboardingCompleted_;
+    int switchCount_ = 0;
+    std::vector<KnownApp> detectedApps_;
+    std::optional<std::filesystem::path> lastSavedReport_;
+    bool reportCopied_ = false;
+    std::vector<std::string> conflictingRules_; ///< ids
+};
+
+} // namespace hopsel

@@ -1,0 +1,102 @@
+// What menu, status item and windows show of the state.
+#include "core/base/overloaded.h"
+#include "model/app_model.h"
+#include "model/menu/source_label.h"
+#include "model/texts/l10n.h"
+
+#include <algorithm>
+
+namespace hopsel {
+
+namespace {
+
+const action::Toggle& toggleOf(const Rule& rule) { return std::get<action::Toggle>(rule.action); }
+
+} // namespace
+
+const InputSourceInfo* AppModel::listed(const std::string& id) const {
+    const auto found = std::find_if(sources_.begin(), sources_.end(),
+                                    [&](const InputSourceInfo& source) { return source.id == id; });
+    return found != sources_.end() ? &*found : nullptr;
+}
+
+std::optional<InputSourceInfo> AppModel::currentSource() const {
+    const InputSourceInfo* source = currentSourceID_ ? listed(*currentSourceID_) : nullptr;
+    if (source == nullptr) return std::nullopt;
+    return *source;
+}
+
+std::optional<std::string> AppModel::currentSourceName() const {
+    const auto source = currentSource();
+    if (!source) return std::nullopt;
+    return source->name;
+}
+
+std::optional<std::string> AppModel::currentSourceLabel() const {
+    const auto source = currentSource();
+    if (!source) return std::nullopt;
+    return source_label::label(source->languages, source->name);
+}
+
+std::string AppModel::currentName(const InputSourceRef& ref) const {
+    const InputSourceInfo* source = listed(ref.sourceId);
+    return source != nullptr ? source->name : ref.displayName;
+}
+
+std::string AppModel::label(const InputSourceRef& ref) const {
+    const InputSourceInfo* source = listed(ref.sourceId);
+    return source != nullptr ? source_label::label(source->languages, source->name)
+                             : source_label::label({}, ref.displayName);
+}
+
+std::string AppModel::ruleLine(const Rule& rule) const {
+    return l10n::triggerName(rule.trigger) + "  " + currentName(toggleOf(rule).sourceA) + " ⇄ " +
+           currentName(toggleOf(rule).sourceB);
+}
+
+StatusLine AppModel::statusLine() const {
+    if (storeProblem_) return StatusLine::configProblem;
+    if (!engineEnabled_) return StatusLine::paused;
+    return std::visit(Overloaded{
+                          [](const engine_state::Stopped&) { return StatusLine::starting; },
+                          [](const engine_state::Degraded& degraded) {
+                              return degraded.reason == DegradedReason::permissionMissing
+                                         ? StatusLine::permissionMissing
+                                         : StatusLine::tapDisabled;
+                          },
+                          [this](const engine_state::Running&) {
+                              return shortcutStatus_ == ShortcutStatus::unavailable
+                                         ? StatusLine::accessibilityMissing
+                                         : StatusLine::ok;
+                          },
+                      },
+                      engineState_);
+}
+
+MenuState AppModel::menuState() const {
+    MenuState state;
+    state.engineEnabled = engineEnabled_;
+    state.status = statusLine();
+    state.currentInputName = currentSourceName();
+    for (const Rule& rule : rules_) state.ruleLines.push_back(ruleLine(rule));
+    state.launchAtLogin = launchStatus_ == LoginItemStatus::enabled;
+    return state;
+}
+
+std::optional<StatusBadge> AppModel::currentSourcePair() const {
+    if (!currentSourceID_) return std::nullopt;
+    for (const Rule& rule : rules_) {
+        const action::Toggle& toggle = toggleOf(rule);
+        const bool isFirst = toggle.sourceA.sourceId == *currentSourceID_;
+        if (rule.enabled && (isFirst || toggle.sourceB.sourceId == *currentSourceID_))
+            return StatusBadge{label(toggle.sourceA), label(toggle.sourceB), isFirst};
+    }
+    return std::nullopt;
+}
+
+StatusItemAppearance AppModel::statusItemAppearance() const {
+    return status_item_presenter::appearance(statusLine(), showSourceLabel_, currentSourceLabel(),
+                                             currentSourcePair());
+}
+
+} // namespace hopsel

@@ -1,0 +1,114 @@
+// Editing the rules: through the store, then to the engine.
+#include "model/app_model.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace hopsel {
+
+namespace {
+
+constexpr const char* settingsUnavailable = "settings unavailable";
+
+Action toggle(const InputSourceInfo& a, const InputSourceInfo& b) {
+    return action::Toggle{{a.id, a.name}, {b.id, b.name}};
+}
+
+} // namespace
+
+std::vector<InputSourceInfo> AppModel::selectableSources() const {
+    std::vector<InputSourceInfo> selectable;
+    std::copy_if(sources_.begin(), sources_.end(), std::back_inserter(selectable),
+                 [](const InputSourceInfo& source) { return source.isSelectCapable; });
+    return selectable;
+}
+
+std::vector<RuleIssue> AppModel::previewIssues(const Trigger& trigger, const InputSourceInfo& a,
+                                               const InputSourceInfo& b) const {
+    return rule_validator::issues({"preview", true, trigger, toggle(a, b)}, parts_.store->config().rules);
+}
+
+EditResult AppModel::addRule(const Trigger& trigger, const InputSourceInfo& a, const InputSourceInfo& b) {
+    const EditResult result = edit([&](RuleStore& store) { store.add(Rule::make(trigger, toggle(a, b))); });
+    if (std::holds_alternative<edit_result::Added>(result) &&
+        std::holds_alternative<trigger::Shortcut>(trigger) && !accessibilityGranted())
+        requestAccessibilityAccess();
+    return result;
+}
+
+EditResult AppModel::updateSources(const std::string& ruleID, const InputSourceInfo& a,
+                                   const InputSourceInfo& b) {
+    const std::vector<Rule>& stored = parts_.store->config().rules;
+    const auto found =
+        std::find_if(stored.begin(), stored.end(), [&](const Rule& rule) { return rule.id == ruleID; });
+    if (canEditRules() && found == stored.end()) return edit_result::Failed{"rule not found"};
+    return edit([&](RuleStore& store) {
+        Rule changed = *found;
+        changed.action = toggle(a, b);
+        store.update(changed);
+    });
+}
+
+bool AppModel::removeRule(const std::string& id) {
+    return std::holds_alternative<edit_result::Added>(edit([&](RuleStore& store) { store.remove(id); }));
+}
+
+bool AppModel::setRuleEnabled(const std::string& id, bool enabled) {
+    return std::holds_alternative<edit_result::Added>(
+        edit([&](RuleStore& store) { store.setEnabled(id, enabled); }));
+}
+
+template <class Edit>
+EditResult AppModel::edit(Edit&& change) {
+    if (!canEditRules()) return edit_result::Failed{settingsUnavailable};
+    try {
+        change(*parts_.store);
+    } catch (const StoreError& error) {
+        if (const auto* invalid = std::get_if<store_error::Invalid>(&error.reason()))
+            return edit_result::Invalid{invalid->issues};
+        return edit_result::Failed{textualDescription(error)};
+    } catch (const std::exception& error) {
+        return edit_result::Failed{textualDescription(error)};
+    }
+    takeRules();
+    refreshEngineState();
+    return edit_result::Added{};
+}
+
+void AppModel::takeRules() {
+    publish(rules_, parts_.store->config().rules);
+    parts_.engine->apply(parts_.store->config());
+    refreshConflicts(); // what is shown from here on is what the next look is compared with
+}
+
+void AppModel::refreshConflicts() {
+    std::vector<std::string> conflicting;
+    for (const Rule& rule : rules_) {
+        if (warning(rule.trigger, false)) conflicting.push_back(rule.id);
+    }
+    publish(conflictingRules_, std::move(conflicting));
+}
+
+std::optional<RuleWarning> AppModel::warning(const Trigger& trigger, bool enabled) const {
+    const auto* shortcut = std::get_if<trigger::Shortcut>(&trigger);
+    if (shortcut == nullptr) return std::nullopt;
+    if (enabled && shortcutStatus_ == ShortcutStatus::unavailable) return RuleWarning::needsAccessibility;
+    if (parts_.systemShortcutConflict(shortcut->key)) return RuleWarning::systemShortcutConflict;
+    return std::nullopt;
+}
+
+RuleHealth AppModel::health(const Rule& rule) const {
+    std::set<std::string> available;
+    for (const InputSourceInfo& source : sources_) {
+        if (source.isSelectCapable) available.insert(source.id);
+    }
+    return rule_health_checker::health(rule, available);
+}
+
+bool AppModel::captureTrigger(EngineControlling::CaptureHandler handler) {
+    if (!std::holds_alternative<engine_state::Running>(parts_.engine->state())) return false;
+    parts_.engine->beginTriggerCapture(std::move(handler));
+    return true;
+}
+
+} // namespace hopsel

@@ -1,0 +1,39 @@
+// Secure text entry on Linux: a password field has the focus, as programs tell through the desktop's
+// accessibility service.
+//
+// Made by the platform and shared with the engine; lives on the main thread and needs its event loop. As good
+// as what programs tell: a field that had the focus before the service was found, and programs that describe
+// nothing, count as no password. Whoever watches windows and the clock calls `windowChanged` and `retry`.
+#pragma once
+
+#include "core/platform/log.h"
+#include "core/platform/secure_input.h"
+#include "platform/linux/accessibility/accessibility_bus.h"
+#include "platform/linux/accessibility/password_focus.h"
+
+#include <memory>
+
+namespace hopsel {
+
+class AtspiSecureInput final : public SecureInputProviding {
+  public:
+    AtspiSecureInput(const QDBusConnection& sessionBus, Log& log);
+
+    bool isEnabled() const override { return focus_ && focus_->isPassword(); }
+    SecureInputState state() const override { return state_; }
+
+    /// Another window may have come to the front.
+    void windowChanged();
+    /// Every two seconds: looks for a lost bus again, and asks the focused field whether it still is.
+    void retry();
+
+  private:
+    void update();
+
+    Log& log_;
+    SecureInputState state_ = SecureInputState::unavailable;
+    std::unique_ptr<PasswordFocus> focus_;
+    AccessibilityBus bus_; ///< last: it tells of itself, also while it is made
+};
+
+} // namespace hopsel

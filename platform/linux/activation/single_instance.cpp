@@ -1,0 +1,42 @@
+#include "platform/linux/activation/single_instance.h"
+
+#include "platform/linux/activation/activation_server.h"
+
+#include <QDir>
+#include <unistd.h>
+
+namespace hopsel {
+
+namespace {
+
+QString lockPath() {
+    QString display = qEnvironmentVariable("DISPLAY");
+    if (display.endsWith(".0")) display.chop(2); // the first screen of the same display
+    display.replace('/', '_');
+    const QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    if (!folder.isEmpty()) return folder + "/hopsel" + display + ".lock";
+    return QDir::tempPath() + "/hopsel-" + QString::number(getuid()) + display + ".lock";
+}
+
+} // namespace
+
+SingleInstance::SingleInstance() : lock_(lockPath()) {
+    // Never stale by age: the program runs for weeks. The process identifier in the file decides.
+    lock_.setStaleLockTime(0);
+}
+
+bool SingleInstance::acquire() {
+    return lock_.isLocked() || lock_.tryLock(0) || lock_.error() != QLockFile::LockFailedError;
+}
+
+std::optional<qint64> SingleInstance::otherProcess() const {
+    qint64 process = 0;
+    QString host;
+    QString application;
+    if (!lock_.getLockInfo(&process, &host, &application)) return std::nullopt;
+    return process;
+}
+
+bool SingleInstance::activateOther() const { return activateRunningCopy(QDBusConnection::sessionBus()); }
+
+} // namespace hopsel

@@ -1,0 +1,94 @@
+#include "platform/linux/base/main_loop.h"
+
+#include <QAbstractEventDispatcher>
+#include <QCoreApplication>
+#include <QEvent>
+#include <QTimer>
+#include <cmath>
+#include <ctime>
+#include <poll.h>
+#include <utility>
+
+namespace hopsel {
+
+namespace {
+
+const QEvent::Type scheduledType = static_cast<QEvent::Type>(QEvent::registerEventType());
+
+class ScheduledEvent final : public QEvent {
+  public:
+    explicit ScheduledEvent(std::function<void()> function)
+        : QEvent(scheduledType), function_(std::move(function)) {}
+    void run() const { function_(); }
+
+  private:
+    std::function<void()> function_;
+};
+
+/// A quit was asked for while a scheduled function waited.
+bool quitDuringWait = false;
+
+class ScheduledReceiver final : public QObject {
+  public:
+    bool event(QEvent* event) override {
+        if (event->type() != scheduledType) return QObject::event(event);
+        ++depth_;
+        static_cast<ScheduledEvent*>(event)->run();
+        if (--depth_ == 0 && std::exchange(quitDuringWait, false)) {
+            // The turns of the wait took back what would keep the loop that quits from waiting once more.
+            QAbstractEventDispatcher::instance()->interrupt();
+        }
+        return true;
+    }
+
+  private:
+    int depth_ = 0;
+};
+
+ScheduledReceiver& receiver() {
+    static ScheduledReceiver instance; // lives in the thread of the first call: the main thread
+    return instance;
+}
+
+class QuitWatcher final : public QObject {
+  public:
+    QuitWatcher() { QCoreApplication::instance()->installEventFilter(this); }
+    ~QuitWatcher() override { QCoreApplication::instance()->removeEventFilter(this); }
+
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Quit) quitDuringWait = true;
+        return false;
+    }
+};
+
+} // namespace
+
+double uptimeSeconds() {
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
+}
+
+void schedule(std::function<void()> function) {
+    QCoreApplication::postEvent(&receiver(), new ScheduledEvent(std::move(function)), Qt::HighEventPriority);
+}
+
+void runScheduled() { QCoreApplication::sendPostedEvents(&receiver(), scheduledType); }
+
+void runFor(double seconds) {
+    const int milliseconds = static_cast<int>(std::ceil(std::fmax(seconds, 0) * 1000));
+    if (QCoreApplication::instance() == nullptr) {
+        poll(nullptr, 0, milliseconds); // the program is coming down, but whoever waits must not spin
+        return;
+    }
+    // `processEvents` with a time limit spins until the limit; a turn that may wait, and a timer to end it,
+    // wait.
+    QTimer limit;
+    limit.setSingleShot(true);
+    limit.setTimerType(Qt::PreciseTimer);
+    limit.start(milliseconds);
+    const QuitWatcher watcher;
+    QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+}
+
+} // namespace hopsel

@@ -1,0 +1,48 @@
+// GNOME's input sources, which can be listed but not switched.
+//
+// GNOME's shell is the only one that switches them. It offers other programs no call for it, ignores what is
+// written to its settings' `current`, and applies its own choice again at the next change of focus when
+// another program makes an IBus engine the current one. So every request is refused, plainly, and the sources
+// are told to be not select-capable.
+//
+// The current source is the first of the settings' `mru-sources` that is still in the list: the shell writes
+// them at each switch of the user's and, when the list changes, itself goes to the first one that is left. It
+// keeps no such record when each window has its own source; then the current one is not known. While a
+// password is typed the shell puts IBus sources aside without a record, and the one before is told.
+//
+// Made by start-up, owned by the session's catalog; needs the event loop. Main thread.
+#pragma once
+
+#include "platform/linux/base/coalescing_timer.h"
+#include "platform/linux/bus/session_service.h"
+#include "platform/linux/desktops/gnome_settings.h"
+#include "platform/linux/desktops/remembered_framework.h"
+
+#include <QObject>
+#include <QStringList>
+
+namespace hopsel {
+
+class GnomeSources final : public QObject, public RememberedFramework {
+    Q_OBJECT
+
+  public:
+    GnomeSources();
+
+    /// `NotFound` or `Failed`.
+    SelectResult select(const std::string& id) override;
+    /// Also reads the settings again, for storages that do not tell of changes.
+    void retry() override;
+
+  private:
+    Q_SLOT void settingsChanged(const QString& path, const QStringList& keys, const QString& tag);
+    void followOwner();
+    void read();
+
+    GnomeSettings settings_;
+    std::optional<GnomeSettings::Values> told_;
+    CoalescingTimer refresh_;
+    SessionService shell_;
+};
+
+} // namespace hopsel

@@ -1,0 +1,186 @@
+#include "platform/linux/desktops/kde_layouts.h"
+
+#include "platform/linux/base/told_text.h"
+#include "platform/linux/desktops/layout_names.h"
+#include "platform/linux/sources/platform_errors.h"
+
+#include <QDBusArgument>
+#include <algorithm>
+
+namespace hopsel {
+
+namespace {
+
+const QString path = QStringLiteral("/Layouts");
+const QString interface = QStringLiteral("org.kde.KeyboardLayouts");
+constexpr const char* sourceType = "KDELayout";
+
+/// For each layout: short name, label, localized name.
+std::optional<QList<QStringList>> layoutsIn(const QDBusMessage& reply) {
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.signature() != u"a(sss)") return std::nullopt;
+    QList<QStringList> layouts;
+    const auto list = reply.arguments().constFirst().value<QDBusArgument>();
+    const QDBusArgument& reader = list; // the non-const functions write
+    reader.beginArray();
+    while (!reader.atEnd() && layouts.size() < qsizetype{told_text::maxSources}) {
+        QString layout;
+        QString label;
+        QString name;
+        reader.beginStructure();
+        reader >> layout >> label >> name;
+        reader.endStructure();
+        layouts.append({layout, label, name});
+    }
+    reader.endArray();
+    return layouts;
+}
+
+std::string idOf(const std::string& layout, const std::string& label, const std::string& name) {
+    if (layout.empty() && label.empty()) return name.empty() ? "" : "kde:" + name;
+    return "kde:" + layout + (label.empty() || label == layout ? "" : ":" + label);
+}
+
+} // namespace
+
+KdeLayouts::KdeLayouts() : service_("org.kde.keyboard", [this] { followOwner(); }) {}
+
+void KdeLayouts::retry() {
+    service_.retry();
+    if (!service_.owner().isEmpty() && !isInCharge() && !isAsking_) ask();
+}
+
+void KdeLayouts::followOwner() {
+    listenTo(service_.owner());
+    isAsking_ = isOutdated_ = false;
+    wanted_.reset();
+    told_.clear();
+    ids_.clear();
+    sources_.clear();
+    if (service_.owner().isEmpty()) {
+        forget(select_result::Failed{platform_error::frameworkGone});
+        return;
+    }
+    ask();
+}
+
+void KdeLayouts::listenTo(const QString& owner) {
+    QDBusConnection& bus = service_.bus();
+    const char* const changed = SLOT(layoutChanged(unsigned int));
+    const char* const listChanged = SLOT(layoutListChanged());
+    if (!listenedTo_.isEmpty()) {
+        bus.disconnect(listenedTo_, path, interface, "layoutChanged", this, changed);
+        bus.disconnect(listenedTo_, path, interface, "layoutListChanged", this, listChanged);
+    }
+    listenedTo_ = owner;
+    if (owner.isEmpty()) return;
+    bus.connect(owner, path, interface, "layoutChanged", this, changed);
+    bus.connect(owner, path, interface, "layoutListChanged", this, listChanged);
+}
+
+void KdeLayouts::call(const char* method, const QVariantList& arguments, SessionService::Answer onAnswer) {
+    service_.call(path, interface, method, arguments, std::move(onAnswer));
+}
+
+void KdeLayouts::ask() {
+    if (std::exchange(isAsking_, true)) {
+        isOutdated_ = true;
+        return;
+    }
+    isOutdated_ = false;
+    call("getLayoutsList", {}, [this](const QDBusMessage& reply) { takeList(reply); });
+}
+
+void KdeLayouts::takeList(const QDBusMessage& reply) {
+    const auto told = layoutsIn(reply);
+    if (!told) {
+        isAsking_ = false; // `retry` asks again
+        wanted_.reset();
+        forget(select_result::Failed{platform_error::frameworkRefused});
+        return;
+    }
+    if (*told != told_) {
+        told_ = *told;
+        std::vector<std::string> names;
+        std::vector<XkbLayout> layouts;
+        ids_.clear();
+        for (const QStringList& layout : told_) {
+            layouts.push_back({told_text::plain(layout[0]), ""});
+            const std::string label = told_text::plain(layout[1]);
+            names.push_back(told_text::plain(layout[2]));
+            ids_.push_back(idOf(layouts.back().layout, label, names.back()));
+        }
+        ids_ = told_text::distinct(std::move(ids_));
+        // The short name is that of the variants as well, which may have another language.
+        const auto byName = layout_names::describe(names);
+        const auto byLayout = XkbLayoutRegistry().describe(layouts);
+        sources_.clear();
+        for (std::size_t i = 0; i < ids_.size(); ++i) {
+            if (ids_[i].empty()) continue;
+            sources_.push_back({ids_[i], names[i].empty() ? ids_[i] : names[i], sourceType,
+                                byName[i] ? byName[i]->languages : byLayout[i].languages, true});
+        }
+    }
+    // Asked only now: whatever is signalled before the answer comes is older than it.
+    call("getLayout", {}, [this](const QDBusMessage& answer) { takeIndex(answer); });
+}
+
+void KdeLayouts::takeIndex(const QDBusMessage& reply) {
+    isAsking_ = false;
+    if (isOutdated_) {
+        ask();
+        return;
+    }
+    std::optional<std::string> current;
+    if (reply.type() == QDBusMessage::ReplyMessage && reply.signature() == u"u")
+        current = idAt(reply.arguments().constFirst().toUInt());
+    if (const auto id = std::exchange(wanted_, std::nullopt)) send(*id);
+    remember({!sources_.empty(), sources_, current});
+}
+
+std::optional<std::string> KdeLayouts::idAt(std::size_t index) const {
+    if (index >= ids_.size() || ids_[index].empty()) return std::nullopt;
+    return ids_[index];
+}
+
+void KdeLayouts::layoutChanged(unsigned int index) {
+    if (!isAsking_ && isInCharge()) remember({true, state().sources, idAt(index)});
+}
+
+void KdeLayouts::layoutListChanged() { ask(); }
+
+SelectResult KdeLayouts::select(const std::string& id) {
+    if (service_.owner().isEmpty()) return select_result::Failed{platform_error::frameworkGone};
+    const auto isIt = [&id](const InputSourceInfo& source) { return source.id == id; };
+    if (std::none_of(state().sources.begin(), state().sources.end(), isIt)) return select_result::NotFound{};
+    accept(id);
+    ++requestCount_;
+    wanted_.reset();
+    if (isAsking_)
+        wanted_ = id; // its position may be another by now
+    else
+        send(id);
+    return select_result::Selected{};
+}
+
+void KdeLayouts::send(const std::string& id) {
+    const auto found = std::find(ids_.begin(), ids_.end(), id);
+    if (found == ids_.end()) {
+        refuse(select_result::NotFound{});
+        return;
+    }
+    const auto index = static_cast<unsigned int>(std::distance(ids_.begin(), found));
+    call("setLayout", {index}, [this, id, count = requestCount_](const QDBusMessage& reply) {
+        if (count == requestCount_) takeAnswer(reply, id);
+    });
+}
+
+void KdeLayouts::takeAnswer(const QDBusMessage& reply, const std::string& id) {
+    const bool isDone = reply.type() == QDBusMessage::ReplyMessage && reply.signature() == u"b" &&
+                        reply.arguments().constFirst().toBool();
+    if (!isDone)
+        refuse(select_result::Failed{platform_error::frameworkRefused});
+    else if (state().currentID != id)
+        ask(); // no signal has come: read it back
+}
+
+} // namespace hopsel

@@ -1,0 +1,45 @@
+// Notices that Fcitx5 has written the file with the groups of input methods: no signal of it tells so.
+//
+// Owned by the input sources. The file and its folders may come, go and come back; Fcitx5 replaces the file
+// as a whole, so it is the folder that is watched, or the nearest above it that is there. Main thread.
+#pragma once
+
+#include "platform/linux/base/coalescing_timer.h"
+
+#include <QFileSystemWatcher>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <sys/stat.h>
+
+namespace hopsel {
+
+class FcitxProfileWatch {
+  public:
+    /// `onChanged` is called from the event loop, once for a burst.
+    FcitxProfileWatch(std::filesystem::path profile, std::function<void()> onChanged);
+
+    /// The file of this user.
+    static std::filesystem::path defaultProfile();
+
+  private:
+    struct Version {
+        ino_t file = 0;
+        off_t size = 0;
+        std::int64_t seconds = 0;
+        std::int64_t nanoseconds = 0;
+        friend bool operator==(const Version&, const Version&) = default;
+    };
+    std::optional<Version> version() const;
+    void follow();
+    void look();
+
+    std::filesystem::path profile_;
+    std::function<void()> onChanged_;
+    std::optional<Version> version_;
+    CoalescingTimer timer_;
+    QFileSystemWatcher watcher_;
+};
+
+} // namespace hopsel

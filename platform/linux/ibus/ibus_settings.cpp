@@ -1,0 +1,43 @@
+#include "platform/linux/ibus/ibus_settings.h"
+
+#include "platform/linux/ibus/ibus_engine.h"
+
+#include <string_view>
+#include <utility>
+
+namespace hopsel {
+
+IbusSettings::IbusSettings(const QDBusConnection& sessionBus, std::function<void()> onChanged)
+    : bus_(sessionBus), onChanged_(std::move(onChanged)), values_(stored()) {
+    bus_.connect(QString(), "/ca/desrt/dconf/Writer/user", "ca.desrt.dconf.Writer", "Notify", this,
+                 SLOT(noteChange()));
+}
+
+void IbusSettings::read() {
+    Values now = stored();
+    if (now == values_) return;
+    values_ = std::move(now);
+    onChanged_();
+}
+
+IbusSettings::Values IbusSettings::stored() {
+    using Texts = std::vector<std::string>;
+    Values values;
+    for (const std::string& told : general_.texts("preload-engines").value_or(Texts())) {
+        const QString id = QString::fromStdString(told);
+        const auto count = static_cast<std::size_t>(values.engines.size());
+        if (ibus_engine::isUsableID(id) && count < ibus_engine::maxEngines && !values.engines.contains(id))
+            values.engines << id;
+    }
+    for (const std::string& told : general_.texts("xkb-latin-layouts").value_or(Texts()))
+        values.layoutsWithoutLatin.push_back(ibus_engine::layout(QString::fromStdString(told)));
+    values.keepsSystemLayout = general_.flag("use-system-keyboard-layout");
+    values.runsXmodmap = general_.flag("use-xmodmap");
+    const auto mode = hangul_.value("initial-input-mode", G_VARIANT_TYPE_STRING);
+    const bool startsInHangul =
+        mode && std::string_view(g_variant_get_string(mode.get(), nullptr)) == "hangul";
+    values.hangulStartsInLatin = !startsInHangul && !hangul_.flag("disable-latin-mode");
+    return values;
+}
+
+} // namespace hopsel

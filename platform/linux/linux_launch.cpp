@@ -1,0 +1,51 @@
+#include "platform/linux/linux_launch.h"
+
+#include "platform/linux/desktop/preferred_languages.h"
+#include "platform/linux/linux_platform.h"
+
+#include <csignal>
+#include <filesystem>
+
+namespace hopsel {
+
+namespace {
+
+/// Without a session bus there is none for us either: the D-Bus library would start one.
+void refuseBusOfOurOwn() {
+    const std::string runtimeBus = qEnvironmentVariable("XDG_RUNTIME_DIR").toStdString() + "/bus";
+    if (qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS") && !std::filesystem::exists(runtimeBus))
+        qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
+}
+
+} // namespace
+
+void HiddenVariable::showAgain() const {
+    if (value_.isNull())
+        qunsetenv(name_);
+    else
+        qputenv(name_, value_);
+}
+
+LinuxLaunch::LinuxLaunch() : busAddress_("DBUS_SESSION_BUS_ADDRESS"), desktop_("XDG_CURRENT_DESKTOP") {
+    LinuxPlatform::requireSession(); // without it the toolkit would end in a crash report
+    refuseBusOfOurOwn();
+    // Qt's own dispatcher comes back from a wait some 10 µs sooner than the one over GLib, on every trigger.
+    // Only this process is to use it, not what it starts.
+    qputenv("QT_NO_GLIB", "1");
+    // The themes of the GTK desktops bring a second toolkit and three times our memory with them; we draw
+    // everything ourselves.
+    if (!qgetenv("XDG_CURRENT_DESKTOP").contains("KDE")) qunsetenv("XDG_CURRENT_DESKTOP");
+}
+
+void LinuxLaunch::applicationMade() {
+    desktop_.showAgain();
+    qunsetenv("QT_NO_GLIB");
+    // Stopped from a terminal it would leave the keyboard standing still at the next shortcut.
+    std::signal(SIGTSTP, [](int) {}); // unlike being ignored, what we start does not inherit this
+}
+
+void LinuxLaunch::finished() { busAddress_.showAgain(); }
+
+std::vector<std::string> LinuxLaunch::preferredLanguages() { return hopsel::preferredLanguages(); }
+
+} // namespace hopsel

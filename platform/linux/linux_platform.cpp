@@ -1,0 +1,159 @@
+#include "platform/linux/linux_platform.h"
+
+#include "core/platform/input_source_switcher.h"
+#include "platform/linux/applications/proc_running_apps.h"
+#include "platform/linux/base/main_loop.h"
+#include "platform/linux/desktop/autostart_login_item.h"
+#include "platform/linux/desktop/desktop_settings_opener.h"
+#include "platform/linux/desktop/report_delivery.h"
+#include "platform/linux/desktop/settings_preferences.h"
+#include "platform/linux/desktop/system_facts.h"
+#include "platform/linux/desktops/gnome_sources.h"
+#include "platform/linux/desktops/kde_layouts.h"
+#include "platform/linux/desktops/sway_layouts.h"
+#include "platform/linux/fcitx/fcitx_input_sources.h"
+#include "platform/linux/ibus/ibus_input_sources.h"
+#include "platform/linux/tray/tray_host.h"
+#include "platform/linux/x11/x11_guest_key_sender.h"
+#include "platform/linux/x11/x11_input_devices.h"
+#include "platform/linux/x11/x11_local_key_monitor.h"
+#include "platform/linux/x11/x11_permissions.h"
+#include "platform/linux/x11/x11_shortcut_source.h"
+#include "platform/posix/posix_file_storage.h"
+
+namespace hopsel {
+
+namespace {
+
+/// The first that is in charge goes before the others: Fcitx5 and GNOME also answer for IBus.
+std::vector<std::unique_ptr<InputFramework>> frameworks(const QDBusConnection& bus, Log& log) {
+    std::vector<std::unique_ptr<InputFramework>> all;
+    all.push_back(std::make_unique<FcitxInputSources>(bus));
+    all.push_back(std::make_unique<GnomeSources>());
+    all.push_back(std::make_unique<IbusInputSources>(bus, log));
+    all.push_back(std::make_unique<KdeLayouts>());
+    all.push_back(std::make_unique<SwayLayouts>());
+    return all;
+}
+
+/// Where the X server's layouts only follow those of the compositor, which would stay as they are.
+bool isWayland() {
+    return qEnvironmentVariable("XDG_SESSION_TYPE") == "wayland" ||
+           qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
+}
+
+} // namespace
+
+void LinuxPlatform::requireSession() {
+    X11Connection connection;
+    x11_input_devices::requireXInput2(connection);
+    x11_input_devices::requireXkb(connection);
+}
+
+LinuxPlatform::LinuxPlatform()
+    : bus_(QDBusConnection::sessionBus()),
+      layouts_(std::make_shared<XkbInputSources>()),
+      sources_(std::make_shared<LinuxInputSources>(frameworks(bus_, log_), isWayland() ? nullptr : layouts_)),
+      hook_(std::make_shared<X11KeyHook>(uptimeSeconds)),
+      listenSource_(std::make_shared<X11ListenSource>(hook_)),
+      switchKeys_(std::make_shared<DesktopSwitchKeys>(bus_, DesktopSwitchKeys::liveReaders())),
+      secureInput_(std::make_shared<AtspiSecureInput>(bus_, log_)),
+      systemObserver_(sources_) {
+    hook_->onHandled = runScheduled;
+    // Some frameworks keep a source for each text field, and do not tell: it is looked up as the focus moves,
+    // and again as a trigger may be going down.
+    frontmostObserver_.onWindowChange = [this] {
+        secureInput_->windowChanged();
+        sources_->askCurrent();
+    };
+    listenSource_->onModifierDown = [this] { sources_->askCurrent(); };
+}
+
+DiagnosticsEnvironment LinuxPlatform::environment() {
+    const QTimeZone zone = QTimeZone::systemTimeZone();
+    return {uptimeSeconds, [] { return QDateTime::currentDateTimeUtc(); },
+            zone.isValid() ? zone : QTimeZone::utc(), system_facts::version(), system_facts::architecture()};
+}
+
+std::shared_ptr<FileStorage> LinuxPlatform::storage() {
+    return std::make_shared<PosixFileStorage>(PosixFileStorage::xdgDataHome());
+}
+
+EngineCoordinator::Parts LinuxPlatform::engineParts() {
+    EngineCoordinator::Parts parts;
+    parts.source = listenSource_;
+    parts.shortcutSource = std::make_shared<X11ShortcutSource>(hook_, log_);
+    parts.service = std::make_shared<LiveInputSourceService>(sources_, uptimeSeconds, runFor);
+    parts.secureInput = secureInput_;
+    parts.guestKeySender = std::make_shared<X11GuestKeySender>(hook_, uptimeSeconds);
+    parts.schedule = schedule;
+    return parts;
+}
+
+std::shared_ptr<LoginItemControlling> LinuxPlatform::loginItem() const {
+    return std::make_shared<AutostartLoginItem>();
+}
+
+std::shared_ptr<SystemSettingsOpening> LinuxPlatform::settingsOpener() {
+    return std::make_shared<DesktopSettingsOpener>(std::make_shared<X11Permissions>(), helpPage(), log_);
+}
+
+std::shared_ptr<PreferencesStoring> LinuxPlatform::preferences() {
+    return std::make_shared<SettingsPreferences>(log_);
+}
+
+std::shared_ptr<RunningAppsProviding> LinuxPlatform::runningApps() const {
+    return std::make_shared<ProcRunningApps>();
+}
+
+std::shared_ptr<ReportDelivering> LinuxPlatform::reportDelivery() {
+    return std::make_shared<DesktopReportDelivery>(bus_, log_);
+}
+
+std::shared_ptr<LocalKeyMonitoring> LinuxPlatform::localKeys() const {
+    return std::make_shared<X11LocalKeyMonitor>();
+}
+
+std::unique_ptr<TrayHosting> LinuxPlatform::trayHost() const {
+    return std::make_unique<TrayHost>(bus_, true);
+}
+
+std::function<bool(const ShortcutKey&)> LinuxPlatform::systemShortcutConflict() const {
+    return [switchKeys = switchKeys_](const ShortcutKey& key) { return switchKeys->conflicts(key); };
+}
+
+void LinuxPlatform::followAppearance(std::function<void(design::Appearance)> onChange) {
+    appearance_ = std::make_unique<DesktopAppearance>(bus_);
+    appearance_->onChange = std::move(onChange);
+    appearance_->start();
+}
+
+void LinuxPlatform::setOnReopen(std::function<void()> callback) {
+    activation_ = std::make_unique<ActivationServer>(bus_);
+    activation_->onActivate = [callback = std::move(callback)](const QString& token) {
+        // The toolkit takes the right to the focus from here when it activates a window.
+        if (!token.isEmpty()) qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+        callback();
+    };
+}
+
+void LinuxPlatform::recoverFrom(SystemEvent event) {
+    switch (event) {
+    case SystemEvent::didWake:
+    case SystemEvent::screenUnlocked:
+    case SystemEvent::sessionBecameActive: hook_->resynchronise(); break;
+    default: break;
+    }
+}
+
+LinuxPlatform::Connection LinuxPlatform::retry() {
+    systemObserver_.retry();
+    secureInput_->retry();
+    sources_->retry();
+    const bool wasLost = layouts_->isLost();
+    if (wasLost && !layouts_->reconnect()) return Connection::lost;
+    frontmostObserver_.start();
+    return wasLost ? Connection::regained : Connection::kept;
+}
+
+} // namespace hopsel

@@ -1,0 +1,102 @@
+#include "platform/linux/sources/linux_input_sources.h"
+
+#include "platform/linux/sources/platform_errors.h"
+
+#include <utility>
+
+namespace hopsel {
+
+LinuxInputSources::LinuxInputSources(std::vector<std::unique_ptr<InputFramework>> frameworks,
+                                     std::shared_ptr<InputSourceCatalog> fallback)
+    : frameworks_(std::move(frameworks)), fallback_(std::move(fallback)) {
+    announcement_.setSingleShot(true);
+    QObject::connect(&announcement_, &QTimer::timeout, &announcement_, [this] { announce(); });
+    const auto listen = [this](InputSourceCatalog* catalog) {
+        catalog->onSourcesChanged = [this, catalog] { handOn(catalog, onSourcesChanged); };
+        catalog->onSelectedChanged = [this, catalog] { handOn(catalog, onSelectedChanged); };
+    };
+    for (const auto& framework : frameworks_) {
+        listen(framework.get());
+        framework->onInChargeChanged = [this] { decide(); };
+    }
+    if (fallback_) listen(fallback_.get());
+    inCharge_ = firstInCharge();
+}
+
+LinuxInputSources::~LinuxInputSources() {
+    for (const auto& framework : frameworks_)
+        framework->onSourcesChanged = framework->onSelectedChanged = framework->onInChargeChanged = nullptr;
+    if (fallback_) fallback_->onSourcesChanged = fallback_->onSelectedChanged = nullptr; // others may own it
+}
+
+InputFramework* LinuxInputSources::firstInCharge() const {
+    for (const auto& framework : frameworks_) {
+        if (framework->isInCharge()) return framework.get();
+    }
+    return nullptr;
+}
+
+InputSourceCatalog* LinuxInputSources::answering() const {
+    return inCharge_ != nullptr ? inCharge_ : fallback_.get();
+}
+
+std::vector<InputSourceInfo> LinuxInputSources::enabledKeyboardSources() {
+    InputSourceCatalog* catalog = answering();
+    return catalog != nullptr ? catalog->enabledKeyboardSources() : std::vector<InputSourceInfo>();
+}
+
+std::optional<std::string> LinuxInputSources::currentID() {
+    InputSourceCatalog* catalog = answering();
+    return catalog != nullptr ? catalog->currentID() : std::nullopt;
+}
+
+SelectResult LinuxInputSources::select(const std::string& id) {
+    InputSourceCatalog* catalog = answering();
+    if (catalog == nullptr) return select_result::NotFound{};
+    SelectResult result = catalog->select(id);
+    if (std::holds_alternative<select_result::Selected>(result)) {
+        hasRequest_ = true;
+        isRequestLost_ = false;
+    }
+    return result;
+}
+
+std::optional<SelectResult> LinuxInputSources::refusal() const {
+    if (isRequestLost_) return select_result::Failed{platform_error::frameworkGone};
+    // What the one in charge was told by others before it came is no answer to us.
+    const InputSourceCatalog* catalog = answering();
+    return hasRequest_ && catalog != nullptr ? catalog->refusal() : std::nullopt;
+}
+
+bool LinuxInputSources::hasBeenCurrent() const {
+    const InputSourceCatalog* catalog = answering();
+    return hasRequest_ && catalog != nullptr && catalog->hasBeenCurrent();
+}
+
+void LinuxInputSources::retry() {
+    for (const auto& framework : frameworks_) framework->retry();
+}
+
+void LinuxInputSources::askCurrent() {
+    if (inCharge_ != nullptr) inCharge_->askCurrent();
+}
+
+void LinuxInputSources::decide() {
+    InputFramework* next = firstInCharge();
+    if (next == inCharge_) return;
+    inCharge_ = next;
+    if (std::exchange(hasRequest_, false)) isRequestLost_ = true;
+    announcement_.start(0);
+}
+
+void LinuxInputSources::handOn(const InputSourceCatalog* from, const std::function<void()>& change) const {
+    // The announcement says it as well.
+    if (from == answering() && !announcement_.isActive() && change) change();
+}
+
+void LinuxInputSources::announce() const {
+    if (onSourcesChanged) onSourcesChanged();
+    if (onSelectedChanged) onSelectedChanged();
+}
+
+} // namespace hopsel

@@ -1,0 +1,57 @@
+// The input sources of a Linux session: those of the first framework in charge.
+//
+// Frameworks come, go and follow one another while the session lasts. Which of them answers is decided when
+// one tells that it is in charge, or no longer; from then on every answer is the new one's, and both changes
+// are reported once, in the next turn of the event loop. What the others tell is not handed on. Before any of
+// them knows, and where there is none, the fallback answers.
+//
+// Made by start-up, which fixes the frameworks' order, and shared with the input-source service. Owns the
+// frameworks. Main thread.
+#pragma once
+
+#include "platform/linux/sources/input_framework.h"
+
+#include <QTimer>
+#include <memory>
+#include <vector>
+
+namespace hopsel {
+
+class LinuxInputSources final : public InputSourceCatalog {
+  public:
+    /// The first framework goes before the others. Without a fallback there may be no sources at all. Takes
+    /// the callbacks of all of them for itself.
+    LinuxInputSources(std::vector<std::unique_ptr<InputFramework>> frameworks,
+                      std::shared_ptr<InputSourceCatalog> fallback);
+    ~LinuxInputSources() override;
+
+    std::vector<InputSourceInfo> enabledKeyboardSources() override;
+    std::optional<std::string> currentID() override;
+    SelectResult select(const std::string& id) override;
+    /// `Failed` with `frameworkGone` once another is in charge than the one that accepted the request.
+    std::optional<SelectResult> refusal() const override;
+    bool hasBeenCurrent() const override;
+
+    /// For every framework: see there.
+    void retry();
+    /// For the one in charge: see there.
+    void askCurrent();
+    /// Null while the fallback answers.
+    const InputFramework* inCharge() const { return inCharge_; }
+
+  private:
+    InputFramework* firstInCharge() const;
+    InputSourceCatalog* answering() const;
+    void decide();
+    void handOn(const InputSourceCatalog* from, const std::function<void()>& change) const;
+    void announce() const;
+
+    std::vector<std::unique_ptr<InputFramework>> frameworks_;
+    std::shared_ptr<InputSourceCatalog> fallback_;
+    InputFramework* inCharge_ = nullptr;
+    bool hasRequest_ = false; ///< accepted by the one in charge since it came
+    bool isRequestLost_ = false;
+    QTimer announcement_;
+};
+
+} // namespace hopsel

@@ -1,0 +1,71 @@
+#include "platform/linux/system_events/linux_system_event_observer.h"
+
+namespace hopsel {
+
+LinuxSystemEventObserver::LinuxSystemEventObserver(std::shared_ptr<InputSourceCatalog> catalog)
+    : catalog_(std::move(catalog)) {}
+
+LinuxSystemEventObserver::~LinuxSystemEventObserver() { stop(); }
+
+void LinuxSystemEventObserver::start() {
+    if (isStarted_) return;
+    isStarted_ = true;
+    session_ = {};
+    isSaverActive_ = isLocked_ = false;
+    catalog_->onSourcesChanged = [this] {
+        if (const auto callback = onInputSourcesChanged) callback();
+    };
+    retry();
+}
+
+void LinuxSystemEventObserver::stop() {
+    if (!isStarted_) return;
+    isStarted_ = false;
+    catalog_->onSourcesChanged = nullptr;
+    logind_.reset();
+    savers_.reset();
+    systemBus_.disconnect();
+    sessionBus_.disconnect();
+}
+
+void LinuxSystemEventObserver::retry() {
+    if (!isStarted_) return;
+    if (!systemBus_.isConnected()) {
+        logind_.reset();
+        if (systemBus_.connect())
+            logind_ = std::make_unique<LogindWatch>(
+                systemBus_.connection(), session_,
+                LogindWatch::Callbacks{
+                    [this](bool goes) { tell(goes ? SystemEvent::willSleep : SystemEvent::didWake); },
+                    [this](bool isActive) {
+                        tell(isActive ? SystemEvent::sessionBecameActive : SystemEvent::sessionResigned);
+                    },
+                    [this](bool isChange) { updateLock(isChange); }});
+    }
+    if (!sessionBus_.isConnected()) {
+        if (savers_) {
+            // Nobody is left to say that it ended.
+            savers_.reset();
+            isSaverActive_ = false;
+            updateLock(true);
+        }
+        if (sessionBus_.connect())
+            savers_ = std::make_unique<ScreenSaverWatch>(sessionBus_.connection(), [this](bool isActive) {
+                isSaverActive_ = isActive;
+                updateLock(true);
+            });
+    }
+}
+
+void LinuxSystemEventObserver::updateLock(bool isChange) {
+    const bool isLocked = isSaverActive_ || session_.isLocked.value_or(false);
+    if (isLocked == isLocked_) return;
+    isLocked_ = isLocked;
+    if (isChange) tell(isLocked ? SystemEvent::screenLocked : SystemEvent::screenUnlocked);
+}
+
+void LinuxSystemEventObserver::tell(SystemEvent event) const {
+    if (const auto callback = onEvent) callback(event);
+}
+
+} // namespace hopsel

@@ -1,0 +1,77 @@
+#include "platform/linux/tray/tray_host.h"
+
+#include "platform/linux/tray/tray_item.h"
+#include "ui/menubar/status_menu.h"
+
+#include <stdexcept>
+
+namespace hopsel {
+
+TrayHost::TrayHost(const QDBusConnection& bus, bool isX11, Patience patience)
+    : bus_(bus), isX11_(isX11), patience_(patience) {
+    waiting_.setSingleShot(true);
+    QObject::connect(&waiting_, &QTimer::timeout, &waiting_, [this] { tell(); });
+}
+
+void TrayHost::start(OnChange onChange) {
+    onChange_ = std::move(onChange);
+    if (isX11_) {
+        try {
+            xEmbed_ = std::make_unique<XEmbedTrayWatch>([this] { consider(); });
+        } catch (const std::runtime_error&) {
+            xEmbed_ = nullptr; // no server, no such panel
+        }
+    }
+    statusNotifier_ = std::make_unique<StatusNotifierWatch>(bus_, [this] { consider(); });
+}
+
+std::unique_ptr<PanelItem> TrayHost::makeItem(TrayKind kind, StatusMenu& menu) {
+    settleOn(kind);
+    return std::make_unique<TrayItem>(kind, menu);
+}
+
+void TrayHost::settleOn(TrayKind kind) {
+    only_ = kind;
+    consider();
+}
+
+bool TrayHost::has(TrayKind kind) const {
+    switch (kind) {
+    case TrayKind::none: return true;
+    case TrayKind::statusNotifier: return statusNotifier_->hasHost().value_or(false);
+    case TrayKind::xEmbed: return xEmbed_ && xEmbed_->hasHost();
+    case TrayKind::menuBar: return false;
+    }
+    return false;
+}
+
+TrayKind TrayHost::best() const {
+    for (const TrayKind kind : {TrayKind::statusNotifier, TrayKind::xEmbed}) {
+        if (has(kind) && only_.value_or(kind) == kind) return kind;
+    }
+    return TrayKind::none;
+}
+
+std::chrono::milliseconds TrayHost::patienceWith(TrayKind kind) const {
+    if (kind == TrayKind::none) return patience_.withNone;
+    if (kind == TrayKind::xEmbed && !only_) return patience_.withXEmbed;
+    return std::chrono::milliseconds(0);
+}
+
+void TrayHost::consider() {
+    if (!statusNotifier_ || !statusNotifier_->hasHost()) return; // the first answer is still to come
+    const TrayKind kind = best();
+    if (told_ == kind) {
+        waiting_.stop();
+    } else if (!waiting_.isActive() || candidate_ != kind) {
+        candidate_ = kind;
+        waiting_.start(patienceWith(kind));
+    }
+}
+
+void TrayHost::tell() {
+    told_ = candidate_;
+    onChange_(candidate_);
+}
+
+} // namespace hopsel

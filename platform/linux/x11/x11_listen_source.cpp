@@ -1,0 +1,36 @@
+#include "platform/linux/x11/x11_listen_source.h"
+
+#include "core/platform/tap_failure.h"
+
+namespace hopsel {
+
+void X11ListenSource::start() {
+    if (isStarted_) return;
+    try {
+        hook_->startListening([this](const RawEvent& event) {
+            if (onEvent) onEvent(event);
+            if (event.type != RawEventType::flagsChanged) return;
+            const bool isPress = (event.flags & ~flags_) != 0;
+            flags_ = event.flags;
+            if (isPress && onModifierDown) onModifierDown();
+        });
+        failure_.clear();
+    } catch (const std::runtime_error& error) {
+        failure_ = error.what();
+        throw TapFailure(TapFailure::Kind::creationFailed, error.what());
+    }
+    isStarted_ = true;
+    hook_->onLost = [this] {
+        isStarted_ = false;
+        if (onDisabled) onDisabled(false);
+    };
+}
+
+void X11ListenSource::stopListening() {
+    if (!isStarted_) return;
+    isStarted_ = false;
+    hook_->onLost = nullptr;
+    hook_->stopListening();
+}
+
+} // namespace hopsel

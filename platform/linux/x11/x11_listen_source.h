@@ -1,0 +1,37 @@
+// The listening source of an X session, over the key hook that it shares.
+//
+// Owned by the engine; the hook outlives it. A lost connection is reported as a source that was taken away;
+// the next start opens a new connection.
+#pragma once
+
+#include "core/platform/event_source.h"
+#include "platform/linux/x11/x11_key_hook.h"
+
+#include <functional>
+
+namespace hopsel {
+
+class X11ListenSource final : public EventSource {
+  public:
+    explicit X11ListenSource(std::shared_ptr<X11KeyHook> hook) : hook_(std::move(hook)) {}
+    ~X11ListenSource() override { stopListening(); }
+
+    void start() override;
+    void stop() override { stopListening(); }
+
+    /// A modifier key went down, and the engine has been told.
+    std::function<void()> onModifierDown;
+
+    /// Why the last start failed, in words for the user; empty after one that did not.
+    const std::string& failure() const { return failure_; }
+
+  private:
+    void stopListening();
+
+    std::shared_ptr<X11KeyHook> hook_;
+    std::string failure_;
+    std::uint64_t flags_ = 0; ///< of the last change
+    bool isStarted_ = false;
+};
+
+} // namespace hopsel

@@ -1,0 +1,14 @@
+#include "platform/macos/desktop/login_item_status.h"
+
+namespace hopsel {
+
+LoginItemStatus loginItemStatus(long serviceStatus) {
+    switch (serviceStatus) {
+    case 0: return LoginItemStatus::disabled; // not registered
+    case 1: return LoginItemStatus::enabled;
+    case 2: return LoginItemStatus::requiresApproval;
+    default: return LoginItemStatus::unavailable;
+    }
+}
+
+} // namespace hopsel

@@ -1,0 +1,115 @@
+// The program as its user meets it, in a real X session.
+#include "core/rules/temporary_folder.h"
+#include "session/hopsel_program.h"
+#include "session/x_keyboard.h"
+#include "session/x_layouts.h"
+#include "session/x_server.h"
+#include "session/x_window.h"
+
+#include <csignal>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using namespace hopsel::session;
+using namespace std::chrono_literals;
+using testing::HasSubstr;
+
+namespace {
+
+constexpr auto patience = 10s;
+
+class Session : public testing::Test {
+  protected:
+    Session() {
+        setLayouts("us,ru");
+        server.startWindowManager();
+        server.startPanel();
+        window = std::make_unique<XTestWindow>();
+    }
+
+    bool tapsUntilGroup(int group) {
+        const Deadline deadline(patience);
+        while (!layouts.waitForGroup(group, 400ms)) {
+            if (deadline.hasPassed()) return false;
+            keyboard.tap(key::rightSuper);
+        }
+        return true;
+    }
+    void typeShiftSpace() {
+        keyboard.press(key::leftShift);
+        keyboard.tap(key::space);
+        keyboard.release(key::leftShift);
+    }
+    /// A keyboard on which nothing is grabbed, swallowed or stuck.
+    void expectPlainKeyboard() {
+        layouts.lockGroup(0);
+        window->records();
+        window->clear();
+        typeShiftSpace();
+        keyboard.tap(key::rightSuper);
+        keyboard.tap(key::a);
+        EXPECT_TRUE(window->waitForText(" a"));
+        EXPECT_EQ(layouts.lockedGroup(), 0);
+    }
+
+    XServer server;
+    XLayouts layouts;
+    XKeyboard keyboard;
+    std::unique_ptr<XTestWindow> window;
+};
+
+TEST_F(Session, EndsInOrderAndLeavesThePlainKeyboard) {
+    for (const int signal : {SIGTERM, SIGINT}) {
+        HopselProgram program(HOPSEL_EXECUTABLE, twoRules);
+        ASSERT_TRUE(tapsUntilGroup(1));
+        program.process().kill(signal);
+        EXPECT_EQ(program.process().waitForExit(patience), 0);
+        expectPlainKeyboard();
+    }
+}
+
+TEST_F(Session, KilledWhileASwallowedKeyIsHeldItLeavesAWorkingKeyboard) {
+    HopselProgram program(HOPSEL_EXECUTABLE, twoRules);
+    ASSERT_TRUE(tapsUntilGroup(1));
+    keyboard.press(key::leftShift);
+    keyboard.press(key::space);
+    ASSERT_TRUE(layouts.waitForGroup(0, patience));
+    program.process().kill(SIGKILL);
+    ASSERT_TRUE(program.process().waitForExit(patience));
+    keyboard.release(key::space);
+    keyboard.release(key::leftShift);
+    expectPlainKeyboard();
+    const auto another = program.startAnother();
+    EXPECT_TRUE(tapsUntilGroup(1)) << "the lock of a killed copy does not count";
+}
+
+TEST_F(Session, FilesThatItMustNotTouchAreNamedInOneLineAndStay) {
+    const std::pair<std::string, std::string> cases[] = {
+        {"{\"schemaVersion\" : 1, \"rules\" : [,]}", "cannot be read; a copy is at"},
+        {"{\"schemaVersion\" : 3, \"rules\" : \"anything\"}", "newer than this program"}};
+    for (const auto& [settings, complaint] : cases) {
+        HopselProgram program(HOPSEL_EXECUTABLE, settings);
+        const auto line = program.process().waitForLine("", patience).value_or("");
+        EXPECT_THAT(line, HasSubstr(program.settingsFile().string()));
+        EXPECT_THAT(line, HasSubstr(complaint));
+        program.process().kill(SIGTERM);
+        EXPECT_EQ(program.process().waitForExit(patience), 0) << "it runs on without rules";
+        EXPECT_EQ(hopsel::contents(program.settingsFile()), settings);
+    }
+}
+
+TEST(NoSession, SaysWhatIsMissingAndLeaves) {
+    for (const auto& display : {std::optional<std::string>(), std::optional<std::string>(":4099")}) {
+        ChildProcess::Options options;
+        options.program = HOPSEL_EXECUTABLE;
+        options.environment = {{"DISPLAY", display}};
+        options.errors = ChildProcess::Output::capture;
+        ChildProcess program(options);
+        const std::string said = program.readAll(patience);
+        EXPECT_THAT(said, HasSubstr(display ? "cannot connect" : "DISPLAY is not set"));
+        EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 1);
+        EXPECT_EQ(program.waitForExit(patience), 1);
+    }
+}
+
+} // namespace

@@ -1,0 +1,79 @@
+// From an empty home to the first switch, and how the program is met afterwards: through its panel, without
+// one, by starting it again.
+#include "app/walk/walk_rig.h"
+
+using namespace hopsel::test;
+using namespace hopsel::session;
+using namespace std::chrono_literals;
+using testing::HasSubstr;
+
+namespace {
+
+constexpr int settingsItem = 3, bugReportItem = 2, quitItem = 1, pauseItem = 5;
+
+class WalkWithoutPanel : public Walk {
+  protected:
+    WalkWithoutPanel() : Walk(false) {}
+};
+
+} // namespace
+
+TEST_F(Walk, IntroductionLeadsToARealSwitch) {
+    start();
+    expectSeen("Choose your switch key");
+    EXPECT_TRUE(reader.find("Right ⌘", "radio button")->isChecked);
+    click("Next");
+    expectSeen("Choose your input sources");
+    keyboard.tap(key::enter); // also by the keyboard
+    expectSeen("✓ Permission granted");
+    click("Next");
+    expectSeen("Try your switch key");
+    EXPECT_FALSE(sees("✓ Detected"));
+    expectSwitched(1, [this] { tapTrigger(); });
+    expectSeen("✓ Detected");
+    click("Done");
+    expectGone("Done");
+    EXPECT_FALSE(sees("General")) << "with a panel there is no other window";
+    EXPECT_THAT(settings(), HasSubstr("\"rightCommand\""));
+    expectSwitched(0, [this] { tapTrigger(); });
+
+    running->kill(SIGTERM);
+    expectEnded();
+    start();
+    expectSwitched(1, [this] { tapTrigger(); });
+    EXPECT_TRUE(reader.look().empty()) << "the introduction comes once";
+}
+
+TEST_F(Walk, PanelMenuOpensWindowsAndEndsTheProgram) {
+    startWithoutIntroduction();
+    chooseFromTray(settingsItem);
+    expectSeen("Show the current input in the menu bar");
+    pressWith(key::leftControl, KEY_W);
+    expectGone("General");
+    chooseFromTray(bugReportItem);
+    expectSeen("Recent events");
+    chooseFromTray(pauseItem); // round to the first
+    const auto another = std::make_unique<ChildProcess>(program());
+    EXPECT_EQ(another->waitForExit(20s), 0) << "it leaves the work to the one that runs";
+    quitFromTray(quitItem);
+}
+
+TEST_F(WalkWithoutPanel, SettingsWindowIsTheFaceAndAsksBeforeItEnds) {
+    start();
+    click("Skip for now");
+    expectSeen("Show the current input in the menu bar");
+    EXPECT_TRUE(reader.waitUntil([this] { return reader.find("Hopsel", "push button").has_value(); }));
+    point(*reader.find("Hopsel", "push button")); // its menu, as on a panel
+    keyboard.button(1);
+    ASSERT_TRUE(waitForPopup());
+    keyboard.tap(KEY_UP);
+    keyboard.tap(KEY_UP);
+    keyboard.tap(key::enter);
+    expectSeen("Recent events");
+    pressWith(key::leftControl, KEY_W);
+    click("Cancel");
+    expectSeen("Recent events");
+    pressWith(key::leftControl, KEY_W);
+    click("Quit Hopsel");
+    expectEnded();
+}

@@ -1,0 +1,142 @@
+#include "app/walk/walk_rig.h"
+
+#include <algorithm>
+
+// The accessibility library keeps what it once asked for. The name is the leak checker's.
+// NOLINTNEXTLINE(bugprone-reserved-identifier, readability-identifier-naming)
+extern "C" const char* __lsan_default_suppressions() {
+    return "leak:libdbus-1\nleak:libglib-2\nleak:libatspi";
+}
+
+namespace hopsel::test {
+
+using namespace session;
+using namespace std::chrono_literals;
+
+Walk::Walk(bool withPanel) {
+    setLayouts("us,ru,de");
+    server.startWindowManager();
+    if (withPanel) server.startPanel();
+}
+
+ChildProcess::Options Walk::program() const {
+    const std::string folder = home.path().string();
+    ChildProcess::Options options;
+    options.program = HOPSEL_EXECUTABLE;
+    options.environment = {{"HOME", folder},
+                           {"XDG_CONFIG_HOME", folder + "/config"},
+                           {"XDG_DATA_HOME", folder + "/data"},
+                           {"XDG_RUNTIME_DIR", folder},
+                           {"HOPSEL_CONFIG", std::nullopt},
+                           {"LC_ALL", "C.UTF-8"},
+                           {"LANGUAGE", "en"},
+                           {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1"}};
+    return options;
+}
+
+void Walk::start() { running = std::make_unique<ChildProcess>(program()); }
+
+void Walk::startWithoutIntroduction() {
+    start();
+    expectSeen("Skip for now");
+    // Again if need be: a window that has just appeared may not hear a click yet.
+    const auto isGone = [this] { return !sees("Skip for now"); };
+    EXPECT_TRUE(reader.waitUntil([&] {
+        click("Skip for now");
+        return reader.waitUntil(isGone, 2s);
+    }));
+}
+
+void Walk::click(const std::string& name) {
+    std::optional<SeenWidget> widget;
+    ASSERT_TRUE(reader.waitUntil([&] {
+        const std::vector<SeenWidget> seen = reader.look();
+        const auto found = std::find_if(seen.begin(), seen.end(),
+                                        [&](const SeenWidget& candidate) { return candidate.name == name; });
+        if (found == seen.end() || !found->isEnabled) return false;
+        // The window manager may still be putting the window in its place.
+        const bool rests = widget && widget->x == found->x && widget->y == found->y;
+        widget = *found;
+        if (!rests) return false;
+        // Below the window's edge it is "showing" as well: the page scrolls.
+        const int middle = found->y + found->height / 2;
+        auto window = found;
+        while (!window->isWindow) --window;
+        if (middle < window->y + window->height) return true;
+        point(*window);
+        keyboard.scroll(XKeyboard::Scroll::down);
+        return false;
+    })) << name;
+    point(*widget);
+    keyboard.button(1);
+}
+
+void Walk::point(const SeenWidget& widget) {
+    keyboard.movePointer(static_cast<std::int16_t>(widget.x + widget.width / 2),
+                         static_cast<std::int16_t>(widget.y + widget.height / 2));
+}
+
+void Walk::expectSeen(const std::string& name) {
+    EXPECT_TRUE(reader.waitUntil([&] { return sees(name); })) << name;
+}
+
+void Walk::expectGone(const std::string& name) {
+    EXPECT_TRUE(reader.waitUntil([&] { return !sees(name); })) << name;
+}
+
+void Walk::expectSwitched(int group, const std::function<void()>& press) {
+    for (int attempt = 0; attempt < 25; ++attempt) {
+        press();
+        if (layouts.waitForGroup(group, 400ms)) return;
+    }
+    ADD_FAILURE() << "no switch to group " << group;
+}
+
+void Walk::expectEnded() { EXPECT_EQ(running->waitForExit(10s), 0); }
+
+bool Walk::waitForPopup(std::chrono::milliseconds timeout) const {
+    XDisplay display;
+    return reader.waitUntil(
+        [&] {
+            xcb_connection_t* const connection = display.get();
+            // In one piece, so that the popup cannot be refused the keyboard because of this question.
+            xcb_grab_server(connection);
+            const auto asked = xcb_grab_keyboard(connection, 0, display.root(), XCB_CURRENT_TIME,
+                                                 XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+            xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
+            xcb_ungrab_server(connection);
+            const XOwned<xcb_grab_keyboard_reply_t> reply(
+                xcb_grab_keyboard_reply(connection, asked, nullptr));
+            return reply && reply->status == XCB_GRAB_STATUS_ALREADY_GRABBED;
+        },
+        timeout);
+}
+
+void Walk::pressInTray(int fromTheEnd) {
+    ASSERT_TRUE(reader.waitUntil([&] {
+        keyboard.movePointer(1012, 12); // the panel's one icon
+        keyboard.button(1);
+        return waitForPopup(3s);
+    }));
+    for (int i = 0; i < fromTheEnd; ++i) keyboard.tap(KEY_UP);
+    keyboard.press(key::enter);
+}
+
+void Walk::chooseFromTray(int fromTheEnd) {
+    pressInTray(fromTheEnd);
+    keyboard.release(key::enter);
+}
+
+void Walk::quitFromTray(int fromTheEnd) {
+    pressInTray(fromTheEnd);
+    expectEnded();
+    keyboard.release(key::enter);
+}
+
+void Walk::pressWith(std::uint16_t modifier, std::uint16_t code) {
+    keyboard.press(modifier);
+    keyboard.tap(code);
+    keyboard.release(modifier);
+}
+
+} // namespace hopsel::test

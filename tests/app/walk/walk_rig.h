@@ -1,0 +1,64 @@
+// A desktop with a panel, three layouts and an empty home, the program in it, and a person who uses it by
+// what is written on the screen.
+#pragma once
+
+#include "core/rules/temporary_folder.h"
+#include "session/private_bus.h"
+#include "session/screen_reader.h"
+#include "session/x_keyboard.h"
+#include "session/x_layouts.h"
+#include "session/x_server.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace hopsel::test {
+
+class Walk : public testing::Test {
+  protected:
+    explicit Walk(bool withPanel = true);
+
+    /// The program, with nothing but the folders of this home.
+    session::ChildProcess::Options program() const;
+    void start();
+    void startWithoutIntroduction();
+
+    // Each waits for what it needs, and fails the test if that does not come.
+
+    void click(const std::string& name);
+    void expectSeen(const std::string& name);
+    void expectGone(const std::string& name);
+    /// As often as a person would try.
+    void expectSwitched(int group, const std::function<void()>& press);
+    void expectEnded();
+    /// The item so many lines from the menu's end, chosen with the keyboard.
+    void chooseFromTray(int fromTheEnd);
+    /// The same for the item that ends the program. The key stays down: the toolkit asks the bus about each
+    /// key before it goes on with it, and does not free one that still waits at the end, which the leak
+    /// checker sees.
+    void quitFromTray(int fromTheEnd);
+
+    void point(const session::SeenWidget& widget);
+    /// For a menu or a list to be open, with the keyboard its own: keys sent earlier would miss it.
+    bool waitForPopup(std::chrono::milliseconds timeout = std::chrono::seconds(10)) const;
+
+    bool sees(const std::string& name) const { return reader.find(name).has_value(); }
+    std::string settings() const { return contents(home.path() / "data/Hopsel/config.json"); }
+    void tapTrigger() { keyboard.tap(session::key::rightSuper); }
+    void pressWith(std::uint16_t modifier, std::uint16_t code);
+    void pressShiftSpace() { pressWith(session::key::leftShift, session::key::space); }
+
+    session::XServer server;
+    session::XLayouts layouts;
+    session::XKeyboard keyboard;
+    session::PrivateBus bus;
+    session::AccessibilityBus accessibility;
+    session::ScreenReader reader{"hopsel"};
+    session::TemporaryFolder home;
+    std::unique_ptr<session::ChildProcess> running;
+
+  private:
+    void pressInTray(int fromTheEnd);
+};
+
+} // namespace hopsel::test

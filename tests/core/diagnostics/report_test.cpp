@@ -1,0 +1,75 @@
+// The report as whole texts, and the mail it goes with.
+#include "core/diagnostics/bug_report_mail.h"
+#include "core/diagnostics/report_builder.h"
+#include "core/rules/temporary_folder.h"
+
+#include <clocale>
+#include <gtest/gtest.h>
+
+namespace hopsel {
+namespace {
+
+using Key = diagnostic_kind::Key;
+
+DiagnosticEntries entriesOfEachKind() {
+    DiagnosticEntries entries;
+    // Steps that floating point has exactly, but for the one hundredth at the end.
+    const auto add = [&](double time, DiagnosticKind kind) {
+        entries.push_back({2000 + time, std::move(kind)});
+    };
+    const auto addEvent = [&](double time, EngineEvent event) {
+        add(time, diagnostic_kind::Engine{std::move(event)});
+    };
+    add(-1000, Key{key_event_kind::ModifierDown{ModifierKey::leftCommand},
+                   {ModifierKey::rightShift, ModifierKey::leftCommand},
+                   KeyVerdict::passed});
+    add(-99.5, Key{key_event_kind::ModifierUp{ModifierKey::rightControl}, {}, KeyVerdict::switchRequested});
+    add(-3, Key{key_event_kind::KeyDown{}, {}, KeyVerdict::suppressed});
+    add(-2.75, Key{key_event_kind::KeyUp{}, {ModifierKey::leftOption}, KeyVerdict::captured});
+    add(-2.5, Key{key_event_kind::MouseDown{}, {}, KeyVerdict::shortcutFired});
+    add(-2.25, Key{key_event_kind::KeyUp{}, {}, KeyVerdict::shortcutConsumed});
+    addEvent(-2, engine_event::StateChanged{engine_state::Degraded{DegradedReason::permissionMissing}});
+    addEvent(-1.5, engine_event::Switched{"r", std::nullopt, "com.b", true, 2.5});
+    addEvent(-1.5, engine_event::SwitchFailed{"r", "com.b", select_result::Failed{-50}});
+    addEvent(-1, engine_event::SwitchSuppressed{"r", SuppressReason::secureInput});
+    addEvent(-1, engine_event::RuleSkipped{"r", skip_reason::GuestKeyUnavailable{}});
+    addEvent(-1, engine_event::RuleSkipped{"r", skip_reason::BrokenSource{{"com.a", "com.b"}}});
+    addEvent(-0.5, engine_event::Reset{ResetReason::configChanged});
+    addEvent(-0.0125, engine_event::ShortcutStatusChanged{ShortcutStatus::unavailable});
+    addEvent(0, engine_event::GuestKeySent{"r", {96, {}}});
+    return entries;
+}
+
+ReportInput fullInput() {
+    ReportInput input;
+    input.generatedAt = "2026-11-16T10:42:23+09:00";
+    input.appVersion = "0.1.0";
+    input.macOSVersion = "14.5.0";
+    input.architecture = "arm64";
+    input.inputMonitoringGranted = true;
+    input.engineState = engine_state::Degraded{DegradedReason::tapDisabled};
+    input.shortcutStatus = ShortcutStatus::unavailable;
+    const ShortcutKey keys{49, {ModifierKey::rightCommand, ModifierKey::leftShift}};
+    input.rules = {{true, trigger::Shortcut{keys}, "com.a", "com.b"},
+                   {false, trigger::ModifierTap{ModifierKey::rightCommand}, "com.b", "com.c"}};
+    input.detectedApps = {"Logi Options+", "keyd"};
+    input.warnings = {conflict_warning::TriggerArrivesAsOtherKey{ModifierKey::rightCommand},
+                      conflict_warning::RepeatedTapDisabled{3}, conflict_warning::RepeatedSwitchFailures{12}};
+    input.entries = entriesOfEachKind();
+    return input;
+}
+
+TEST(Report, tellsEverythingInFixedWords) {
+    // Where one is installed: a locale that writes a comma in numbers, as programs with windows have it.
+    for (const char* locale : {"de_DE.UTF-8", "fr_FR.UTF-8"}) std::setlocale(LC_NUMERIC, locale);
+    EXPECT_EQ(report_builder::build(fullInput()), contents(HOPSEL_FULL_REPORT));
+}
+
+TEST(BugReportMail, escapesEverythingThatIsNoPlainText) {
+    const std::string url = bug_report_mail::composeURL("1 & 2");
+    EXPECT_NE(url.find("(1%20%26%202)&body=%EC"), std::string::npos);
+    EXPECT_EQ(url.find_first_of("\"\n <>"), std::string::npos);
+}
+
+} // namespace
+} // namespace hopsel

@@ -1,0 +1,97 @@
+#include "core/rules/config_json.h"
+
+#include "core/rules/rule_samples.h"
+#include "core/rules/temporary_folder.h"
+
+#include <gmock/gmock.h>
+
+namespace hopsel {
+namespace {
+
+using config_json::decode;
+using config_json::encode;
+using samples::twoRules;
+using samples::twoRulesWith;
+
+/// The member at fault and what is said about it, or nothing if the text is a settings document.
+std::string refusal(const std::string& text) {
+    try {
+        decode(text);
+    } catch (const config_json::DecodingError& error) {
+        return error.member() + ": " + error.what();
+    }
+    return "";
+}
+
+TEST(SettingsDocument, is_written_in_exactly_one_way) {
+    Rule keys = samples::shortcutRule("keys", {49, {ModifierKey::rightShift, ModifierKey::leftCommand}});
+    keys.enabled = false;
+    keys.action = samples::toggle("두벌식", "\"/\\\x01\t\x7f");
+    const Config config{2, {keys, samples::tapRule("tap")}};
+    const std::string text = contents(HOPSEL_WRITTEN_DOCUMENT);
+    EXPECT_EQ(encode(config) + "\n", text);
+    EXPECT_EQ(decode(text), config);
+    EXPECT_EQ(encode(Config::empty()), "{\n  \"rules\" : [],\n  \"schemaVersion\" : 1\n}");
+}
+
+TEST(SettingsDocument, reads_what_is_odd_but_unambiguous) {
+    const Config plain{2, {samples::tapRule("tap"), samples::shortcutRule("keys")}};
+    const std::pair<const char*, const char*> harmless[] = {
+        {R"("id":"tap",)", R"("id":"tap","note":{"by":[1.5,null]},)"},        // unknown members
+        {R"("key":"rightCommand")", R"("key":"rightCommand","keyCode":"x")"}, // the other trigger's member
+        {R"(["leftShift"])", R"(["leftShift","leftShift"])"},                 // a set
+        {R"("enabled":true)", R"("enabled":"no","enabled":true)"},            // the last of two counts
+        {R"("schemaVersion":2)", "\n\t\"schema\\u0056ersion\" : 2"},          // blanks, escapes
+    };
+    for (const auto& [from, to] : harmless) EXPECT_EQ(decode(twoRulesWith(from, to)), plain) << to;
+    for (const char* version : {"-7", "3", "9223372036854775807", "-9223372036854775808"})
+        EXPECT_EQ(std::to_string(decode(twoRulesWith(":2,", ":" + std::string(version) + ",")).schemaVersion),
+                  version);
+}
+
+TEST(SettingsDocument, one_bad_member_fails_it_and_is_named) {
+    const char* const cases[][3] = {
+        {R"("schemaVersion":2)", R"("x":2)", "schemaVersion: "},
+        {":2,", ":9223372036854775808,", "schemaVersion: "},
+        {R"("rules":[)", R"("rules":[1,)", "rules: "},
+        {R"("id":"tap")", R"("id":1)", "id: "},
+        {"modifier_tap", "Modifier_tap", "type: "},
+        {R"("key":"rightCommand")", R"("keyCode":54)", "key: "},
+        {"rightCommand", "RightCommand", "key: unknown modifier key: RightCommand"},
+        {":49", ":65536", "keyCode: "},
+        {R"(["leftShift"])", R"(["쉬프트","?"])", "modifiers: unknown modifier key: 쉬프트"},
+        {R"("sourceB":{)", R"("sourceB":null,"x":{)", "sourceB: "},
+        {R"("displayName":"ABC")", R"("displayname":"ABC")", "displayName: "},
+    };
+    for (const auto& [from, to, expected] : cases)
+        EXPECT_THAT(refusal(twoRulesWith(from, to)), testing::StartsWith(expected)) << to;
+}
+
+TEST(SettingsDocument, malformed_text_is_neither_read_nor_probed) {
+    std::vector<std::string> malformed{
+        twoRules + std::string(1, '\0'), // as a crashing file system leaves them
+        twoRulesWith("}]}", "},]}"),     twoRulesWith("tap", "t\x01p"),
+        twoRulesWith("tap", "t\xffp"),   twoRulesWith("tap", "t\\ud800p"),
+    };
+    for (std::size_t length = 0; length < twoRules.size(); ++length)
+        malformed.push_back(twoRules.substr(0, length));
+    for (const std::string& text : malformed) {
+        EXPECT_THAT(refusal(text), testing::StartsWith(": malformed JSON")) << text;
+        EXPECT_EQ(config_json::probeSchemaVersion(text), std::nullopt) << text;
+    }
+}
+
+TEST(SettingsDocument, absurd_depth_and_size_are_refused_before_a_document_is_built) {
+    const std::string tooMuch = ": too deep or too many values";
+    EXPECT_EQ(refusal(std::string(100'000'000, '[')), tooMuch); // NOLINT(bugprone-string-constructor)
+    std::string wide = "[0";
+    while (wide.size() < 100'000'000) wide += "," + wide.substr(1);
+    EXPECT_EQ(refusal(wide), tooMuch);
+    for (const auto& [depth, expected] : {std::pair(60U, std::string()), std::pair(100U, tooMuch)}) {
+        const std::string nested = std::string(depth, '[') + std::string(depth, ']');
+        EXPECT_EQ(refusal(twoRulesWith(R"("id":)", R"("x":)" + nested + R"(,"id":)")), expected);
+    }
+}
+
+} // namespace
+} // namespace hopsel

@@ -1,0 +1,103 @@
+// Against sway itself, without a screen, with keyboards that the test plugs in.
+#include "platform/linux/desktops/sway_layouts.h"
+#include "session/temporary_folder.h"
+#include "support/framework_watch.h"
+
+namespace hopsel::test {
+namespace {
+
+using session::ChildProcess;
+
+/// Sway does not run as root; as root it is started as somebody else.
+struct Sway {
+    Sway() {
+        const std::filesystem::path config = folder.write("config", "xwayland disable\n");
+        ChildProcess::Options options{"sway", {"--config", config.string()}, {}, "sway"};
+        if (geteuid() == 0) {
+            constexpr uid_t nobody = 65534;
+            EXPECT_EQ(chown(folder.path().c_str(), nobody, nobody), 0);
+            options = {"setpriv", {"--reuid=65534", "--regid=65534", "--clear-groups"}, {}, "sway"};
+            options.arguments.insert(options.arguments.end(), {"sway", "--config", config.string()});
+        }
+        options.environment = {{"XDG_RUNTIME_DIR", folder.path().string()},
+                               {"SWAYSOCK", socket()},
+                               {"WLR_BACKENDS", "headless"},
+                               {"WLR_RENDERER", "pixman"},
+                               {"WLR_LIBINPUT_NO_DEVICES", "1"}};
+        options.errors = ChildProcess::Output::discard;
+        process = std::make_unique<ChildProcess>(options);
+        // Its last step before it runs is to make the other socket.
+        EXPECT_TRUE(runLoopUntil([&] {
+            return std::filesystem::exists(socket()) && std::filesystem::exists(display());
+        })) << "is sway installed?";
+        setenv("SWAYSOCK", socket().c_str(), 1);
+    }
+    std::string socket() const { return (folder.path() / "ipc").string(); }
+    std::filesystem::path display() const { return folder.path() / "wayland-1"; }
+    std::string message(const std::string& type, const std::string& payload = "") const {
+        return session::runProgram({"swaymsg",
+                                    {"-s", socket(), "-r", "-t", type, payload},
+                                    {},
+                                    "sway",
+                                    ChildProcess::Output::capture});
+    }
+
+    session::TemporaryFolder folder;
+    std::unique_ptr<ChildProcess> process;
+};
+
+struct Keyboard {
+    Keyboard(const Sway& sway, const std::string& layouts)
+        : process({"/usr/bin/python3",
+                   {VIRTUAL_KEYBOARD, sway.display().string(), layouts},
+                   {},
+                   "libxkbcommon-tools",
+                   ChildProcess::Output::capture}) {
+        EXPECT_TRUE(process.waitForLine("plugged", std::chrono::seconds(10)));
+    }
+    ChildProcess process;
+};
+
+TEST(SwaySession, KeyboardsComeAreSwitchedAndGoAndSoDoesSway) {
+    auto sway = std::make_unique<Sway>();
+    auto layouts = std::make_shared<SwayLayouts>();
+    const FrameworkWatch watch(*layouts);
+    const auto lists = [&](const Strings& ids) {
+        return retryUntil(*layouts, [&] { return watch.ids() == ids; });
+    };
+    auto first = std::make_unique<Keyboard>(*sway, "us,ru,us");
+    // At first it has sway's own keymap.
+    ASSERT_TRUE(lists({"sway:English (US)", "sway:Russian", "sway:English (US)#2"}));
+    const InputSourceInfo russian{"sway:Russian", "Russian", "SwayLayout", {"ru"}, true};
+    EXPECT_EQ(layouts->enabledKeyboardSources()[1], russian);
+    EXPECT_EQ(layouts->currentID(), "sway:English (US)");
+
+    LiveInputSourceService service(layouts, uptimeSeconds, runFor);
+    for (const char* target : {"sway:Russian", "sway:English (US)#2", "sway:Russian", "sway:Russian"}) {
+        const SwitchOutcome outcome = service.switchTo(target);
+        EXPECT_TRUE(outcome.result == accepted && outcome.verified) << target;
+    }
+    auto second = std::make_unique<Keyboard>(*sway, "us,ru,us,de");
+    EXPECT_TRUE(lists({"sway:English (US)", "sway:Russian", "sway:English (US)#2", "sway:German"}));
+    sway->message("command", "input type:keyboard xkb_switch_layout 0");
+    EXPECT_TRUE(watch.becomesCurrent("sway:English (US)"));
+    EXPECT_TRUE(service.switchTo("sway:Russian").verified);
+    const std::string inputs = sway->message("get_inputs");
+    EXPECT_THAT(inputs, testing::HasSubstr("\"xkb_active_layout_index\": 1"));
+    EXPECT_EQ(inputs.find("\"xkb_active_layout_index\": 0"), std::string::npos) << "all keyboards go along";
+    first.reset();
+    second.reset();
+    EXPECT_TRUE(watch.comesInCharge(false));
+    const Keyboard third(*sway, "us,ru");
+    ASSERT_TRUE(lists({"sway:English (US)", "sway:Russian"}));
+
+    expectSwitchEndsWithDaemon(service, *sway->process, 0, "sway:Russian", "sway:English (US)");
+    EXPECT_FALSE(layouts->isInCharge());
+    EXPECT_EQ(layouts->select("sway:Russian"), gone);
+    sway = std::make_unique<Sway>();
+    const Keyboard next(*sway, "de,us");
+    EXPECT_TRUE(lists({"sway:German", "sway:English (US)"}));
+}
+
+} // namespace
+} // namespace hopsel::test

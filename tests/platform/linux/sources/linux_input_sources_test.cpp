@@ -1,0 +1,107 @@
+#include "platform/linux/sources/linux_input_sources.h"
+
+#include "support/framework_watch.h"
+
+namespace hopsel::test {
+namespace {
+
+/// Has one source, named for itself, which is the current one.
+class FakeFramework final : public InputFramework {
+  public:
+    explicit FakeFramework(std::string sourceName) : name(std::move(sourceName)) {}
+    std::vector<InputSourceInfo> enabledKeyboardSources() override { return {{name, name, "", {}, true}}; }
+    std::optional<std::string> currentID() override { return name; }
+    SelectResult select(const std::string& id) override { return id == name ? accepted : notFound; }
+    std::optional<SelectResult> refusal() const override { return said; }
+    bool isInCharge() const override { return isThere; }
+    void be(bool there) {
+        isThere = there;
+        onInChargeChanged();
+    }
+
+    std::string name;
+    bool isThere = false;
+    std::optional<SelectResult> said;
+};
+
+class LinuxInputSourcesTest : public testing::Test {
+  protected:
+    LinuxInputSourcesTest() {
+        std::vector<std::unique_ptr<InputFramework>> frameworks;
+        frameworks.emplace_back(first = new FakeFramework("first"));
+        frameworks.emplace_back(second = new FakeFramework("second"));
+        sources = std::make_unique<LinuxInputSources>(std::move(frameworks), fallback);
+        sources->onSourcesChanged = [this] { told.emplace_back("sources"); };
+        sources->onSelectedChanged = [this] { told.emplace_back("selected"); };
+    }
+    std::string answering() {
+        const auto current = sources->currentID().value_or("");
+        EXPECT_EQ(sources->enabledKeyboardSources().at(0).id, current);
+        EXPECT_EQ(sources->inCharge() == nullptr, current == "fallback");
+        return current;
+    }
+
+    std::shared_ptr<FakeFramework> fallback = std::make_shared<FakeFramework>("fallback");
+    FakeFramework* first = nullptr;
+    FakeFramework* second = nullptr;
+    std::unique_ptr<LinuxInputSources> sources;
+    Strings told;
+};
+
+TEST_F(LinuxInputSourcesTest, TheFirstInChargeAnswersAtOnceAndATakeOverIsToldOnce) {
+    EXPECT_EQ(answering(), "fallback");
+    const Strings both{"sources", "selected"};
+    const struct {
+        std::function<void()> event;
+        std::string answering;
+        Strings told;
+    } steps[] = {
+        {[&] { second->be(true); }, "second", both},
+        {[&] { first->be(true); }, "first", both},
+        {[&] { second->be(false); }, "first", {}},
+        {[&] { second->be(true); }, "first", {}},
+        {[&] { first->be(false); }, "second", both},
+        {[&] { (second->be(false), first->be(true), second->be(true)); }, "first", both},
+        {[&] { (first->be(false), first->be(true)); }, "first", both}, // another daemon under the same name
+        {[&] { (first->be(false), second->onSourcesChanged(), second->onSelectedChanged()); }, "second",
+         both},
+        {[&] { second->onSelectedChanged(); }, "second", {"selected"}},
+        {[&] { (first->onSourcesChanged(), fallback->onSelectedChanged()); }, "second", {}},
+        {[&] { second->be(false); }, "fallback", both},
+        {[&] { fallback->onSourcesChanged(); }, "fallback", {"sources"}},
+    };
+    for (const auto& step : steps) {
+        SCOPED_TRACE(&step - steps);
+        told.clear();
+        step.event();
+        EXPECT_EQ(answering(), step.answering);
+        runLoopUntil([&] { return told.size() >= step.told.size(); });
+        EXPECT_TRUE(staysFalse([&] { return told != step.told; }, std::chrono::milliseconds(10)))
+            << testing::PrintToString(told);
+    }
+    sources.reset();
+    EXPECT_FALSE(fallback->onSourcesChanged || fallback->onSelectedChanged) << "which may live longer";
+}
+
+TEST_F(LinuxInputSourcesTest, ARequestIsLostWithTheOneThatAcceptedIt) {
+    first->said = gone; // from the time of the daemon before
+    first->be(true);
+    EXPECT_EQ(sources->refusal(), std::nullopt);
+    first->said = refused;
+    EXPECT_EQ(sources->select("second"), notFound);
+    EXPECT_EQ(sources->refusal(), std::nullopt);
+    EXPECT_EQ(sources->select("first"), accepted);
+    EXPECT_EQ(sources->refusal(), refused);
+    second->be(true);
+    EXPECT_EQ(sources->refusal(), refused);
+    first->said.reset();
+    first->be(false);
+    EXPECT_EQ(sources->refusal(), gone);
+    first->be(true);
+    EXPECT_EQ(sources->refusal(), gone) << "it knows nothing of the request";
+    EXPECT_EQ(sources->select("first"), accepted);
+    EXPECT_EQ(sources->refusal(), std::nullopt);
+}
+
+} // namespace
+} // namespace hopsel::test

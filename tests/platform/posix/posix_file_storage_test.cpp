@@ -1,0 +1,71 @@
+#include "platform/posix/posix_file_storage.h"
+
+#include "core/rules/temporary_folder.h"
+
+#include <gmock/gmock.h>
+#include <system_error>
+
+namespace hopsel {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+
+auto failsWith(int error) {
+    const std::error_code code(error, std::generic_category());
+    return testing::Throws<std::system_error>(testing::Property(&std::system_error::code, code));
+}
+
+class PosixFileStorageTest : public FolderTest {
+  protected:
+    PosixFileStorage storage{folder};
+    const fs::path file = folder / "config.json";
+};
+
+TEST_F(PosixFileStorageTest, what_is_written_is_read_back_and_nothing_else_lies_around) {
+    const mode_t before = ::umask(027);
+    for (const std::string& text : {std::string("old"), std::string(), std::string(300'000, 'x') + '\0'}) {
+        storage.writeAtomically(file, text);
+        EXPECT_EQ(storage.read(file), text);
+        EXPECT_EQ(fs::status(file).permissions(), fs::perms(0640));
+    }
+    ::umask(before);
+    EXPECT_THAT(listing(), ElementsAre("config.json"));
+}
+
+TEST_F(PosixFileStorageTest, a_link_is_followed_to_the_file_and_stays_a_link) {
+    fs::create_directories(folder / "dots/hopsel");
+    fs::create_symlink("dots/link", file);
+    fs::create_symlink("hopsel/file", folder / "dots/link"); // relative to where the link lies
+    EXPECT_FALSE(storage.exists(file));
+    storage.writeAtomically(file, "new"); // the links dangle: the file comes to be where they point
+    ::chmod(file.c_str(), 0606);
+    storage.writeAtomically(file, "newer");
+    EXPECT_TRUE(fs::is_symlink(file));
+    EXPECT_EQ(contents(folder / "dots/hopsel/file"), "newer");
+    EXPECT_EQ(fs::status(file).permissions(), fs::perms(0606));
+    EXPECT_THAT(listing(),
+                ElementsAre("config.json", "dots", "dots/hopsel", "dots/hopsel/file", "dots/link"));
+}
+
+TEST_F(PosixFileStorageTest, what_is_no_plain_file_is_neither_read_nor_replaced_nor_waited_for) {
+    fs::create_directory(folder / "folder");
+    ASSERT_EQ(::mkfifo((folder / "fifo").c_str(), 0666), 0);
+    fs::create_symlink("loop", folder / "loop");
+    put(file, "old");
+    const std::pair<const char*, int> cases[] = {
+        {"folder", EISDIR}, {"fifo", EINVAL}, {"loop", ELOOP}, {"config.json/x", ENOTDIR}};
+    for (const auto& [name, error] : cases) {
+        const fs::path path = folder / name;
+        EXPECT_THAT([&] { storage.read(path); }, failsWith(error)) << name;
+        EXPECT_THAT([&] { storage.writeAtomically(path, "x"); }, failsWith(error)) << name;
+    }
+    EXPECT_TRUE(storage.exists(folder / "loop")); // so that reading it tells the user about the loop
+    EXPECT_TRUE(fs::is_fifo(folder / "fifo"));
+    EXPECT_THAT(listing(), ElementsAre("config.json", "fifo", "folder", "loop"));
+    fs::resize_file(file, PosixFileStorage::maxFileSize + 1);
+    EXPECT_THAT([&] { storage.read(file); }, failsWith(EFBIG));
+}
+
+} // namespace
+} // namespace hopsel
