@@ -26,7 +26,7 @@ constexpr double tapMax = 0.5;
 /// What a user who started the program must see at once, wherever the log goes.
 void say(const std::string& line) { std::fprintf(stderr, "hopsel: %s\n", line.c_str()); }
 
-void sayAnotherRuns(const LiveSingleInstance& instance) {
+void sayAnotherRuns(const SingleInstance& instance) {
     const auto process = instance.otherProcess();
     say("another copy is running already" +
         (process ? " (process " + std::to_string(*process) + ")" : std::string()));
@@ -53,13 +53,16 @@ std::string words(const StoreProblem& problem) {
 
 } // namespace
 
+AppDelegate::AppDelegate(std::unique_ptr<SingleInstance> singleInstance, PlatformFactory makePlatform)
+    : singleInstance_(std::move(singleInstance)), makePlatform_(std::move(makePlatform)) {}
+
 AppDelegate::Launch AppDelegate::didFinishLaunching() {
-    if (!singleInstance_.acquire()) {
-        if (!singleInstance_.activateOther()) sayAnotherRuns(singleInstance_);
+    if (!singleInstance_->acquire()) {
+        if (!singleInstance_->activateOther()) sayAnotherRuns(*singleInstance_);
         return Launch::alreadyRunning;
     }
     try {
-        platform_ = std::make_unique<LivePlatform>();
+        platform_ = makePlatform_();
     } catch (const std::runtime_error& error) {
         say(error.what());
         return Launch::impossible;
@@ -90,13 +93,13 @@ std::filesystem::path AppDelegate::configURL(const FileStorage& storage) {
 }
 
 void AppDelegate::buildModel() {
-    const DiagnosticsEnvironment environment = LivePlatform::environment();
+    const DiagnosticsEnvironment environment = platform_->environment();
     EngineCoordinator::Parts engineParts = platform_->engineParts();
     engineParts.tapMax = tapMax;
     engineParts.clock = environment.uptime;
     engine_ = EngineCoordinator::create(std::move(engineParts));
 
-    const std::shared_ptr<FileStorage> storage = LivePlatform::storage();
+    const std::shared_ptr<FileStorage> storage = platform_->storage();
     store_ = std::make_shared<RuleStore>(configURL(*storage), storage, secondsSince1970);
     settingsOpener_ = platform_->settingsOpener();
     directory_ = std::make_shared<LiveInputSourceDirectory>(platform_->inputSources());
@@ -137,7 +140,7 @@ void AppDelegate::observePlatform() {
         if (model) model->currentSourceChanged();
     };
     directory_->startObserving();
-    platform_->setOnLost([this] { singleInstance_.release(); });
+    platform_->setOnLost([this] { singleInstance_->release(); });
 }
 
 // The controllers are cheap: a window is made when it is first shown.
@@ -166,12 +169,12 @@ void AppDelegate::showFirstWindow() {
 }
 
 void AppDelegate::showSettings(std::optional<SettingsPane> pane) {
-    LivePlatform::comeToFront();
+    platform_->comeToFront();
     settingsController_->show(pane);
 }
 
 void AppDelegate::showOnboarding() {
-    LivePlatform::comeToFront();
+    platform_->comeToFront();
     onboardingController_->show();
     QObject::connect(onboardingController_->window(), &QObject::destroyed, &retryTimer_, [this] {
         // The first answer comes by itself.
@@ -209,16 +212,16 @@ void AppDelegate::startRetrying() {
 // to its server better than this one.
 void AppDelegate::retry() {
     switch (platform_->retry()) {
-    case LivePlatform::Connection::lost: return;
-    case LivePlatform::Connection::regained:
-        if (!singleInstance_.acquire()) {
-            sayAnotherRuns(singleInstance_);
+    case Platform::Connection::lost: return;
+    case Platform::Connection::regained:
+        if (!singleInstance_->acquire()) {
+            sayAnotherRuns(*singleInstance_);
             QCoreApplication::exit();
             return;
         }
         model_->sourcesChanged();
         break;
-    case LivePlatform::Connection::kept: break;
+    case Platform::Connection::kept: break;
     }
     model_->retryPermissionIfNeeded();
     sayWhyNotListening();
@@ -232,7 +235,7 @@ void AppDelegate::sayStoreProblem() {
 }
 
 void AppDelegate::sayWhyNotListening() {
-    const std::string& failure = platform_->listeningFailure();
+    const std::string failure = platform_->listeningFailure();
     if (failure != saidLast_ && !failure.empty() && model_->engineEnabled())
         say(failure + "; trying again every two seconds");
     saidLast_ = failure;

@@ -4,9 +4,10 @@
 // interfaces; callbacks hold the model weakly.
 #pragma once
 
-#include "app/live_platform.h"
 #include "core/engine/engine_coordinator.h"
 #include "model/app_model.h"
+#include "platform/interface/platform.h"
+#include "platform/interface/single_instance.h"
 #include "ui/menubar/status_item_controller.h"
 #include "ui/onboarding/onboarding_window_controller.h"
 #include "ui/settings/settings_window_controller.h"
@@ -26,6 +27,11 @@ class AppDelegate {
         alreadyRunning, ///< another copy is; said so on standard error
         impossible,     ///< nothing can work in this session; said why on standard error
     };
+
+    /// Throws `std::runtime_error`, in words for the user, if nothing can work in this session.
+    using PlatformFactory = std::function<std::unique_ptr<Platform>()>;
+
+    AppDelegate(std::unique_ptr<SingleInstance> singleInstance, PlatformFactory makePlatform);
 
     Launch didFinishLaunching();
     void willTerminate();
@@ -47,8 +53,9 @@ class AppDelegate {
     void sayStoreProblem();
     void sayWhyNotListening();
 
-    LiveSingleInstance singleInstance_;
-    std::unique_ptr<LivePlatform> platform_;
+    std::unique_ptr<SingleInstance> singleInstance_;
+    PlatformFactory makePlatform_;
+    std::unique_ptr<Platform> platform_;
     std::shared_ptr<EngineCoordinator> engine_;
     std::shared_ptr<RuleStore> store_;
     std::shared_ptr<SystemSettingsOpening> settingsOpener_;

@@ -1,18 +1,18 @@
 // The process entry: the preview renderer, or the application with its event loop, the signals that end it,
 // and the delegate that builds everything.
 #include "app/app_delegate.h"
-#include "app/live_platform.h"
 #include "app/quit_request.h"
 #include "app/termination_signals.h"
 #include "core/base/product.h"
 #include "model/texts/l10n.h"
+#include "platform/interface/live_platform.h"
 #include "ui/design/accessible_scroll_area.h"
 #include "ui/preview/render_ui.h"
 
 #include <QApplication>
 #include <cstdio>
 #include <cstdlib>
-#include <optional>
+#include <memory>
 #include <stdexcept>
 #include <string_view>
 
@@ -26,9 +26,9 @@ const char* renderDirectory(int argc, char** argv) {
 }
 
 int runApplication(int argc, char** argv) {
-    std::optional<hopsel::LiveLaunch> launch;
+    std::unique_ptr<hopsel::Launch> launch;
     try {
-        launch.emplace();
+        launch = hopsel::makeLaunch();
     } catch (const std::runtime_error& error) {
         std::fprintf(stderr, "hopsel: %s\n", error.what());
         return EXIT_FAILURE;
@@ -45,7 +45,7 @@ int runApplication(int argc, char** argv) {
     // First, so that a signal during the start ends the program in order as soon as the loop runs. Not
     // `quit`, which would close the windows one by one, and a window that is closed may have a question.
     const hopsel::TerminationSignals signals([] { QCoreApplication::exit(); });
-    hopsel::AppDelegate delegate;
+    hopsel::AppDelegate delegate(hopsel::makeSingleInstance(), hopsel::makePlatform);
     const auto result = delegate.didFinishLaunching();
     launch->finished();
     switch (result) {
@@ -63,7 +63,7 @@ int runApplication(int argc, char** argv) {
 int main(int argc, char** argv) {
     QCoreApplication::setApplicationName(QString::fromUtf8(hopsel::product::applicationIdentifier.data()));
     QCoreApplication::setApplicationVersion(HOPSEL_VERSION);
-    hopsel::l10n::setPreferredLanguages([] { return hopsel::LiveLaunch::preferredLanguages(); });
+    hopsel::l10n::setPreferredLanguages(hopsel::preferredLanguages);
 
     const char* directory = renderDirectory(argc, argv);
     if (directory == nullptr) return runApplication(argc, argv);

@@ -1,6 +1,5 @@
 #include "platform/linux/linux_launch.h"
 
-#include "platform/linux/desktop/preferred_languages.h"
 #include "platform/linux/linux_platform.h"
 
 #include <csignal>
@@ -45,7 +44,5 @@ void LinuxLaunch::applicationMade() {
 }
 
 void LinuxLaunch::finished() { busAddress_.showAgain(); }
-
-std::vector<std::string> LinuxLaunch::preferredLanguages() { return hopsel::preferredLanguages(); }
 
 } // namespace hopsel

@@ -4,9 +4,9 @@
 // thread may run yet.
 #pragma once
 
+#include "platform/interface/launch.h"
+
 #include <QByteArray>
-#include <string>
-#include <vector>
 
 namespace hopsel {
 
@@ -21,18 +21,13 @@ class HiddenVariable {
     QByteArray value_;
 };
 
-class LinuxLaunch {
+class LinuxLaunch final : public Launch {
   public:
     /// Throws `std::runtime_error`, in words for the user, if this session lacks what nothing can work
     /// without.
     LinuxLaunch();
-    /// The application object has just been made.
-    void applicationMade();
-    /// Everything runs, or nothing ever will.
-    void finished();
-
-    /// Most wanted first.
-    static std::vector<std::string> preferredLanguages();
+    void applicationMade() override;
+    void finished() override;
 
   private:
     HiddenVariable busAddress_;

@@ -14,11 +14,9 @@
 #include "platform/linux/fcitx/fcitx_input_sources.h"
 #include "platform/linux/ibus/ibus_input_sources.h"
 #include "platform/linux/tray/tray_host.h"
-#include "platform/linux/x11/x11_guest_key_sender.h"
 #include "platform/linux/x11/x11_input_devices.h"
+#include "platform/linux/x11/x11_key_session.h"
 #include "platform/linux/x11/x11_local_key_monitor.h"
-#include "platform/linux/x11/x11_permissions.h"
-#include "platform/linux/x11/x11_shortcut_source.h"
 #include "platform/posix/posix_file_storage.h"
 
 namespace hopsel {
@@ -54,55 +52,54 @@ LinuxPlatform::LinuxPlatform()
     : bus_(QDBusConnection::sessionBus()),
       layouts_(std::make_shared<XkbInputSources>()),
       sources_(std::make_shared<LinuxInputSources>(frameworks(bus_, log_), isWayland() ? nullptr : layouts_)),
-      hook_(std::make_shared<X11KeyHook>(uptimeSeconds)),
-      listenSource_(std::make_shared<X11ListenSource>(hook_)),
+      keys_(std::make_unique<X11KeySession>(uptimeSeconds, log_)),
       switchKeys_(std::make_shared<DesktopSwitchKeys>(bus_, DesktopSwitchKeys::liveReaders())),
       secureInput_(std::make_shared<AtspiSecureInput>(bus_, log_)),
       systemObserver_(sources_) {
-    hook_->onHandled = runScheduled;
+    keys_->onHandled = runScheduled;
     // Some frameworks keep a source for each text field, and do not tell: it is looked up as the focus moves,
     // and again as a trigger may be going down.
     frontmostObserver_.onWindowChange = [this] {
         secureInput_->windowChanged();
         sources_->askCurrent();
     };
-    listenSource_->onModifierDown = [this] { sources_->askCurrent(); };
+    keys_->onModifierDown = [this] { sources_->askCurrent(); };
 }
 
-DiagnosticsEnvironment LinuxPlatform::environment() {
+DiagnosticsEnvironment LinuxPlatform::environment() const {
     const QTimeZone zone = QTimeZone::systemTimeZone();
     return {uptimeSeconds, [] { return QDateTime::currentDateTimeUtc(); },
             zone.isValid() ? zone : QTimeZone::utc(), system_facts::version(), system_facts::architecture()};
 }
 
-std::shared_ptr<FileStorage> LinuxPlatform::storage() {
+std::shared_ptr<FileStorage> LinuxPlatform::storage() const {
     return std::make_shared<PosixFileStorage>(PosixFileStorage::xdgDataHome());
 }
 
 EngineCoordinator::Parts LinuxPlatform::engineParts() {
     EngineCoordinator::Parts parts;
-    parts.source = listenSource_;
-    parts.shortcutSource = std::make_shared<X11ShortcutSource>(hook_, log_);
+    parts.source = keys_->listenSource();
+    parts.shortcutSource = keys_->shortcutSource();
     parts.service = std::make_shared<LiveInputSourceService>(sources_, uptimeSeconds, runFor);
     parts.secureInput = secureInput_;
-    parts.guestKeySender = std::make_shared<X11GuestKeySender>(hook_, uptimeSeconds);
+    parts.guestKeySender = keys_->guestKeySender();
     parts.schedule = schedule;
     return parts;
 }
 
-std::shared_ptr<LoginItemControlling> LinuxPlatform::loginItem() const {
+std::shared_ptr<LoginItemControlling> LinuxPlatform::loginItem() {
     return std::make_shared<AutostartLoginItem>();
 }
 
 std::shared_ptr<SystemSettingsOpening> LinuxPlatform::settingsOpener() {
-    return std::make_shared<DesktopSettingsOpener>(std::make_shared<X11Permissions>(), helpPage(), log_);
+    return std::make_shared<DesktopSettingsOpener>(keys_->permissions(), helpPage(), log_);
 }
 
 std::shared_ptr<PreferencesStoring> LinuxPlatform::preferences() {
     return std::make_shared<SettingsPreferences>(log_);
 }
 
-std::shared_ptr<RunningAppsProviding> LinuxPlatform::runningApps() const {
+std::shared_ptr<RunningAppsProviding> LinuxPlatform::runningApps() {
     return std::make_shared<ProcRunningApps>();
 }
 
@@ -110,13 +107,11 @@ std::shared_ptr<ReportDelivering> LinuxPlatform::reportDelivery() {
     return std::make_shared<DesktopReportDelivery>(bus_, log_);
 }
 
-std::shared_ptr<LocalKeyMonitoring> LinuxPlatform::localKeys() const {
+std::shared_ptr<LocalKeyMonitoring> LinuxPlatform::localKeys() {
     return std::make_shared<X11LocalKeyMonitor>();
 }
 
-std::unique_ptr<TrayHosting> LinuxPlatform::trayHost() const {
-    return std::make_unique<TrayHost>(bus_, true);
-}
+std::unique_ptr<TrayHosting> LinuxPlatform::trayHost() { return std::make_unique<TrayHost>(bus_, true); }
 
 std::function<bool(const ShortcutKey&)> LinuxPlatform::systemShortcutConflict() const {
     return [switchKeys = switchKeys_](const ShortcutKey& key) { return switchKeys->conflicts(key); };
@@ -141,7 +136,7 @@ void LinuxPlatform::recoverFrom(SystemEvent event) {
     switch (event) {
     case SystemEvent::didWake:
     case SystemEvent::screenUnlocked:
-    case SystemEvent::sessionBecameActive: hook_->resynchronise(); break;
+    case SystemEvent::sessionBecameActive: keys_->resynchronise(); break;
     default: break;
     }
 }

@@ -1,7 +1,6 @@
 #include "platform/macos/macos_launch.h"
 
 #include "platform/macos/applications/application.h"
-#include "platform/macos/desktop/preferred_languages.h"
 
 #include <QByteArray>
 
@@ -11,7 +10,5 @@ namespace hopsel {
 MacosLaunch::MacosLaunch() { qputenv("QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM", "1"); }
 
 void MacosLaunch::applicationMade() { application::becomeAccessory(); }
-
-std::vector<std::string> MacosLaunch::preferredLanguages() { return hopsel::preferredLanguages(); }
 
 } // namespace hopsel

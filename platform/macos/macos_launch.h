@@ -1,21 +1,14 @@
-// What macOS asks of the process while it starts. Made by `main`, which tells it how far the start has come.
+// What macOS asks of the process while it starts.
 #pragma once
 
-#include <string>
-#include <vector>
+#include "platform/interface/launch.h"
 
 namespace hopsel {
 
-class MacosLaunch {
+class MacosLaunch final : public Launch {
   public:
     MacosLaunch();
-    /// The application object has just been made.
-    void applicationMade();
-    /// Everything runs, or nothing ever will.
-    void finished() {}
-
-    /// Most wanted first.
-    static std::vector<std::string> preferredLanguages();
+    void applicationMade() override;
 };
 
 } // namespace hopsel

@@ -30,14 +30,14 @@ MacosPlatform::MacosPlatform()
       sources_(std::make_shared<MacInputSourceCatalog>()),
       systemObserver_(sources_, makeWorkspaceNotifications()) {}
 
-DiagnosticsEnvironment MacosPlatform::environment() {
+DiagnosticsEnvironment MacosPlatform::environment() const {
     const QTimeZone zone = QTimeZone::systemTimeZone();
     // The one that the program is built for.
     return {uptimeSeconds, [] { return QDateTime::currentDateTimeUtc(); },
             zone.isValid() ? zone : QTimeZone::utc(), application::systemVersion(), "arm64"};
 }
 
-std::shared_ptr<FileStorage> MacosPlatform::storage() {
+std::shared_ptr<FileStorage> MacosPlatform::storage() const {
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
     return std::make_shared<PosixFileStorage>(folder.toStdString());
 }
@@ -53,7 +53,7 @@ EngineCoordinator::Parts MacosPlatform::engineParts() {
     return parts;
 }
 
-std::shared_ptr<LoginItemControlling> MacosPlatform::loginItem() const {
+std::shared_ptr<LoginItemControlling> MacosPlatform::loginItem() {
     return std::make_shared<SMAppLoginItem>();
 }
 
@@ -65,7 +65,7 @@ std::shared_ptr<PreferencesStoring> MacosPlatform::preferences() {
     return std::make_shared<UserDefaultsPreferences>();
 }
 
-std::shared_ptr<RunningAppsProviding> MacosPlatform::runningApps() const {
+std::shared_ptr<RunningAppsProviding> MacosPlatform::runningApps() {
     return std::make_shared<LiveRunningApps>();
 }
 
@@ -79,11 +79,9 @@ std::function<bool(const ShortcutKey&)> MacosPlatform::systemShortcutConflict() 
     };
 }
 
-std::shared_ptr<LocalKeyMonitoring> MacosPlatform::localKeys() const {
-    return std::make_shared<LocalKeyMonitor>();
-}
+std::shared_ptr<LocalKeyMonitoring> MacosPlatform::localKeys() { return std::make_shared<LocalKeyMonitor>(); }
 
-std::unique_ptr<TrayHosting> MacosPlatform::trayHost() const { return std::make_unique<MenuBarHost>(); }
+std::unique_ptr<TrayHosting> MacosPlatform::trayHost() { return std::make_unique<MenuBarHost>(); }
 
 void MacosPlatform::followAppearance(std::function<void(design::Appearance)> onChange) {
     interfaceStyle_ = std::make_unique<InterfaceStyle>([onChange = std::move(onChange)](bool isDark) {

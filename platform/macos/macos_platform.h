@@ -6,15 +6,7 @@
 // cannot happen here does nothing.
 #pragma once
 
-#include "core/engine/engine_coordinator.h"
-#include "core/platform/file_storage.h"
-#include "core/platform/local_key_monitoring.h"
-#include "core/platform/login_item.h"
-#include "core/platform/preferences_storing.h"
-#include "core/platform/report_delivering.h"
-#include "core/platform/running_apps.h"
-#include "core/platform/system_settings_opening.h"
-#include "model/diagnostics_environment.h"
+#include "platform/interface/platform.h"
 #include "platform/macos/applications/frontmost_app_observer.h"
 #include "platform/macos/applications/reopen_observer.h"
 #include "platform/macos/base/system_log.h"
@@ -25,8 +17,6 @@
 #include "platform/macos/sources/mac_input_source_catalog.h"
 #include "platform/macos/system_events/mac_system_event_observer.h"
 #include "platform/macos/system_events/system_secure_input.h"
-#include "ui/design/colors.h"
-#include "ui/menubar/tray_hosting.h"
 
 #include <functional>
 #include <memory>
@@ -34,46 +24,30 @@
 
 namespace hopsel {
 
-class MacosPlatform {
+class MacosPlatform final : public Platform {
   public:
     MacosPlatform();
 
-    /// Clock, calendar and facts; read once at start.
-    static DiagnosticsEnvironment environment();
-    /// In the user's application support.
-    static std::shared_ptr<FileStorage> storage();
-
-    /// The clock and the limit of a tap are the caller's to add.
-    EngineCoordinator::Parts engineParts();
-    std::shared_ptr<SecureInputProviding> secureInput() const { return secureInput_; }
-    std::shared_ptr<InputSourceCatalog> inputSources() const { return sources_; }
-    std::shared_ptr<LoginItemControlling> loginItem() const;
-    std::shared_ptr<SystemSettingsOpening> settingsOpener();
-    std::shared_ptr<PreferencesStoring> preferences();
-    std::shared_ptr<RunningAppsProviding> runningApps() const;
-    std::shared_ptr<ReportDelivering> reportDelivery();
-    std::function<bool(const ShortcutKey&)> systemShortcutConflict() const;
-    std::shared_ptr<LocalKeyMonitoring> localKeys() const;
-    std::unique_ptr<TrayHosting> trayHost() const;
-    SystemEventObserving& systemObserver() { return systemObserver_; }
-    FrontmostAppObserving& frontmostObserver() { return frontmostObserver_; }
-
-    /// Tells light or dark at once, and every change.
-    void followAppearance(std::function<void(design::Appearance)> onChange);
-    /// Called when the user starts the program again, which is to bring its window to the front.
-    void setOnReopen(std::function<void()> callback);
-    /// Gets the program the right to show a window in front.
-    static void comeToFront();
-
-    /// The system tells the state of the modifiers with every event: nothing has to be read again.
-    void recoverFrom(SystemEvent /*event*/) {}
-
-    enum class Connection { kept, regained, lost };
-    /// Called every two seconds: looks after the taps, which the system may take away without a word.
-    Connection retry();
-    void setOnLost(const std::function<void()>& /*callback*/) {}
-    /// Empty: the windows and the menu name the permission that is missing, and no terminal is attached.
-    const std::string& listeningFailure() const { return listeningFailure_; }
+    DiagnosticsEnvironment environment() const override;
+    std::shared_ptr<FileStorage> storage() const override;
+    EngineCoordinator::Parts engineParts() override;
+    std::shared_ptr<SecureInputProviding> secureInput() const override { return secureInput_; }
+    std::shared_ptr<InputSourceCatalog> inputSources() const override { return sources_; }
+    std::shared_ptr<LoginItemControlling> loginItem() override;
+    std::shared_ptr<SystemSettingsOpening> settingsOpener() override;
+    std::shared_ptr<PreferencesStoring> preferences() override;
+    std::shared_ptr<RunningAppsProviding> runningApps() override;
+    std::shared_ptr<ReportDelivering> reportDelivery() override;
+    std::function<bool(const ShortcutKey&)> systemShortcutConflict() const override;
+    std::shared_ptr<LocalKeyMonitoring> localKeys() override;
+    std::unique_ptr<TrayHosting> trayHost() override;
+    SystemEventObserving& systemObserver() override { return systemObserver_; }
+    FrontmostAppObserving& frontmostObserver() override { return frontmostObserver_; }
+    void followAppearance(std::function<void(design::Appearance)> onChange) override;
+    void setOnReopen(std::function<void()> callback) override;
+    void comeToFront() override;
+    /// Looks after the taps, which the system may take away without a word.
+    Connection retry() override;
 
   private:
     SystemLog log_;
@@ -86,7 +60,6 @@ class MacosPlatform {
     FrontmostAppObserver frontmostObserver_;
     std::unique_ptr<InterfaceStyle> interfaceStyle_;
     std::unique_ptr<ReopenObserver> reopenObserver_;
-    std::string listeningFailure_;
 };
 
 } // namespace hopsel

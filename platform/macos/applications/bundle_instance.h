@@ -1,23 +1,21 @@
-// Only one copy of the program runs in a session: two would switch back and forth on every press.
+// The one copy on a Mac. The system knows which applications run, so nothing has to be locked.
 //
-// Held by the delegate for the life of the process. The system knows which applications run, so nothing has
-// to be locked; a program that is in no bundle (a build tried from a terminal) counts as the only one.
+// Held by the delegate for the life of the process. A program that is in no bundle (a build tried from a
+// terminal) counts as the only one.
 #pragma once
 
-#include <cstdint>
-#include <optional>
+#include "platform/interface/single_instance.h"
 
 namespace hopsel {
 
-class BundleInstance {
+class BundleInstance final : public SingleInstance {
   public:
     /// False when an application with our bundle identifier runs that was started earlier: of two that start
     /// at once, one stays.
-    bool acquire() const { return !otherProcess(); }
-    void release() const {}
-    std::optional<std::int64_t> otherProcess() const;
-    /// Asks it to come to the front. False if it is gone by now.
-    bool activateOther() const;
+    bool acquire() override { return !otherProcess(); }
+    void release() override {}
+    std::optional<std::int64_t> otherProcess() const override;
+    bool activateOther() const override;
 };
 
 } // namespace hopsel

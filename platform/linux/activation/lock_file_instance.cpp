@@ -1,4 +1,4 @@
-#include "platform/linux/activation/single_instance.h"
+#include "platform/linux/activation/lock_file_instance.h"
 
 #include "platform/linux/activation/activation_server.h"
 
@@ -20,16 +20,16 @@ QString lockPath() {
 
 } // namespace
 
-SingleInstance::SingleInstance() : lock_(lockPath()) {
+LockFileInstance::LockFileInstance() : lock_(lockPath()) {
     // Never stale by age: the program runs for weeks. The process identifier in the file decides.
     lock_.setStaleLockTime(0);
 }
 
-bool SingleInstance::acquire() {
+bool LockFileInstance::acquire() {
     return lock_.isLocked() || lock_.tryLock(0) || lock_.error() != QLockFile::LockFailedError;
 }
 
-std::optional<qint64> SingleInstance::otherProcess() const {
+std::optional<std::int64_t> LockFileInstance::otherProcess() const {
     qint64 process = 0;
     QString host;
     QString application;
@@ -37,6 +37,6 @@ std::optional<qint64> SingleInstance::otherProcess() const {
     return process;
 }
 
-bool SingleInstance::activateOther() const { return activateRunningCopy(QDBusConnection::sessionBus()); }
+bool LockFileInstance::activateOther() const { return activateRunningCopy(QDBusConnection::sessionBus()); }
 
 } // namespace hopsel

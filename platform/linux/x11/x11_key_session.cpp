@@ -1,0 +1,32 @@
+#include "platform/linux/x11/x11_key_session.h"
+
+#include "platform/linux/x11/x11_guest_key_sender.h"
+#include "platform/linux/x11/x11_permissions.h"
+#include "platform/linux/x11/x11_shortcut_source.h"
+
+namespace hopsel {
+
+X11KeySession::X11KeySession(X11KeyHook::Clock clock, Log& log)
+    : clock_(std::move(clock)),
+      log_(log),
+      hook_(std::make_shared<X11KeyHook>(clock_)),
+      listenSource_(std::make_shared<X11ListenSource>(hook_)) {
+    hook_->onHandled = [this] {
+        if (onHandled) onHandled();
+    };
+    listenSource_->onModifierDown = [this] {
+        if (onModifierDown) onModifierDown();
+    };
+}
+
+std::shared_ptr<ShortcutSource> X11KeySession::shortcutSource() {
+    return std::make_shared<X11ShortcutSource>(hook_, log_);
+}
+
+std::shared_ptr<GuestKeySending> X11KeySession::guestKeySender() {
+    return std::make_shared<X11GuestKeySender>(hook_, clock_);
+}
+
+std::shared_ptr<Permissions> X11KeySession::permissions() { return std::make_shared<X11Permissions>(); }
+
+} // namespace hopsel

@@ -1,0 +1,101 @@
+// Start-up over a played platform: what the system tells reaches the engine, and what the user chose is kept.
+#include "app/app_delegate.h"
+
+#include "core/rules/rule_store.h"
+#include "session/temporary_folder.h"
+#include "support/fakes/engine_rig.h"
+#include "support/fakes/played_platform.h"
+
+#include <gmock/gmock.h>
+
+namespace hopsel {
+namespace {
+
+using testing::ElementsAre;
+using testing::SizeIs;
+using enum ModifierKey;
+
+class Delegate : public testing::Test {
+  protected:
+    Delegate() {
+        RuleStore store(RuleStore::defaultFileURL(PosixFileStorage(folder.path())),
+                        std::make_shared<PosixFileStorage>(folder.path()), [] { return 0; });
+        store.load();
+        store.add(fakes::tapRule("7A4C0A52-0D5C-4E0E-9E39-3F1B0C7C2B11", rightCommand, "A", "B"));
+        stored->completed = true;
+    }
+
+    AppDelegate::Launch launch() {
+        auto instance = std::make_unique<fakes::OnlyInstance>();
+        instance->isTaken = isTaken;
+        delegate = std::make_unique<AppDelegate>(std::move(instance), [this]() -> std::unique_ptr<Platform> {
+            if (isImpossible) throw std::runtime_error("no display");
+            auto made = std::make_unique<fakes::PlayedPlatform>(folder.path());
+            platform = made.get();
+            platform->stored = stored;
+            return made;
+        });
+        return delegate->didFinishLaunching();
+    }
+
+    session::TemporaryFolder folder;
+    std::shared_ptr<fakes::FakePreferences> stored = std::make_shared<fakes::FakePreferences>();
+    bool isTaken = false;
+    bool isImpossible = false;
+    fakes::PlayedPlatform* platform = nullptr;
+    std::unique_ptr<AppDelegate> delegate;
+};
+
+TEST_F(Delegate, startsNothingBesideAnotherCopyOrWhereNothingCanWork) {
+    isTaken = true;
+    EXPECT_EQ(launch(), AppDelegate::Launch::alreadyRunning);
+    EXPECT_EQ(platform, nullptr);
+    isTaken = false;
+    isImpossible = true;
+    EXPECT_EQ(launch(), AppDelegate::Launch::impossible);
+    delegate->willTerminate();
+}
+
+TEST_F(Delegate, handsOnWhatTheSystemTells) {
+    ASSERT_EQ(launch(), AppDelegate::Launch::running);
+    ASSERT_TRUE(platform->system.isStarted && platform->frontmost.isStarted);
+    platform->tap(rightCommand);
+    EXPECT_THAT(platform->service->switches, ElementsAre("B"));
+
+    for (const SystemEvent event :
+         {SystemEvent::willSleep, SystemEvent::didWake, SystemEvent::screenLocked,
+          SystemEvent::screenUnlocked, SystemEvent::sessionResigned, SystemEvent::sessionBecameActive}) {
+        platform->key(rightCommand, true);
+        platform->system.onEvent(event);
+        platform->key(rightCommand, false);
+        EXPECT_THAT(platform->service->switches, SizeIs(1)) << static_cast<int>(event);
+    }
+    EXPECT_THAT(platform->recovered, SizeIs(6));
+
+    platform->frontmost.onChange("com.vmware.fusion");
+    platform->tap(rightCommand);
+    EXPECT_THAT(platform->guestKeys->sent, SizeIs(1));
+    EXPECT_THAT(platform->service->switches, SizeIs(1));
+    platform->frontmost.onChange("org.example.editor");
+    platform->tap(rightCommand);
+    EXPECT_THAT(platform->service->switches, ElementsAre("B", "A"));
+
+    platform->service->available.erase("B");
+    platform->system.onInputSourcesChanged();
+    platform->tap(rightCommand);
+    EXPECT_THAT(platform->service->switches, SizeIs(2)) << "a source that is gone is not switched to";
+
+    delegate->willTerminate();
+    EXPECT_FALSE(platform->source->isStarted);
+}
+
+TEST_F(Delegate, leavesTheEngineOffIfTheUserSwitchedItOff) {
+    stored->enabled = false;
+    ASSERT_EQ(launch(), AppDelegate::Launch::running);
+    EXPECT_FALSE(platform->source->isStarted);
+    platform->system.onEvent(SystemEvent::didWake);
+    EXPECT_EQ(platform->source->starts, 0);
+}
+
+} // namespace
+} // namespace hopsel
