@@ -38,8 +38,8 @@ void AppModel::setDiagnosticsVisible(bool visible) {
 
 std::optional<ModifierKey> AppModel::probeTrigger() const {
     for (const Rule& rule : rules_) {
-        const auto* tap = std::get_if<trigger::ModifierTap>(&rule.trigger);
-        if (rule.enabled && tap != nullptr) return tap->key;
+        const auto key = tappedKey(rule.trigger);
+        if (rule.enabled && key) return key;
     }
     return std::nullopt;
 }

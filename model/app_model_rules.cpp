@@ -30,8 +30,8 @@ std::vector<RuleIssue> AppModel::previewIssues(const Trigger& trigger, const Inp
 
 EditResult AppModel::addRule(const Trigger& trigger, const InputSourceInfo& a, const InputSourceInfo& b) {
     const EditResult result = edit([&](RuleStore& store) { store.add(Rule::make(trigger, toggle(a, b))); });
-    if (std::holds_alternative<edit_result::Added>(result) &&
-        std::holds_alternative<trigger::Shortcut>(trigger) && !accessibilityGranted())
+    if (std::holds_alternative<edit_result::Added>(result) && swallowedShortcut(trigger) &&
+        !accessibilityGranted())
         requestAccessibilityAccess();
     return result;
 }
@@ -90,10 +90,10 @@ void AppModel::refreshConflicts() {
 }
 
 std::optional<RuleWarning> AppModel::warning(const Trigger& trigger, bool enabled) const {
-    const auto* shortcut = std::get_if<trigger::Shortcut>(&trigger);
-    if (shortcut == nullptr) return std::nullopt;
+    const std::optional<ShortcutKey> shortcut = swallowedShortcut(trigger);
+    if (!shortcut) return std::nullopt;
     if (enabled && shortcutStatus_ == ShortcutStatus::unavailable) return RuleWarning::needsAccessibility;
-    if (parts_.systemShortcutConflict(shortcut->key)) return RuleWarning::systemShortcutConflict;
+    if (parts_.systemShortcutConflict(*shortcut)) return RuleWarning::systemShortcutConflict;
     return std::nullopt;
 }
 

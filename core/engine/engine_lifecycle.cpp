@@ -1,4 +1,5 @@
 // States, recovery and rules.
+#include "core/base/overloaded.h"
 #include "core/engine/engine_coordinator.h"
 
 #include <exception>
@@ -103,13 +104,15 @@ void EngineCoordinator::apply(const Config& config) {
     for (const Rule& rule : config.rules) {
         if (!rule.enabled) continue;
         // Of two rules with one trigger the first wins: neither map takes the second.
-        if (const auto* tap = std::get_if<trigger::ModifierTap>(&rule.trigger)) {
-            rulesByKey_.try_emplace(tap->key, rule);
-            triggers.insert(tap->key);
-        } else if (const auto* shortcut = std::get_if<trigger::Shortcut>(&rule.trigger)) {
-            shortcutRules_.try_emplace(shortcut->key, rule);
-            shortcuts.insert(shortcut->key);
-        }
+        std::visit(Overloaded{[&](const trigger::ModifierTap& tap) {
+                                  rulesByKey_.try_emplace(tap.key, rule);
+                                  triggers.insert(tap.key);
+                              },
+                              [&](const trigger::Shortcut& shortcut) {
+                                  shortcutRules_.try_emplace(shortcut.key, rule);
+                                  shortcuts.insert(shortcut.key);
+                              }},
+                   rule.trigger);
     }
     shortcutMatcher_ = ShortcutMatcher(std::move(shortcuts));
     machine_ = KeyStateMachine(triggers, tapMax_);

@@ -1,5 +1,7 @@
 #include "core/rules/config_json.h"
 
+#include "core/base/overloaded.h"
+
 #include "core/rules/json_scan.h"
 #include "core/rules/json_writer.h"
 
@@ -73,6 +75,7 @@ ModifierKey modifierKey(const std::string& name, const char* member) {
 }
 
 Trigger decodeTrigger(const Json& object) {
+    static_assert(std::variant_size_v<Trigger> == 2, "a new kind of trigger has to be read, too");
     const std::string& kind = requiredString(object, "type");
     if (kind == modifierTapKind)
         return trigger::ModifierTap{modifierKey(requiredString(object, "key"), "key")};
@@ -105,11 +108,15 @@ Rule decodeRule(const Json& object) {
 }
 
 Json encodeTrigger(const Trigger& trigger) {
-    if (const auto* tap = std::get_if<trigger::ModifierTap>(&trigger)) {
-        return {{"type", modifierTapKind}, {"key", rawValue(tap->key)}};
-    }
-    const ShortcutKey& key = std::get<trigger::Shortcut>(trigger).key;
-    return {{"type", shortcutKind}, {"keyCode", key.keyCode}, {"modifiers", sortedNames(key.modifiers)}};
+    return std::visit(Overloaded{[](const trigger::ModifierTap& tap) -> Json {
+                                     return {{"type", modifierTapKind}, {"key", rawValue(tap.key)}};
+                                 },
+                                 [](const trigger::Shortcut& shortcut) -> Json {
+                                     return {{"type", shortcutKind},
+                                             {"keyCode", shortcut.key.keyCode},
+                                             {"modifiers", sortedNames(shortcut.key.modifiers)}};
+                                 }},
+                      trigger);
 }
 
 Json encodeSource(const InputSourceRef& source) {

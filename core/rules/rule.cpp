@@ -1,5 +1,7 @@
 #include "core/rules/rule.h"
 
+#include "core/base/overloaded.h"
+
 #include <array>
 #include <random>
 #include <string_view>
@@ -35,6 +37,26 @@ Rule Rule::make(Trigger trigger, Action action, bool enabled) {
     return {makeIdentifier(), enabled, trigger, std::move(action)};
 }
 
+std::optional<ModifierKey> tappedKey(const Trigger& trigger) {
+    using Key = std::optional<ModifierKey>;
+    return std::visit(Overloaded{[](const trigger::ModifierTap& tap) -> Key { return tap.key; },
+                                 [](const trigger::Shortcut&) -> Key { return std::nullopt; }},
+                      trigger);
+}
+
+std::optional<ShortcutKey> swallowedShortcut(const Trigger& trigger) {
+    using Key = std::optional<ShortcutKey>;
+    return std::visit(Overloaded{[](const trigger::ModifierTap&) -> Key { return std::nullopt; },
+                                 [](const trigger::Shortcut& shortcut) -> Key { return shortcut.key; }},
+                      trigger);
+}
+
+std::int64_t schemaVersion(const Trigger& trigger) {
+    return std::visit(Overloaded{[](const trigger::ModifierTap&) { return Config::baseSchemaVersion; },
+                                 [](const trigger::Shortcut&) { return std::int64_t{2}; }},
+                      trigger);
+}
+
 } // namespace hopsel
 
 std::size_t std::hash<hopsel::InputSourceRef>::operator()(const hopsel::InputSourceRef& ref) const noexcept {
@@ -42,9 +64,13 @@ std::size_t std::hash<hopsel::InputSourceRef>::operator()(const hopsel::InputSou
 }
 
 std::size_t std::hash<hopsel::Trigger>::operator()(const hopsel::Trigger& trigger) const noexcept {
-    if (const auto* tap = std::get_if<hopsel::trigger::ModifierTap>(&trigger)) {
-        return hopsel::combine(trigger.index(), static_cast<std::size_t>(tap->key));
-    }
-    const auto& shortcut = *std::get_if<hopsel::trigger::Shortcut>(&trigger);
-    return hopsel::combine(trigger.index(), std::hash<hopsel::ShortcutKey>{}(shortcut.key));
+    const std::size_t content =
+        std::visit(hopsel::Overloaded{[](const hopsel::trigger::ModifierTap& tap) {
+                                          return static_cast<std::size_t>(tap.key);
+                                      },
+                                      [](const hopsel::trigger::Shortcut& shortcut) {
+                                          return std::hash<hopsel::ShortcutKey>{}(shortcut.key);
+                                      }},
+                   trigger);
+    return hopsel::combine(trigger.index(), content);
 }

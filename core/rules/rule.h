@@ -4,6 +4,7 @@
 #include "core/keys/shortcut_key.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -29,6 +30,13 @@ struct Shortcut {
 } // namespace trigger
 
 using Trigger = std::variant<trigger::ModifierTap, trigger::Shortcut>;
+
+/// The key that is tapped; absent for other kinds of trigger.
+std::optional<ModifierKey> tappedKey(const Trigger& trigger);
+/// The combination that has to be swallowed; absent for triggers that only listen.
+std::optional<ShortcutKey> swallowedShortcut(const Trigger& trigger);
+/// The version of the document that a rule with this trigger needs at least.
+std::int64_t schemaVersion(const Trigger& trigger);
 
 namespace action {
 /// Each firing goes to the other one of the two sources.

@@ -147,11 +147,10 @@ void RuleStore::validate(const Rule& rule) const {
 }
 
 void RuleStore::commit(Config changed) {
-    // Version 2 only where it is needed, so that older programs can read everything else.
-    const bool hasShortcut = std::any_of(changed.rules.begin(), changed.rules.end(), [](const Rule& rule) {
-        return std::holds_alternative<trigger::Shortcut>(rule.trigger);
-    });
-    changed.schemaVersion = hasShortcut ? Config::currentSchemaVersion : Config::baseSchemaVersion;
+    // No higher version than is needed, so that older programs can read everything else.
+    changed.schemaVersion = Config::baseSchemaVersion;
+    for (const Rule& rule : changed.rules)
+        changed.schemaVersion = std::max(changed.schemaVersion, schemaVersion(rule.trigger));
     std::swap(config_, changed);
     try {
         save();

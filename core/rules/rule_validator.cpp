@@ -1,5 +1,6 @@
 #include "core/rules/rule_validator.h"
 
+#include "core/base/overloaded.h"
 #include "core/keys/shortcut_policy.h"
 
 #include <algorithm>
@@ -9,13 +10,16 @@ namespace hopsel::rule_validator {
 namespace {
 
 std::optional<RuleIssue> triggerIssue(const Trigger& trigger) {
-    if (const auto* shortcut = std::get_if<trigger::Shortcut>(&trigger)) {
-        if (!shortcut_policy::isAllowed(shortcut->key)) return rule_issue::DisallowedShortcut{shortcut->key};
-        return std::nullopt;
-    }
-    const ModifierKey key = std::get<trigger::ModifierTap>(trigger).key;
-    if (disallowedKeys.contains(key)) return rule_issue::DisallowedTrigger{key};
-    return std::nullopt;
+    using Issue = std::optional<RuleIssue>;
+    return std::visit(Overloaded{[](const trigger::ModifierTap& tap) -> Issue {
+                                     if (!disallowedKeys.contains(tap.key)) return std::nullopt;
+                                     return rule_issue::DisallowedTrigger{tap.key};
+                                 },
+                                 [](const trigger::Shortcut& shortcut) -> Issue {
+                                     if (shortcut_policy::isAllowed(shortcut.key)) return std::nullopt;
+                                     return rule_issue::DisallowedShortcut{shortcut.key};
+                                 }},
+                      trigger);
 }
 
 std::optional<RuleIssue> sourceIssue(const Action& action) {

@@ -237,7 +237,7 @@ std::vector<RuleIssue> AddRuleView::issues() const {
 
 QStringList AddRuleView::warnings() const {
     const auto& trigger = capture_.trigger();
-    if (!trigger || !std::holds_alternative<trigger::Shortcut>(*trigger)) return {};
+    if (!trigger || !swallowedShortcut(*trigger)) return {};
     QStringList texts;
     if (!model_.accessibilityGranted()) texts += text(Key::addRuleAccessibilityNote);
     // While shortcuts are unavailable the model's warning is another one.
