@@ -230,7 +230,10 @@ void AppDelegate::retry() {
 void AppDelegate::sayStoreProblem() {
     const auto& problem = model_->storeProblem();
     if (!problem) return;
-    say(store_->fileURL().string() + ": " + words(*problem) +
+    const std::string path = store_->fileURL().string();
+    const std::string description = words(*problem);
+    const bool isNamed = description.find(path) != std::string::npos; // the system's own texts do
+    say((isNamed ? "" : path + ": ") + description +
         ". No rule runs; the file is left as it is. Repair or move it and start again.");
 }
 

@@ -42,10 +42,14 @@ int runApplication(int argc, char** argv) {
     QApplication::setDesktopFileName(QString::fromUtf8(hopsel::product::bundleIdentifier.data()));
     QApplication::setQuitOnLastWindowClosed(false);
 
-    // First, so that a signal during the start ends the program in order as soon as the loop runs. Not
-    // `quit`, which would close the windows one by one, and a window that is closed may have a question.
-    const hopsel::TerminationSignals signals([] { QCoreApplication::exit(); });
     hopsel::AppDelegate delegate(hopsel::makeSingleInstance(), hopsel::makePlatform);
+    // Before the start, so that a signal during it ends the program in order as soon as the loop runs. Not
+    // `quit`, which would close the windows one by one, and a window that is closed may have a question. The
+    // engine stops first: a guest key that waits for the user's fingers would hold up the end.
+    const hopsel::TerminationSignals signals([&delegate] {
+        delegate.willTerminate();
+        QCoreApplication::exit();
+    });
     const auto result = delegate.didFinishLaunching();
     launch->finished();
     switch (result) {

@@ -52,6 +52,15 @@ Lines entryLines(const DiagnosticEntries& entries) {
     return lines;
 }
 
+/// Names and identifiers come from outside; none of them may begin a line that looks like one of ours.
+std::string oneLine(std::string line) {
+    for (const std::string_view end : {"\r", "\n", "\v", "\f", "\xC2\x85", "\xE2\x80\xA8", "\xE2\x80\xA9"}) {
+        for (auto at = line.find(end); at != std::string::npos; at = line.find(end, at))
+            line.replace(at, end.size(), " ");
+    }
+    return line;
+}
+
 } // namespace
 
 std::string build(const ReportInput& input) {
@@ -77,7 +86,7 @@ std::string build(const ReportInput& input) {
     addSection(lines, "[최근 이벤트] (마지막 이벤트 기준 상대 시간, 초)", entryLines(input.entries));
 
     std::string text;
-    for (const std::string& line : lines) text += line + '\n';
+    for (const std::string& line : lines) text += oneLine(line) + '\n';
     return text;
 }
 

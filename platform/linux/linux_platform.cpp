@@ -52,7 +52,7 @@ LinuxPlatform::LinuxPlatform()
     : bus_(QDBusConnection::sessionBus()),
       layouts_(std::make_shared<XkbInputSources>()),
       sources_(std::make_shared<LinuxInputSources>(frameworks(bus_, log_), isWayland() ? nullptr : layouts_)),
-      keys_(std::make_unique<X11KeySession>(uptimeSeconds, log_)),
+      keys_(std::make_unique<X11KeySession>(uptimeSeconds, runFor, log_)),
       switchKeys_(std::make_shared<DesktopSwitchKeys>(bus_, DesktopSwitchKeys::liveReaders())),
       secureInput_(std::make_shared<AtspiSecureInput>(bus_, log_)),
       systemObserver_(sources_) {

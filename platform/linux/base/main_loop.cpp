@@ -25,8 +25,8 @@ class ScheduledEvent final : public QEvent {
     std::function<void()> function_;
 };
 
-/// A quit was asked for while a scheduled function waited.
-bool quitDuringWait = false;
+/// A scheduled function has run the loop to wait.
+bool hasWaited = false;
 
 class ScheduledReceiver final : public QObject {
   public:
@@ -34,10 +34,10 @@ class ScheduledReceiver final : public QObject {
         if (event->type() != scheduledType) return QObject::event(event);
         ++depth_;
         static_cast<ScheduledEvent*>(event)->run();
-        if (--depth_ == 0 && std::exchange(quitDuringWait, false)) {
-            // The turns of the wait took back what would keep the loop that quits from waiting once more.
+        // The turns of the wait took back what would keep a loop that was ended meanwhile, by whatever call,
+        // from waiting once more.
+        if (--depth_ == 0 && std::exchange(hasWaited, false))
             QAbstractEventDispatcher::instance()->interrupt();
-        }
         return true;
     }
 
@@ -49,17 +49,6 @@ ScheduledReceiver& receiver() {
     static ScheduledReceiver instance; // lives in the thread of the first call: the main thread
     return instance;
 }
-
-class QuitWatcher final : public QObject {
-  public:
-    QuitWatcher() { QCoreApplication::instance()->installEventFilter(this); }
-    ~QuitWatcher() override { QCoreApplication::instance()->removeEventFilter(this); }
-
-    bool eventFilter(QObject*, QEvent* event) override {
-        if (event->type() == QEvent::Quit) quitDuringWait = true;
-        return false;
-    }
-};
 
 } // namespace
 
@@ -87,7 +76,7 @@ void runFor(double seconds) {
     limit.setSingleShot(true);
     limit.setTimerType(Qt::PreciseTimer);
     limit.start(milliseconds);
-    const QuitWatcher watcher;
+    hasWaited = true;
     QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
 }
 

@@ -2,8 +2,8 @@
 //
 // Owned by the engine. X has no flags to set on a posted event: what the guest sees is what is down, and a
 // key that is down already cannot be pressed. A trigger like Shift+Space still has the user's fingers on it
-// when its rule runs, so the sender waits for the modifiers and the key to come up, and gives up on someone
-// who holds them.
+// when its rule runs, so the sender runs the event loop until the modifiers and the key have come up, however
+// long that takes; it gives up if the hook is closed meanwhile.
 #pragma once
 
 #include "core/platform/guest_key.h"
@@ -13,11 +13,11 @@ namespace hopsel {
 
 class X11GuestKeySender final : public GuestKeySending {
   public:
-    /// Seconds to wait for the user's fingers.
-    static constexpr double longestWait = 0.5;
+    /// Runs the event loop once, for at most `seconds`.
+    using RunLoop = std::function<void(double seconds)>;
 
-    X11GuestKeySender(std::shared_ptr<X11KeyHook> hook, X11KeyHook::Clock clock)
-        : hook_(std::move(hook)), clock_(std::move(clock)) {}
+    X11GuestKeySender(std::shared_ptr<X11KeyHook> hook, RunLoop runLoop)
+        : hook_(std::move(hook)), runLoop_(std::move(runLoop)) {}
 
     bool send(const ShortcutKey& key) override;
 
@@ -25,7 +25,7 @@ class X11GuestKeySender final : public GuestKeySending {
     bool waitUntilKeysAreUp(std::uint16_t linuxCode);
 
     std::shared_ptr<X11KeyHook> hook_;
-    X11KeyHook::Clock clock_;
+    RunLoop runLoop_;
 };
 
 } // namespace hopsel

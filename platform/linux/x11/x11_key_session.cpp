@@ -6,10 +6,10 @@
 
 namespace hopsel {
 
-X11KeySession::X11KeySession(X11KeyHook::Clock clock, Log& log)
-    : clock_(std::move(clock)),
+X11KeySession::X11KeySession(X11KeyHook::Clock clock, std::function<void(double)> runLoop, Log& log)
+    : runLoop_(std::move(runLoop)),
       log_(log),
-      hook_(std::make_shared<X11KeyHook>(clock_)),
+      hook_(std::make_shared<X11KeyHook>(std::move(clock))),
       listenSource_(std::make_shared<X11ListenSource>(hook_)) {
     hook_->onHandled = [this] {
         if (onHandled) onHandled();
@@ -24,7 +24,7 @@ std::shared_ptr<ShortcutSource> X11KeySession::shortcutSource() {
 }
 
 std::shared_ptr<GuestKeySending> X11KeySession::guestKeySender() {
-    return std::make_shared<X11GuestKeySender>(hook_, clock_);
+    return std::make_shared<X11GuestKeySender>(hook_, runLoop_);
 }
 
 std::shared_ptr<Permissions> X11KeySession::permissions() { return std::make_shared<X11Permissions>(); }

@@ -12,7 +12,8 @@ namespace hopsel {
 
 class X11KeySession final : public KeySession {
   public:
-    X11KeySession(X11KeyHook::Clock clock, Log& log);
+    /// `runLoop` runs the event loop once, for at most so many seconds.
+    X11KeySession(X11KeyHook::Clock clock, std::function<void(double seconds)> runLoop, Log& log);
 
     std::shared_ptr<EventSource> listenSource() override { return listenSource_; }
     std::shared_ptr<ShortcutSource> shortcutSource() override;
@@ -22,7 +23,7 @@ class X11KeySession final : public KeySession {
     void resynchronise() override { hook_->resynchronise(); }
 
   private:
-    X11KeyHook::Clock clock_;
+    std::function<void(double)> runLoop_;
     Log& log_;
     std::shared_ptr<X11KeyHook> hook_;
     std::shared_ptr<X11ListenSource> listenSource_;

@@ -3,8 +3,9 @@
 #include "core/diagnostics/report_builder.h"
 #include "core/rules/temporary_folder.h"
 
+#include <algorithm>
 #include <clocale>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 namespace hopsel {
 namespace {
@@ -34,7 +35,14 @@ DiagnosticEntries entriesOfEachKind() {
     addEvent(-1, engine_event::SwitchSuppressed{"r", SuppressReason::secureInput});
     addEvent(-1, engine_event::RuleSkipped{"r", skip_reason::GuestKeyUnavailable{}});
     addEvent(-1, engine_event::RuleSkipped{"r", skip_reason::BrokenSource{{"com.a", "com.b"}}});
-    addEvent(-0.5, engine_event::Reset{ResetReason::configChanged});
+    addEvent(-1, engine_event::RuleSkipped{"r", skip_reason::RemoteApp{}});
+    addEvent(-1, engine_event::Switched{"r", "com.a", "com.b", false, 512.25});
+    addEvent(-1, engine_event::SwitchFailed{"r", "com.b", select_result::NotFound{}});
+    for (const ResetReason reason :
+         {ResetReason::tapDisabled, ResetReason::sleep, ResetReason::wake, ResetReason::screenLocked,
+          ResetReason::screenUnlocked, ResetReason::sessionInactive, ResetReason::sessionActive,
+          ResetReason::configChanged, ResetReason::stopped})
+        addEvent(-0.5, engine_event::Reset{reason});
     addEvent(-0.0125, engine_event::ShortcutStatusChanged{ShortcutStatus::unavailable});
     addEvent(0, engine_event::GuestKeySent{"r", {96, {}}});
     return entries;
@@ -63,6 +71,19 @@ TEST(Report, tellsEverythingInFixedWords) {
     // Where one is installed: a locale that writes a comma in numbers, as programs with windows have it.
     for (const char* locale : {"de_DE.UTF-8", "fr_FR.UTF-8"}) std::setlocale(LC_NUMERIC, locale);
     EXPECT_EQ(report_builder::build(fullInput()), contents(HOPSEL_FULL_REPORT));
+}
+
+TEST(Report, hasNoLineThatANameFromOutsideBegins) {
+    const auto lines = [](const ReportInput& input) {
+        const std::string text = report_builder::build(input);
+        return std::count(text.begin(), text.end(), '\n');
+    };
+    ReportInput input = fullInput();
+    const auto expected = lines(input);
+    input.rules.front().sourceA = "com.a\n\n[경고]\r\u2028- 없음";
+    input.detectedApps.front() += "\n- other";
+    EXPECT_EQ(lines(input), expected);
+    EXPECT_THAT(report_builder::build(input), testing::HasSubstr("com.a  [경고]  - 없음 ⇄ com.b"));
 }
 
 TEST(BugReportMail, escapesEverythingThatIsNoPlainText) {

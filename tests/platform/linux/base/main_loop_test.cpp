@@ -45,22 +45,29 @@ TEST(RunFor, ReturnsAsSoonAsAPostedFunctionRan) {
     EXPECT_TRUE(test::runLoopUntil([&] { return ran == 3; }));
 }
 
-// A quit during a wait must end the program's loop, and must neither be lost nor turn later waits into
-// spinning.
-TEST(RunFor, KeepsAQuitForTheLoopThatCalled) {
-    int turnsAfterQuit = 0;
-    bool quitAsked = false;
-    schedule([&] {
-        QTimer::singleShot(5, [&] {
-            quitAsked = true;
-            QCoreApplication::quit();
+// An end that is asked for during a wait must reach the program's loop at once, and must neither be lost nor
+// turn later waits into spinning.
+TEST(RunFor, KeepsAnEndForTheLoopThatCalled) {
+    for (void (*end)() : {QCoreApplication::quit, +[] { QCoreApplication::exit(); }}) {
+        int turnsAfterEnd = 0;
+        bool isAsked = false;
+        schedule([&] {
+            QTimer::singleShot(5, [&] {
+                isAsked = true;
+                end();
+            });
+            EXPECT_TRUE(waitEndsAt([&] { return isAsked; }));
+            const double later = uptimeSeconds() + 0.1;
+            for (; uptimeSeconds() < later; ++turnsAfterEnd) runFor(0.005);
         });
-        EXPECT_TRUE(waitEndsAt([&] { return quitAsked; }));
-        const double end = uptimeSeconds() + 0.1;
-        for (; uptimeSeconds() < end; ++turnsAfterQuit) runFor(0.005);
-    });
-    EXPECT_EQ(QCoreApplication::exec(), 0); // or it hangs
-    EXPECT_LE(turnsAfterQuit, 25);
+        bool isLate = false;
+        QTimer wakesTheLoop; // or it hangs for ever
+        QObject::connect(&wakesTheLoop, &QTimer::timeout, [&] { isLate = true; });
+        wakesTheLoop.start(5000);
+        EXPECT_EQ(QCoreApplication::exec(), 0);
+        EXPECT_FALSE(isLate);
+        EXPECT_LE(turnsAfterEnd, 25);
+    }
 }
 
 } // namespace

@@ -36,7 +36,7 @@ class LiveEngine : public testing::Test {
             .shortcutSource = std::make_shared<X11ShortcutSource>(hook, log),
             .service = std::make_shared<LiveInputSourceService>(sources, uptimeSeconds, runFor),
             .secureInput = std::move(secureInput),
-            .guestKeySender = std::make_shared<X11GuestKeySender>(hook, uptimeSeconds),
+            .guestKeySender = std::make_shared<X11GuestKeySender>(hook, runFor),
             .clock = uptimeSeconds,
             .schedule = schedule,
         });

@@ -4,6 +4,7 @@
 #include "live_engine.h"
 #include "session/temporary_folder.h"
 
+#include <QTimer>
 #include <gtest/gtest.h>
 #include <regex>
 #include <thread>
@@ -85,7 +86,8 @@ TEST_F(LiveEngine, TheGuestKeyReachesTheGuestAloneAndFiresNothingHere) {
     keyboard->press(key::leftShift);
     keyboard->press(key::space); // fires; the fingers are still on the keys
     runLoopUntil([&] { return hook->isBusy(key::space); });
-    keyboard->post({{key::space, false}, {key::leftShift, false}});
+    // Longer than any tap, and while the engine waits for it inside.
+    QTimer::singleShot(700, [&] { keyboard->post({{key::space, false}, {key::leftShift, false}}); });
     ASSERT_TRUE(runLoopUntil([&] {
         return !events.empty() && std::holds_alternative<engine_event::GuestKeySent>(events.back());
     }));
