@@ -50,13 +50,6 @@ const std::vector<Key>& allKeys() {
 
 std::string_view rawValue(Key key) { return row(key).name; }
 
-std::optional<Key> keyFromRawValue(std::string_view name) {
-    const auto* found =
-        std::find_if(table.begin(), table.end(), [&](const Row& each) { return each.name == name; });
-    if (found == table.end()) return std::nullopt;
-    return static_cast<Key>(found - table.begin());
-}
-
 void setPreferredLanguages(PreferredLanguages reader) { preferredLanguages() = std::move(reader); }
 
 L10nLanguage language() { return chosenLanguage(); }

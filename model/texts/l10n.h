@@ -29,7 +29,6 @@ enum class Key : std::uint8_t {
 const std::vector<Key>& allKeys();
 /// The key's name: "menuQuit".
 std::string_view rawValue(Key key);
-std::optional<Key> keyFromRawValue(std::string_view name);
 
 /// Reads the user's language identifiers ("ko-KR"), the most wanted first.
 using PreferredLanguages = std::function<std::vector<std::string>()>;

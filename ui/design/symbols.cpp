@@ -3,7 +3,6 @@
 #include "ui/design/text.h"
 
 #include <QApplication>
-#include <QIconEngine>
 #include <QPainter>
 #include <QSvgRenderer>
 
@@ -11,32 +10,6 @@
 static void loadDrawings() { Q_INIT_RESOURCE(symbols); }
 
 namespace hopsel::design {
-
-namespace {
-
-class SymbolIconEngine final : public QIconEngine {
-  public:
-    SymbolIconEngine(QString name, const QColor& color) : name_(std::move(name)), color_(color) {}
-
-    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override {
-        painter->drawPixmap(rect,
-                            scaledPixmap(rect.size(), mode, state, painter->device()->devicePixelRatioF()));
-    }
-    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-        return scaledPixmap(size, mode, state, 1);
-    }
-    QPixmap scaledPixmap(const QSize& size, QIcon::Mode /*mode*/, QIcon::State /*state*/,
-                         qreal scale) override {
-        return symbolPixmap(name_, size, color_, scale);
-    }
-    QIconEngine* clone() const override { return new SymbolIconEngine(name_, color_); }
-
-  private:
-    QString name_;
-    QColor color_;
-};
-
-} // namespace
 
 QPixmap symbolPixmap(const QString& name, QSize size, const QColor& color, qreal devicePixelRatio) {
     [[maybe_unused]] static const bool isLoaded = (loadDrawings(), true);
@@ -50,10 +23,6 @@ QPixmap symbolPixmap(const QString& name, QSize size, const QColor& color, qreal
     painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
     painter.fillRect(bounds, color);
     return pixmap;
-}
-
-QIcon symbolIcon(const QString& name, const QColor& color) {
-    return QIcon(new SymbolIconEngine(name, color));
 }
 
 Symbol::Symbol(QString name, int points, Tone tone, QWidget* parent)

@@ -13,9 +13,6 @@ namespace hopsel::design {
 /// `name`: "keyboard", "pause.circle" and so on, as the files under symbols/ are named. `size` in points.
 QPixmap symbolPixmap(const QString& name, QSize size, const QColor& color, qreal devicePixelRatio);
 
-/// For menus and trays: drawn afresh at every size that is asked for, in `color` in every state.
-QIcon symbolIcon(const QString& name, const QColor& color);
-
 /// A symbol beside a text. It says nothing to a screen reader; the text does.
 class Symbol final : public QWidget {
   public:

@@ -76,11 +76,6 @@ Text* Text::wrapped() {
     return this;
 }
 
-Text* Text::selectable() {
-    setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    return this;
-}
-
 Text* Text::elided() {
     isElided_ = true;
     setText(text().simplified());

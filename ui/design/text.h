@@ -27,8 +27,6 @@ class Text final : public QLabel {
     void setTone(Tone tone);
     /// Breaks lines instead of being cut off.
     Text* wrapped();
-    /// Can be selected with mouse and keyboard, to be copied.
-    Text* selectable();
     /// Stays on one line and leaves out the middle when that is too long; the tool tip has the whole.
     Text* elided();
 

@@ -4,17 +4,6 @@
 
 namespace hopsel {
 
-std::string_view rawValue(SettingsPane pane) {
-    switch (pane) {
-    case SettingsPane::general: return "general";
-    case SettingsPane::sources: return "sources";
-    case SettingsPane::rules: return "rules";
-    case SettingsPane::diagnostics: return "diagnostics";
-    case SettingsPane::about: return "about";
-    }
-    return "";
-}
-
 QString title(SettingsPane pane) {
     using l10n::Key;
     switch (pane) {

@@ -7,7 +7,6 @@
 
 #include <QString>
 #include <array>
-#include <string_view>
 
 namespace hopsel {
 
@@ -17,8 +16,6 @@ inline constexpr std::array<SettingsPane, 5> allSettingsPanes{SettingsPane::gene
                                                               SettingsPane::rules, SettingsPane::diagnostics,
                                                               SettingsPane::about};
 
-/// "general" and so on.
-std::string_view rawValue(SettingsPane pane);
 /// In the language of the process.
 QString title(SettingsPane pane);
 /// The name of the symbol beside the title.

@@ -30,7 +30,7 @@ std::filesystem::path FcitxProfileWatch::defaultProfile() {
 FcitxProfileWatch::FcitxProfileWatch(std::filesystem::path profile, std::function<void()> onChanged)
     : profile_(std::move(profile)),
       onChanged_(std::move(onChanged)),
-      version_(version()),
+      version_(FileVersion::of(profile_)),
       timer_(quiet, atMost, [this] { look(); }) {
     QObject::connect(&watcher_, &QFileSystemWatcher::directoryChanged, &watcher_, [this] {
         follow();
@@ -51,16 +51,10 @@ void FcitxProfileWatch::follow() {
 }
 
 void FcitxProfileWatch::look() {
-    if (std::optional<Version> found = version(); found != version_) {
+    if (const auto found = FileVersion::of(profile_); found != version_) {
         version_ = found;
         onChanged_();
     }
-}
-
-std::optional<FcitxProfileWatch::Version> FcitxProfileWatch::version() const {
-    struct stat status{};
-    if (stat(profile_.c_str(), &status) != 0) return std::nullopt;
-    return Version{status.st_ino, status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
 }
 
 } // namespace hopsel

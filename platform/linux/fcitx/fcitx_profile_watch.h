@@ -5,13 +5,13 @@
 #pragma once
 
 #include "platform/linux/base/coalescing_timer.h"
+#include "platform/linux/files/file_version.h"
 
 #include <QFileSystemWatcher>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <optional>
-#include <sys/stat.h>
 
 namespace hopsel {
 
@@ -24,20 +24,12 @@ class FcitxProfileWatch {
     static std::filesystem::path defaultProfile();
 
   private:
-    struct Version {
-        ino_t file = 0;
-        off_t size = 0;
-        std::int64_t seconds = 0;
-        std::int64_t nanoseconds = 0;
-        friend bool operator==(const Version&, const Version&) = default;
-    };
-    std::optional<Version> version() const;
     void follow();
     void look();
 
     std::filesystem::path profile_;
     std::function<void()> onChanged_;
-    std::optional<Version> version_;
+    std::optional<FileVersion> version_;
     CoalescingTimer timer_;
     QFileSystemWatcher watcher_;
 };

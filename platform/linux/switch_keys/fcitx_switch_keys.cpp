@@ -88,15 +88,9 @@ std::vector<ShortcutKey> fcitxSwitchKeys(std::string_view config) {
     return keys;
 }
 
-std::optional<FcitxSwitchKeys::Version> FcitxSwitchKeys::version() const {
-    struct stat status{};
-    if (stat(file_.c_str(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size > largestFile)
-        return std::nullopt;
-    return Version{status.st_ino, status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
-}
-
 const std::vector<ShortcutKey>& FcitxSwitchKeys::read() {
-    const auto found = version();
+    auto found = FileVersion::of(file_);
+    if (found && found->size > largestFile) found.reset();
     if (isRead_ && found == readVersion_) return keys_;
     std::string text;
     if (found) {

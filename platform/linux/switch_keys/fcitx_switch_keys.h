@@ -5,11 +5,11 @@
 #pragma once
 
 #include "core/keys/shortcut_key.h"
+#include "platform/linux/files/file_version.h"
 
 #include <filesystem>
 #include <optional>
 #include <string_view>
-#include <sys/stat.h>
 #include <vector>
 
 namespace hopsel {
@@ -25,18 +25,9 @@ class FcitxSwitchKeys {
     const std::vector<ShortcutKey>& read();
 
   private:
-    struct Version {
-        ino_t file = 0;
-        off_t size = 0;
-        std::int64_t seconds = 0;
-        std::int64_t nanoseconds = 0;
-        friend bool operator==(const Version&, const Version&) = default;
-    };
-    std::optional<Version> version() const;
-
     std::filesystem::path file_;
     bool isRead_ = false;
-    std::optional<Version> readVersion_; ///< absent: there was no file
+    std::optional<FileVersion> readVersion_; ///< absent: there was no file
     std::vector<ShortcutKey> keys_;
 };
 

@@ -9,6 +9,7 @@
 #include "ui/design/scroll_bar.h"
 #include "ui/design/source_picker.h"
 #include "ui/design/text.h"
+#include "ui/design/texts.h"
 
 #include <QHBoxLayout>
 #include <QHideEvent>
@@ -28,8 +29,6 @@ using l10n::Key;
 namespace {
 
 constexpr int padding = 24;
-
-QString text(Key key) { return QString::fromStdString(l10n::t(key)); }
 
 } // namespace
 

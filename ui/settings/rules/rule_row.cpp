@@ -6,6 +6,7 @@
 #include "ui/design/source_picker.h"
 #include "ui/design/symbols.h"
 #include "ui/design/text.h"
+#include "ui/design/texts.h"
 
 #include <QHBoxLayout>
 #include <algorithm>
@@ -29,8 +30,6 @@ constexpr int spacing = 10;
 constexpr int usualTrigger = 104;
 /// From here on a name of an input source can be told.
 constexpr int comfortableSource = 110;
-
-QString text(Key key) { return QString::fromStdString(l10n::t(key)); }
 
 /// A symbol and a few words, on one line. Hidden until it applies.
 QWidget* note(const QString& symbol, Key key, QWidget* parent, std::optional<Key> help = std::nullopt) {

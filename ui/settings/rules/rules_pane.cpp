@@ -5,6 +5,7 @@
 #include "ui/design/buttons.h"
 #include "ui/design/sheet.h"
 #include "ui/design/text.h"
+#include "ui/design/texts.h"
 #include "ui/settings/rules/add_rule_view.h"
 #include "ui/settings/rules/rule_row.h"
 
@@ -22,8 +23,6 @@ namespace {
 
 /// A combination of four modifiers must not push the sources of every other rule aside.
 constexpr int widestTriggerColumn = 160;
-
-QString text(Key key) { return QString::fromStdString(l10n::t(key)); }
 
 } // namespace
 
