@@ -26,7 +26,10 @@ function(hopsel_layer name)
     if(APPLE)
       file(GLOB found CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/${place}/*.mm)
       list(APPEND sources ${found})
-      set_property(SOURCE ${found} DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR} APPEND PROPERTY COMPILE_OPTIONS -fobjc-arc)
+      list(TRANSFORM found PREPEND ${PROJECT_SOURCE_DIR}/)
+      # A bridge between the languages' pointers can only be written as a C cast.
+      set_property(SOURCE ${found} DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR} APPEND PROPERTY
+        COMPILE_OPTIONS -fobjc-arc -Wno-old-style-cast)
     endif()
   endforeach()
 

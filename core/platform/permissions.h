@@ -20,6 +20,8 @@ class Permissions {
     /// Checks, never prompts.
     virtual bool inputMonitoringGranted() = 0;
     virtual bool requestInputMonitoring() = 0;
+    /// The user is being shown where permissions are given: what is answered above may be behind from now on.
+    virtual void settingsShown() {}
 };
 
 } // namespace hopsel

@@ -13,7 +13,6 @@
 #include "platform/macos/desktop/user_defaults_preferences.h"
 #include "platform/macos/desktop/workspace_settings_opener.h"
 #include "platform/macos/keys/live_guest_key_sender.h"
-#include "platform/macos/keys/mac_permissions.h"
 #include "platform/macos/menu_bar/menu_bar_host.h"
 #include "platform/macos/switch_keys/symbolic_hot_keys.h"
 #include "platform/macos/system_events/system_secure_input.h"
@@ -58,7 +57,7 @@ std::shared_ptr<LoginItemControlling> MacosPlatform::loginItem() {
 }
 
 std::shared_ptr<SystemSettingsOpening> MacosPlatform::settingsOpener() {
-    return std::make_shared<WorkspaceSettingsOpener>(std::make_shared<MacPermissions>(), workspace_);
+    return std::make_shared<WorkspaceSettingsOpener>(permissions_, workspace_);
 }
 
 std::shared_ptr<PreferencesStoring> MacosPlatform::preferences() {

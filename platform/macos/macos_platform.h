@@ -14,6 +14,7 @@
 #include "platform/macos/desktop/workspace.h"
 #include "platform/macos/keys/active_tap.h"
 #include "platform/macos/keys/listen_tap.h"
+#include "platform/macos/keys/mac_permissions.h"
 #include "platform/macos/sources/mac_input_source_catalog.h"
 #include "platform/macos/system_events/mac_system_event_observer.h"
 #include "platform/macos/system_events/system_secure_input.h"
@@ -54,8 +55,9 @@ class MacosPlatform final : public Platform {
     std::shared_ptr<Workspace> workspace_;
     std::shared_ptr<MacInputSourceCatalog> sources_;
     std::shared_ptr<SystemSecureInput> secureInput_ = std::make_shared<SystemSecureInput>();
-    std::shared_ptr<ListenTap> listenTap_ = std::make_shared<ListenTap>();
-    std::shared_ptr<ActiveTap> activeTap_ = std::make_shared<ActiveTap>(log_);
+    std::shared_ptr<MacPermissions> permissions_ = std::make_shared<MacPermissions>();
+    std::shared_ptr<ListenTap> listenTap_ = std::make_shared<ListenTap>(permissions_);
+    std::shared_ptr<ActiveTap> activeTap_ = std::make_shared<ActiveTap>(log_, permissions_);
     MacSystemEventObserver systemObserver_;
     FrontmostAppObserver frontmostObserver_;
     std::unique_ptr<InterfaceStyle> interfaceStyle_;

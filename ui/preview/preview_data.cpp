@@ -2,6 +2,7 @@
 
 #include "model/texts/l10n.h"
 
+#include <QTimeZone>
 #include <QUuid>
 
 namespace hopsel {
@@ -9,7 +10,7 @@ namespace hopsel {
 namespace {
 
 // A fixed moment, so that two runs give the same pictures.
-QDateTime sampleDate() { return {QDate(2026, 11, 16), QTime(1, 42, 23), Qt::UTC}; }
+QDateTime sampleDate() { return {QDate(2026, 11, 16), QTime(1, 42, 23), QTimeZone::utc()}; }
 
 constexpr double sampleUptime = 86400;
 

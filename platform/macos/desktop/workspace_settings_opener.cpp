@@ -9,10 +9,12 @@ WorkspaceSettingsOpener::WorkspaceSettingsOpener(std::shared_ptr<Permissions> pe
     : permissions_(std::move(permissions)), workspace_(std::move(workspace)) {}
 
 void WorkspaceSettingsOpener::openInputMonitoring() {
+    permissions_->settingsShown();
     workspace_->open("x-apple.systempreferences:com.apple.preference.security?Privacy_ListenEvent");
 }
 
 void WorkspaceSettingsOpener::openAccessibility() {
+    permissions_->settingsShown();
     workspace_->open("x-apple.systempreferences:com.apple.preference.security?Privacy_Accessibility");
 }
 

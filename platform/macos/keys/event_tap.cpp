@@ -1,6 +1,7 @@
 #include "platform/macos/keys/event_tap.h"
 
 #include "platform/macos/base/autorelease_pool.h"
+#include "platform/macos/keys/tap_list.h"
 
 namespace hopsel {
 
@@ -9,7 +10,7 @@ EventTap::EventTap(Client& client, CGEventTapOptions options, std::initializer_l
     for (const CGEventType type : types) mask_ |= CGEventMask{1} << static_cast<unsigned>(type);
 }
 
-EventTap::StartResult EventTap::start() {
+EventTap::StartResult EventTap::start(bool isPermitted) {
     if (isStarted()) return StartResult::started;
     auto port = CfRef<CFMachPortRef>::adopt(
         CGEventTapCreate(kCGSessionEventTap, kCGHeadInsertEventTap, options_, mask_, &callback, this));
@@ -25,11 +26,15 @@ EventTap::StartResult EventTap::start() {
     CGEventTapEnable(port.get(), true);
     port_ = std::move(port);
     source_ = std::move(source);
-    // Without the permission some versions of the system hand out a tap that never hears anything, not even
-    // after the permission was given.
-    if (CGEventTapIsEnabled(port_.get())) return StartResult::started;
-    stop();
-    return StartResult::tapRefused;
+    // Without the permission some versions of the system hand out a tap that cannot be enabled, others one
+    // without keys; neither comes to hear them when the permission is given.
+    StartResult result = StartResult::started;
+    if (!CGEventTapIsEnabled(port_.get()))
+        result = StartResult::tapRefused;
+    else if (!tap_list::hearsKeys(options_, mask_).value_or(isPermitted))
+        result = StartResult::deaf;
+    if (result != StartResult::started) stop();
+    return result;
 }
 
 void EventTap::stop() {
@@ -43,17 +48,20 @@ void EventTap::stop() {
     port_ = {};
 }
 
-bool EventTap::reenable() {
-    if (!isStarted()) return false;
+bool EventTap::enableAgain() {
+    if (!isStarted() || CFMachPortIsValid(port_.get()) == 0) return false;
     CGEventTapEnable(port_.get(), true);
-    return CGEventTapIsEnabled(port_.get());
+    return works();
 }
 
 void EventTap::check() {
-    if (isStarted() && !CGEventTapIsEnabled(port_.get())) takenAway();
+    if (isStarted() && !works()) client_.takenAway();
 }
 
-void EventTap::takenAway() { client_.tapDisabled(client_.mayReenable() && reenable()); }
+bool EventTap::works() const {
+    return CFMachPortIsValid(port_.get()) != 0 && CGEventTapIsEnabled(port_.get()) &&
+           tap_list::hearsKeys(options_, mask_).value_or(true);
+}
 
 // The client may have released the tap when it returns.
 CGEventRef EventTap::callback(CGEventTapProxy, CGEventType type, CGEventRef event, void* self) {
@@ -61,7 +69,7 @@ CGEventRef EventTap::callback(CGEventTapProxy, CGEventType type, CGEventRef even
     if (tap == nullptr) return event;
     const AutoreleasePool pool;
     if (type == kCGEventTapDisabledByTimeout || type == kCGEventTapDisabledByUserInput) {
-        tap->takenAway();
+        tap->client_.takenAway();
         return event;
     }
     return tap->client_.tapped(type, event) ? nullptr : event;

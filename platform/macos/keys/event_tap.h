@@ -1,8 +1,8 @@
-// One tap on the session's event stream: made, attached to the main loop, given back when the system takes it
-// away, and taken down without a trace.
+// One tap on the session's event stream: made, attached to the main loop, watched, and taken down without a
+// trace.
 //
 // A member of the source that uses it, which is its client and thereby outlives it. The client may stop the
-// tap, and its owner may release both, while an event is being handled.
+// tap or make it anew, and its owner may release both, while an event is being handled.
 #pragma once
 
 #include "platform/macos/base/cf_ref.h"
@@ -18,16 +18,15 @@ class EventTap {
       public:
         /// True swallows the event if the tap filters; a listener's answer does not count.
         virtual bool tapped(CGEventType type, CGEventRef event) = 0;
-        /// The system took the tap away: whether it is to be put back at once.
-        virtual bool mayReenable() { return true; }
-        /// The system took the tap away. It was put back, if `reenabled`.
-        virtual void tapDisabled(bool reenabled) = 0;
+        /// The system took the tap away, with or without a word, or what it hears. It is still started.
+        virtual void takenAway() = 0;
 
       protected:
         ~Client() = default;
     };
 
-    enum class StartResult { started, tapRefused, runLoopSourceRefused };
+    /// Deaf: made, but listed by the system without keys.
+    enum class StartResult { started, tapRefused, deaf, runLoopSourceRefused };
 
     EventTap(Client& client, CGEventTapOptions options, std::initializer_list<CGEventType> types);
     ~EventTap() { stop(); }
@@ -35,16 +34,19 @@ class EventTap {
     EventTap& operator=(const EventTap&) = delete;
 
     bool isStarted() const { return static_cast<bool>(port_); }
-    /// Starting a started tap does nothing, and so does stopping a stopped one.
-    StartResult start();
+    /// `isPermitted`: whether the system answers that the keys may be heard. If not, a tap counts as deaf
+    /// unless the system's list shows it with its keys. Starting a started tap does nothing, and so does
+    /// stopping a stopped one.
+    StartResult start(bool isPermitted);
     void stop();
-    /// Whether the system took it away without a word, and does what is done after a word if so.
+    /// Enables a tap that was taken away: whether it works again.
+    bool enableAgain();
+    /// Calls `takenAway` if it does not work any more.
     void check();
 
   private:
     static CGEventRef callback(CGEventTapProxy proxy, CGEventType type, CGEventRef event, void* self);
-    void takenAway();
-    bool reenable();
+    bool works() const;
 
     Client& client_;
     CGEventTapOptions options_;

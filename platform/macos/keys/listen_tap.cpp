@@ -5,6 +5,7 @@
 #include "platform/macos/keys/event_stamp.h"
 
 #include <ApplicationServices/ApplicationServices.h>
+#include <utility>
 
 namespace hopsel {
 
@@ -24,20 +25,25 @@ std::optional<RawEventType> rawType(CGEventType type) {
 
 } // namespace
 
-ListenTap::ListenTap()
-    : tap_(*this, kCGEventTapOptionListenOnly,
+ListenTap::ListenTap(std::shared_ptr<const MacPermissions> permissions)
+    : permissions_(std::move(permissions)),
+      tap_(*this, kCGEventTapOptionListenOnly,
            {kCGEventFlagsChanged, kCGEventKeyDown, kCGEventKeyUp, kCGEventLeftMouseDown,
             kCGEventRightMouseDown, kCGEventOtherMouseDown}) {}
 
 void ListenTap::start() {
+    if (tap_.isStarted()) return;
     // Making a tap without either permission has the system ask for it by itself, before the introduction can
-    // say what for; and what is made then hears nothing.
-    if (!tap_.isStarted() && !CGPreflightListenEventAccess() && AXIsProcessTrusted() == 0)
+    // say what for. Once the user was asked, only trying tells: the answers may be those of the start.
+    const bool isPermitted = CGPreflightListenEventAccess() || AXIsProcessTrusted() != 0;
+    if (!isPermitted && !permissions_->wasAsked())
         throw TapFailure(TapFailure::Kind::creationFailed, "listening is not permitted");
-    switch (tap_.start()) {
+    switch (tap_.start(isPermitted)) {
     case EventTap::StartResult::started: return;
     case EventTap::StartResult::tapRefused:
         throw TapFailure(TapFailure::Kind::creationFailed, "CGEvent.tapCreate returned nil");
+    case EventTap::StartResult::deaf:
+        throw TapFailure(TapFailure::Kind::creationFailed, "the system made the tap without keys");
     case EventTap::StartResult::runLoopSourceRefused:
         throw TapFailure(TapFailure::Kind::creationFailed, "could not create run loop source");
     }
@@ -55,8 +61,11 @@ bool ListenTap::tapped(CGEventType type, CGEventRef event) {
     return false;
 }
 
-void ListenTap::tapDisabled(bool reenabled) {
-    if (onDisabled) onDisabled(reenabled);
+// It is not made anew here: it would come before the filter, and hear what that swallows. The engine starts
+// both in their order.
+void ListenTap::takenAway() {
+    const bool isBack = tap_.enableAgain();
+    if (onDisabled) onDisabled(isBack);
 }
 
 } // namespace hopsel

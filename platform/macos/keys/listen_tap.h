@@ -7,12 +7,15 @@
 
 #include "core/platform/event_source.h"
 #include "platform/macos/keys/event_tap.h"
+#include "platform/macos/keys/mac_permissions.h"
+
+#include <memory>
 
 namespace hopsel {
 
 class ListenTap final : public EventSource, private EventTap::Client {
   public:
-    ListenTap();
+    explicit ListenTap(std::shared_ptr<const MacPermissions> permissions);
 
     void start() override;
     void stop() override { tap_.stop(); }
@@ -21,8 +24,9 @@ class ListenTap final : public EventSource, private EventTap::Client {
 
   private:
     bool tapped(CGEventType type, CGEventRef event) override;
-    void tapDisabled(bool reenabled) override;
+    void takenAway() override;
 
+    std::shared_ptr<const MacPermissions> permissions_;
     EventTap tap_;
 };
 

@@ -9,12 +9,16 @@ namespace hopsel {
 bool MacPermissions::accessibilityGranted() { return AXIsProcessTrusted() != 0; }
 
 bool MacPermissions::requestAccessibility() {
+    wasAsked_ = true;
     const auto options = cf_values::dictionary(kAXTrustedCheckOptionPrompt, kCFBooleanTrue);
     return AXIsProcessTrustedWithOptions(options.get()) != 0;
 }
 
 bool MacPermissions::inputMonitoringGranted() { return CGPreflightListenEventAccess(); }
 
-bool MacPermissions::requestInputMonitoring() { return CGRequestListenEventAccess(); }
+bool MacPermissions::requestInputMonitoring() {
+    wasAsked_ = true;
+    return CGRequestListenEventAccess();
+}
 
 } // namespace hopsel

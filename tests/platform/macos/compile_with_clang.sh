@@ -17,4 +17,4 @@ objective=("$folder"/*.mm)
 [ $((${#sources[@]} + ${#objective[@]})) -gt 0 ] || { echo "no sources in $folder" >&2; exit 1; }
 [ ${#sources[@]} -eq 0 ] || check "$@" "${sources[@]}"
 [ ${#objective[@]} -eq 0 ] ||
-    check "$@" -x objective-c++ -fobjc-runtime=macosx-13.0 -fobjc-arc -fblocks "${objective[@]}"
+    check "$@" -x objective-c++ -fobjc-runtime=macosx-13.0 -fobjc-arc -fblocks -Wno-old-style-cast "${objective[@]}"

@@ -34,9 +34,20 @@ class EventTaps : public MacosTest {
         MacosTest::TearDown();
     }
 
+    /// For the listener; true if it started.
+    bool listens() {
+        try {
+            listen.start();
+            return true;
+        } catch (const TapFailure&) {
+            return false;
+        }
+    }
+
     fakes::RecordingLog log;
-    ListenTap listen;
-    ActiveTap active{log};
+    std::shared_ptr<MacPermissions> permissions = std::make_shared<MacPermissions>();
+    ListenTap listen{permissions};
+    ActiveTap active{log, permissions};
 };
 
 TEST_F(EventTaps, AskForWhatTheyNeedAndNoMoreAndOnlyOnce) {
@@ -69,14 +80,14 @@ TEST_F(EventTaps, AskForWhatTheyNeedAndNoMoreAndOnlyOnce) {
         EXPECT_EQ(sourcesOfTest(), 0U);
         EXPECT_FALSE(port.get()->isValid);
     }
-    ListenTap().start(); // and released without a stop
+    ListenTap(permissions).start(); // and released without a stop
     EXPECT_THAT(eventStream().taps, IsEmpty());
 }
 
 TEST_F(EventTaps, AreThereOnceAfterAThousandNightsAndRestartsOfTheEngine) {
     EngineCoordinator::Parts parts;
-    parts.source = std::make_shared<ListenTap>();
-    parts.shortcutSource = std::make_shared<ActiveTap>(log);
+    parts.source = std::make_shared<ListenTap>(permissions);
+    parts.shortcutSource = std::make_shared<ActiveTap>(log, permissions);
     parts.service = std::make_shared<fakes::FakeInputSourceService>();
     parts.secureInput = std::make_shared<fakes::FakeSecureInput>();
     parts.guestKeySender = std::make_shared<fakes::FakeGuestKeySender>();
@@ -102,8 +113,8 @@ TEST_F(EventTaps, AreThereOnceAfterAThousandNightsAndRestartsOfTheEngine) {
 }
 
 TEST_F(EventTaps, MayBeReleasedByTheirHandlers) {
-    auto listener = std::make_unique<ListenTap>();
-    auto filter = std::make_unique<ActiveTap>(log);
+    auto listener = std::make_unique<ListenTap>(permissions);
+    auto filter = std::make_unique<ActiveTap>(log, permissions);
     listener->onEvent = [&](const RawEvent&) { listener.reset(); };
     filter->onDisabled = [&](bool) { filter.reset(); };
     filter->start();
@@ -168,34 +179,121 @@ TEST_F(EventTaps, AreGivenBackAtOnceAndSaySo) {
     active.start();
     macos_fakes::disableTap(0, kCGEventTapDisabledByTimeout);
     macos_fakes::disableTap(1, kCGEventTapDisabledByUserInput);
+    EXPECT_EQ(eventStream().tapsCreated, 3) << "the filter is another one";
+    EXPECT_EQ(eventStream().taps[0].options, kCGEventTapOptionDefault) << "and comes first";
+    EXPECT_EQ(sourcesOfTest(), 2U);
     EXPECT_TRUE(eventStream().taps[0].isEnabled && eventStream().taps[1].isEnabled);
     eventStream().refusesEnabling = true;
-    macos_fakes::disableTap(0, kCGEventTapDisabledByUserInput);
     macos_fakes::disableTap(1, kCGEventTapDisabledByTimeout);
     eventStream().refusesEnabling = false;
     listen.check();
+    listen.check();
     EXPECT_THAT(listenerHeard, ElementsAre(true, false, true));
-    EXPECT_THAT(filterHeard, ElementsAre(true, false));
+    EXPECT_THAT(filterHeard, ElementsAre(true));
 }
 
-TEST_F(EventTaps, FilterThatMayNotFilterOrCannotKeepUpIsNotPutBack) {
+TEST_F(EventTaps, ListenerThatHearsNoKeysCountsAsRefusedUntilAGrantShows) {
+    auto& stream = eventStream();
+    stream.isTrusted = stream.mayListen = false;
+    stream.staleTrust = stream.staleListening = false;
+    EXPECT_FALSE(listens());
+    EXPECT_EQ(stream.tapsCreated, 0) << "the system would ask for the permission by itself";
+    permissions->settingsShown();
+    EXPECT_FALSE(listens()) << "mouse buttons alone are no ears for keys";
+    EXPECT_EQ(stream.tapsCreated, 1);
+    stream.refusesList = true;
+    EXPECT_FALSE(listens()) << "nothing speaks for it";
+    EXPECT_THAT(stream.taps, IsEmpty());
+    stream.refusesList = false;
+    stream.mayListen = true;
+    EXPECT_TRUE(listens()) << "whatever the calls still answer";
+
+    // And the other way round: taken back, while the calls go on saying yes.
+    listen.stop();
+    stream.mayListen = false;
+    stream.staleListening = true;
+    EXPECT_FALSE(listens());
+    stream.mayListen = true;
+    stream.refusesList = true;
+    EXPECT_TRUE(listens()) << "the calls count where the list says nothing";
+}
+
+TEST_F(EventTaps, WhatIsTakenWithoutAWordIsNoticed) {
+    std::vector<bool> heard;
+    listen.onDisabled = active.onDisabled = [&](bool reenabled) { heard.push_back(reenabled); };
+    const auto checkAfter = [&](void (*harm)(std::size_t), std::size_t tap) {
+        harm(tap);
+        listen.check();
+        active.check();
+    };
+    listen.start();
+    active.start();
+    checkAfter([](std::size_t) {}, 0);
+    EXPECT_THAT(heard, IsEmpty());
+    checkAfter(macos_fakes::invalidateTap, 1);
+    EXPECT_THAT(heard, ElementsAre(false)) << "the engine starts both anew, in their order";
+    listen.stop();
+    active.stop();
+    listen.start();
+    active.start();
+    checkAfter(macos_fakes::deafenTap, 1);
+    macos_fakes::advance(10);
+    checkAfter(macos_fakes::invalidateTap, 0);
+    EXPECT_THAT(heard, ElementsAre(false, false, false, true))
+        << "the listener is still deaf, the filter new";
+}
+
+TEST_F(EventTaps, FilterThatMayNotFilterIsOutOfTheStreamForGood) {
+    auto& stream = eventStream();
+    std::vector<bool> heard;
+    active.onDisabled = [&](bool reenabled) { heard.push_back(reenabled); };
+    active.start();
+    stream.staleTrust = true;
+    stream.isTrusted = false;
+    macos_fakes::disableTap(0, kCGEventTapDisabledByTimeout);
+    EXPECT_THAT(stream.taps, IsEmpty()) << "the calls still say that it is trusted";
+    EXPECT_EQ(failureOfStart(), TapFailure::Kind::creationFailed);
+
+    stream.isTrusted = true;
+    active.start();
+    stream.isTrusted = false;
+    stream.staleTrust.reset();
+    active.check();
+    EXPECT_THAT(stream.taps, IsEmpty());
+    permissions->requestAccessibility();
+    EXPECT_EQ(failureOfStart(), TapFailure::Kind::accessibilityMissing);
+    stream.staleTrust = false;
+    stream.isTrusted = true;
+    EXPECT_EQ(failureOfStart(), std::nullopt) << "granted, though the calls do not know it yet";
+    active.check();
+    EXPECT_EQ(stream.taps.size(), 1U) << "what was answered at the start says nothing later";
+    EXPECT_THAT(heard, ElementsAre(false, false));
+}
+
+TEST_F(EventTaps, FilterThatCannotKeepUpRests) {
     std::vector<bool> heard;
     active.onDisabled = [&](bool reenabled) { heard.push_back(reenabled); };
     active.start();
     macos_fakes::disableTap(0, kCGEventTapDisabledByTimeout);
     macos_fakes::advance(2);
     macos_fakes::disableTap(0, kCGEventTapDisabledByTimeout);
-    EXPECT_FALSE(eventStream().taps[0].isEnabled) << "twice in a short time";
-    macos_fakes::advance(10);
-    active.check();
-    EXPECT_TRUE(eventStream().taps[0].isEnabled) << "taken away without a word";
-    active.check();
-    eventStream().isTrusted = false;
-    macos_fakes::advance(10);
-    active.check();
-    macos_fakes::disableTap(0, kCGEventTapDisabledByUserInput);
-    EXPECT_FALSE(eventStream().taps[0].isEnabled);
-    EXPECT_THAT(heard, ElementsAre(true, false, true, false, false));
+    EXPECT_THAT(heard, ElementsAre(true, false)) << "twice in a short time";
+    EXPECT_THAT(eventStream().taps, IsEmpty());
+    active.start();
+    macos_fakes::advance(30);
+    macos_fakes::disableTap(0, kCGEventTapDisabledByTimeout);
+    for (int minute = 0; minute < 9; ++minute) {
+        macos_fakes::advance(60);
+        EXPECT_EQ(failureOfStart(), TapFailure::Kind::creationFailed) << "three times within ten minutes";
+    }
+    macos_fakes::advance(61);
+    EXPECT_EQ(failureOfStart(), std::nullopt);
+    for (int time = 0; time < 5; ++time) {
+        macos_fakes::disableTap(0, kCGEventTapDisabledByTimeout);
+        macos_fakes::advance(301);
+    }
+    EXPECT_THAT(heard, ElementsAre(true, false, false, true, true, true, true, true))
+        << "now and then is usual";
 }
 
 TEST_F(EventTaps, FailuresLeaveNothingBehindAndEachReasonIsLoggedOnce) {
@@ -205,10 +303,7 @@ TEST_F(EventTaps, FailuresLeaveNothingBehindAndEachReasonIsLoggedOnce) {
     };
     eventStream().isTrusted = false;
     failTwice(TapFailure::Kind::accessibilityMissing);
-    eventStream().mayListen = false;
-    EXPECT_THROW(listen.start(), TapFailure);
-    EXPECT_EQ(eventStream().tapsCreated, 0) << "the system would ask for the permission by itself";
-    eventStream().isTrusted = eventStream().mayListen = true;
+    eventStream().isTrusted = true;
     eventStream().refusesEnabling = true;
     EXPECT_THROW(listen.start(), TapFailure) << "a tap that hears nothing is none";
     eventStream().refusesEnabling = false;

@@ -103,7 +103,9 @@ TEST_F(MacSystem, PermissionsAreCheckedWithoutAPromptAndRequestedWithOne) {
     EXPECT_FALSE(permissions.accessibilityGranted());
     EXPECT_TRUE(permissions.inputMonitoringGranted());
     EXPECT_EQ(stream.trustPrompts + stream.listenPrompts, 0);
+    EXPECT_FALSE(permissions.wasAsked());
     EXPECT_FALSE(permissions.requestAccessibility());
+    EXPECT_TRUE(permissions.wasAsked());
     EXPECT_TRUE(permissions.requestInputMonitoring());
     EXPECT_EQ(stream.trustPrompts, 1);
     EXPECT_EQ(stream.listenPrompts, 1);

@@ -10,6 +10,8 @@
 #include "support/fakes/app_fakes.h"
 #include "support/fakes/engine_fakes.h"
 
+#include <QTimeZone>
+
 namespace hopsel::fakes {
 
 inline const InputSourceInfo korean{"hangul", "Korean", "ime", {"ko"}, true};
@@ -40,9 +42,10 @@ class ModelRig {
         parts.runningApps = runningApps;
         parts.reportDelivery = delivery;
         parts.secureInput = secureInput;
-        parts.environment = {[] { return 100; },
-                             [] { return QDateTime(QDate(2026, 11, 16), QTime(1, 42, 23), Qt::UTC); },
-                             QTimeZone(9 * 3600), "14.5.0", "arm64"};
+        parts.environment = {
+            [] { return 100; },
+            [] { return QDateTime(QDate(2026, 11, 16), QTime(1, 42, 23), QTimeZone::utc()); },
+            QTimeZone(9 * 3600), "14.5.0", "arm64"};
         model = std::make_unique<AppModel>(std::move(parts));
     }
     /// Built and started; what happened meanwhile is not in `calls`.

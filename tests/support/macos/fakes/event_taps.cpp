@@ -4,6 +4,7 @@
 #include "support/macos/fakes/world.h"
 
 #include <algorithm>
+#include <unistd.h>
 
 using hopsel::macos_fakes::eventStream;
 using hopsel::macos_fakes::Kind;
@@ -28,6 +29,8 @@ auto tapOf(CFMachPortRef port) {
                         [&](const Tap& each) { return each.port == port; });
 }
 
+constexpr CGEventMask keys = 1U << kCGEventKeyDown | 1U << kCGEventKeyUp | 1U << kCGEventFlagsChanged;
+
 bool sees(const Tap& tap, CGEventType type) {
     return tap.isEnabled && tap.port->isValid && (tap.mask >> type & 1U) != 0 &&
            hopsel::macos_fakes::isOnMainLoop(tap.port->source);
@@ -38,7 +41,10 @@ bool sees(const Tap& tap, CGEventType type) {
 CFMachPortRef CGEventTapCreate(CGEventTapLocation location, CGEventTapPlacement placement,
                                CGEventTapOptions options, CGEventMask mask, CGEventTapCallBack callback,
                                void* userInfo) {
-    if (eventStream().refusesTaps) return nullptr;
+    const bool mayHearKeys =
+        eventStream().isTrusted || (options == kCGEventTapOptionListenOnly && eventStream().mayListen);
+    if (!mayHearKeys) mask &= ~keys;
+    if (eventStream().refusesTaps || mask == 0) return nullptr;
     auto* port = new HopselCFMachPort;
     port->onGone = [port] { eventStream().taps.erase(tapOf(port)); };
     const Tap tap{port, location, placement, options, mask, callback, userInfo, false};
@@ -52,6 +58,30 @@ void CGEventTapEnable(CFMachPortRef port, bool isEnabled) {
     tapOf(port)->isEnabled = isEnabled && !eventStream().refusesEnabling;
 }
 bool CGEventTapIsEnabled(CFMachPortRef port) { return tapOf(port)->isEnabled; }
+
+CGError CGGetEventTapList(std::uint32_t room, CGEventTapInformation* list, std::uint32_t* count) {
+    if (eventStream().refusesList) return kCGErrorFailure;
+    // Others have taps that look like a deaf one of ours, and the toolkit may have some in this process.
+    std::vector<CGEventTapInformation> all(2);
+    all[0].options = all[1].options = kCGEventTapOptionListenOnly;
+    all[0].enabled = all[1].enabled = true;
+    all[0].eventsOfInterest = 0x0200'000A;
+    all[0].tappingProcess = getpid() + 1;
+    all[1].eventsOfInterest = 1U << kCGEventLeftMouseDown;
+    all[1].tappingProcess = getpid();
+    for (const Tap& tap : eventStream().taps) {
+        if (!tap.port->isValid) continue;
+        CGEventTapInformation& each = all.emplace_back();
+        each.options = tap.options;
+        each.enabled = tap.isEnabled;
+        each.eventsOfInterest = tap.mask;
+        each.tappingProcess = getpid();
+    }
+    if (list == nullptr) room = static_cast<std::uint32_t>(all.size());
+    *count = std::min(room, static_cast<std::uint32_t>(all.size()));
+    if (list != nullptr) std::copy_n(all.begin(), *count, list);
+    return kCGErrorSuccess;
+}
 
 CGEventSourceRef CGEventSourceCreate(CGEventSourceStateID) { return new HopselCGEventSource; }
 
@@ -80,14 +110,14 @@ void CGEventPost(CGEventTapLocation location, CGEventRef event) {
                                     event->fields[kCGEventSourceUserData], hopsel::macos_fakes::now()});
 }
 
-bool CGPreflightListenEventAccess() { return eventStream().mayListen; }
+bool CGPreflightListenEventAccess() { return eventStream().staleListening.value_or(eventStream().mayListen); }
 bool CGRequestListenEventAccess() {
     ++eventStream().listenPrompts;
     return eventStream().mayListen;
 }
 
 const CFStringRef kAXTrustedCheckOptionPrompt = CFSTR("AXTrustedCheckOptionPrompt");
-Boolean AXIsProcessTrusted() { return eventStream().isTrusted ? 1 : 0; }
+Boolean AXIsProcessTrusted() { return eventStream().staleTrust.value_or(eventStream().isTrusted) ? 1 : 0; }
 Boolean AXIsProcessTrustedWithOptions(CFDictionaryRef options) {
     if (options != nullptr && CFDictionaryGetValue(options, kAXTrustedCheckOptionPrompt) == kCFBooleanTrue)
         ++eventStream().trustPrompts;
@@ -127,5 +157,8 @@ void disableTap(std::size_t index, CGEventType reason) {
     eventStream().taps.at(index).isEnabled = false;
     tap.callback(nullptr, reason, nullptr, tap.userInfo);
 }
+
+void invalidateTap(std::size_t index) { eventStream().taps.at(index).port->isValid = false; }
+void deafenTap(std::size_t index) { eventStream().taps.at(index).mask &= ~keys; }
 
 } // namespace hopsel::macos_fakes

@@ -4,6 +4,7 @@
 #include <ApplicationServices/ApplicationServices.h>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <vector>
 
 namespace hopsel::macos_fakes {
@@ -39,6 +40,10 @@ struct EventStream {
 
     bool isTrusted = true; ///< for accessibility
     bool mayListen = true; ///< the input-monitoring permission
+    // What the calls answer instead, as they did when the program started.
+    std::optional<bool> staleTrust;
+    std::optional<bool> staleListening;
+    bool refusesList = false;
     int trustPrompts = 0;
     int listenPrompts = 0;
 };
@@ -56,5 +61,9 @@ struct EventFields {
 bool deliver(CGEventType type, const EventFields& fields = {});
 /// Takes the tap away, as the system does.
 void disableTap(std::size_t index, CGEventType reason);
+/// Invalidates its port without a word; it still says that it is enabled.
+void invalidateTap(std::size_t index);
+/// Clears the keys from what it hears, without a word.
+void deafenTap(std::size_t index);
 
 } // namespace hopsel::macos_fakes

@@ -94,6 +94,7 @@ CFRunLoopSourceRef CFMachPortCreateRunLoopSource(CFAllocatorRef, CFMachPortRef p
 }
 
 void CFMachPortInvalidate(CFMachPortRef port) { port->isValid = false; }
+Boolean CFMachPortIsValid(CFMachPortRef port) { return port->isValid ? 1 : 0; }
 
 namespace hopsel::macos_fakes {
 

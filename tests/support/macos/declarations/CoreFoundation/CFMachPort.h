@@ -9,4 +9,5 @@ using CFMachPortRef = struct HopselCFMachPort*;
 
 CFRunLoopSourceRef CFMachPortCreateRunLoopSource(CFAllocatorRef allocator, CFMachPortRef port, CFIndex order);
 void CFMachPortInvalidate(CFMachPortRef port);
+Boolean CFMachPortIsValid(CFMachPortRef port);
 }

@@ -11,6 +11,8 @@ CFMachPortRef CGEventTapCreate(CGEventTapLocation location, CGEventTapPlacement 
                                void* userInfo);
 void CGEventTapEnable(CFMachPortRef port, bool isEnabled);
 bool CGEventTapIsEnabled(CFMachPortRef port);
+/// All taps of the session. Without a list it only counts them.
+CGError CGGetEventTapList(std::uint32_t room, CGEventTapInformation* list, std::uint32_t* count);
 
 CGEventRef CGEventCreateKeyboardEvent(CGEventSourceRef source, CGKeyCode key, bool isDown);
 CGEventFlags CGEventGetFlags(CGEventRef event);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <CoreFoundation/CFBase.h>
+#include <sys/types.h>
 
 extern "C" {
 
@@ -44,6 +45,25 @@ enum CGEventTapPlacement : std::uint32_t {
 enum CGEventTapOptions : std::uint32_t {
     kCGEventTapOptionDefault = 0,
     kCGEventTapOptionListenOnly = 1,
+};
+
+enum CGError : std::int32_t {
+    kCGErrorSuccess = 0,
+    kCGErrorFailure = 1000,
+};
+
+/// A tap as the system lists it.
+struct CGEventTapInformation {
+    std::uint32_t eventTapID;
+    CGEventTapLocation tapPoint;
+    CGEventTapOptions options;
+    CGEventMask eventsOfInterest;
+    pid_t tappingProcess;
+    pid_t processBeingTapped;
+    bool enabled;
+    float minUsecLatency;
+    float avgUsecLatency;
+    float maxUsecLatency;
 };
 
 /// Swallows by returning nothing, if the tap is no mere listener.
