@@ -11,9 +11,11 @@ AppModel::AppModel(Parts parts)
     : parts_(std::move(parts)),
       engineEnabled_(parts_.preferences->engineEnabled()),
       showSourceLabel_(parts_.preferences->showCurrentSourceLabel()),
+      guardsTaps_(parts_.preferences->guardsTaps()),
       onboardingCompleted_(parts_.preferences->onboardingCompleted()) {
     parts_.engine->setDiagnostics(parts_.diagnostics);
     parts_.engine->setGuestKey(guestKey);
+    parts_.engine->setGuardsTaps(guardsTaps_);
     parts_.diagnostics->onChange = parts_.secureInput->onStateChange = [feed = QPointer(&diagnosticsFeed_)] {
         if (feed) feed->bump();
     };
@@ -108,6 +110,12 @@ void AppModel::setEngineEnabled(bool on) {
 void AppModel::setShowSourceLabel(bool on) {
     publish(showSourceLabel_, on);
     parts_.preferences->setShowCurrentSourceLabel(on);
+}
+
+void AppModel::setGuardsTaps(bool on) {
+    publish(guardsTaps_, on);
+    parts_.preferences->setGuardsTaps(on);
+    parts_.engine->setGuardsTaps(on);
 }
 
 void AppModel::setLaunchAtLogin(bool on) {

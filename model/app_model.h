@@ -71,6 +71,8 @@ class AppModel final : public ObservableObject {
     void setEngineEnabled(bool on);
     void setShowSourceLabel(bool on);
     void setLaunchAtLogin(bool on);
+    bool canGuardTaps() const { return parts_.engine->canGuardTaps(); }
+    void setGuardsTaps(bool on);
     bool accessibilityGranted() const { return parts_.settings->accessibilityGranted(); }
     void requestAccessibilityAccess();
     void requestInputMonitoringAccess();
@@ -134,6 +136,8 @@ class AppModel final : public ObservableObject {
     LoginItemStatus launchStatus() const { return launchStatus_; }
     const std::optional<StoreProblem>& storeProblem() const { return storeProblem_; }
     bool showSourceLabel() const { return showSourceLabel_; }
+    /// Are launchers and menu bars kept from acting on a trigger's lone tap?
+    bool guardsTaps() const { return guardsTaps_; }
     bool onboardingCompleted() const { return onboardingCompleted_; }
     /// Verified switches since launch.
     int switchCount() const { return switchCount_; }
@@ -171,6 +175,7 @@ class AppModel final : public ObservableObject {
     LoginItemStatus launchStatus_ = LoginItemStatus::disabled;
     std::optional<StoreProblem> storeProblem_;
     bool showSourceLabel_;
+    bool guardsTaps_;
     bool onboardingCompleted_;
     int switchCount_ = 0;
     std::vector<KnownApp> detectedApps_;

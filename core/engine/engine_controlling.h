@@ -38,6 +38,10 @@ class EngineControlling {
     virtual void setFrontmostRemoteKind(std::optional<remote_apps::Kind> kind) = 0;
     virtual ShortcutKey guestKey() const = 0;
     virtual void setGuestKey(ShortcutKey key) = 0;
+    /// Whether this platform can keep launchers and menu bars from acting on a trigger's lone tap.
+    virtual bool canGuardTaps() const { return false; }
+    /// By default it does where it can.
+    virtual void setGuardsTaps(bool /*on*/) {}
     /// Does not fail: the outcome is the state, running or degraded. Does nothing while running; called again
     /// while degraded, it is the retry.
     virtual void start() = 0;

@@ -67,15 +67,18 @@ class EngineCoordinator final : public EngineControlling,
     ShortcutKey guestKey() const override { return guestKey_; }
     void setGuestKey(ShortcutKey key) override { guestKey_ = key; }
 
+    bool canGuardTaps() const override { return source_->canGuardTaps(); }
+    void setGuardsTaps(bool on) override;
+
     bool isRemoteAppFrontmost() const { return frontmostRemoteKind_.has_value(); }
     /// True keeps the kind that is set, or makes it a remote screen; false clears it.
     void setRemoteAppFrontmost(bool remote);
     /// Off: guest systems are left alone like remote screens.
     bool guestKeyEnabled() const { return guestKeyEnabled_; }
-    void setGuestKeyEnabled(bool enabled) { guestKeyEnabled_ = enabled; }
+    void setGuestKeyEnabled(bool enabled);
     /// Off: rules switch locally whatever application is in front, and no guest key is sent.
     bool skipsLocalSwitchInRemoteApps() const { return skipsLocalSwitchInRemoteApps_; }
-    void setSkipsLocalSwitchInRemoteApps(bool skips) { skipsLocalSwitchInRemoteApps_ = skips; }
+    void setSkipsLocalSwitchInRemoteApps(bool skips);
 
     void start() override;
     void stop() override;
@@ -113,6 +116,7 @@ class EngineCoordinator final : public EngineControlling,
     void listenTapDisabled(bool reenabled);
     void shortcutTapDisabled(bool reenabled);
     void syncShortcutSource();
+    void tellTapTriggers();
     bool isRunning() const { return std::holds_alternative<engine_state::Running>(state_); }
 
     // engine_switching.cpp
@@ -143,6 +147,7 @@ class EngineCoordinator final : public EngineControlling,
     EventNormalizer normalizer_;
     KeyStateMachine machine_;
     std::unordered_map<ModifierKey, Rule> rulesByKey_;
+    bool guardsTaps_ = true;
     ShortcutMatcher shortcutMatcher_;
     std::unordered_map<ShortcutKey, Rule> shortcutRules_;
     std::set<std::string> availableIDs_;

@@ -116,6 +116,7 @@ void EngineCoordinator::apply(const Config& config) {
     }
     shortcutMatcher_ = ShortcutMatcher(std::move(shortcuts));
     machine_ = KeyStateMachine(triggers, tapMax_);
+    tellTapTriggers();
     refreshSources();
     reset(ResetReason::configChanged);
     syncShortcutSource();
@@ -128,6 +129,30 @@ void EngineCoordinator::setFrontmostRemoteKind(std::optional<remote_apps::Kind> 
     frontmostRemoteKind_ = kind;
     // The other application must get the key-up of a key that was swallowed in front of this one.
     shortcutMatcher_.reset();
+    tellTapTriggers();
+}
+
+void EngineCoordinator::setGuestKeyEnabled(bool enabled) {
+    guestKeyEnabled_ = enabled;
+    tellTapTriggers();
+}
+
+void EngineCoordinator::setSkipsLocalSwitchInRemoteApps(bool skips) {
+    skipsLocalSwitchInRemoteApps_ = skips;
+    tellTapTriggers();
+}
+
+void EngineCoordinator::setGuardsTaps(bool on) {
+    guardsTaps_ = on;
+    tellTapTriggers();
+}
+
+// A key that does nothing here, because another computer has it, is that computer's alone.
+void EngineCoordinator::tellTapTriggers() {
+    ModifierSet triggers;
+    if (guardsTaps_ && remoteGate() != RemoteGate::standsAside)
+        for (const auto& [key, rule] : rulesByKey_) triggers.insert(key);
+    source_->setTapTriggers(triggers);
 }
 
 void EngineCoordinator::setRemoteAppFrontmost(bool remote) {

@@ -28,6 +28,12 @@ class EventSource {
     /// Stopping a stopped source does nothing. Does not throw.
     virtual void stop() = 0;
 
+    /// The modifiers whose lone taps are triggers, told whenever they change. Desktops and programs act on a
+    /// lone tap as well (a launcher, a menu bar): a source that can keeps them from it, and no event of
+    /// its doing looks like one of the user's. Does not throw.
+    virtual void setTapTriggers(ModifierSet /*triggers*/) {}
+    virtual bool canGuardTaps() const { return false; }
+
     /// Without a handler events are dropped.
     EventHandler onEvent;
     /// The platform took the source away: too slow, a lost connection, an unplugged device. Without a handler

@@ -1,4 +1,4 @@
-// The seam of the user's three preferences. The rules are not among them; they have a file of their own.
+// The seam of the user's preferences. The rules are not among them; they have a file of their own.
 //
 // Owned by the application model.
 #pragma once
@@ -23,6 +23,9 @@ class PreferencesStoring {
     /// By default false.
     virtual bool onboardingCompleted() const = 0;
     virtual void setOnboardingCompleted(bool completed) = 0;
+    /// By default true. Platforms that cannot do it do not keep it.
+    virtual bool guardsTaps() const { return true; }
+    virtual void setGuardsTaps(bool /*on*/) {}
 };
 
 } // namespace hopsel

@@ -78,6 +78,15 @@ QWidget* GeneralPane::settingsCard() {
         refresh();
     });
     card->column()->addWidget(switchRow(showLabel_));
+    if (model_.canGuardTaps()) {
+        card->column()->addWidget(new design::Divider(Qt::Horizontal));
+        guardTaps_ = new design::Switch(text(Key::generalGuardTaps));
+        connect(guardTaps_, &QCheckBox::clicked, this, [this](bool on) {
+            model_.setGuardsTaps(on);
+            refresh();
+        });
+        card->column()->addWidget(switchRow(guardTaps_));
+    }
     card->column()->addWidget(new design::Divider(Qt::Horizontal));
     launchAtLogin_ = new design::Switch(text(Key::generalLaunchAtLogin));
     connect(launchAtLogin_, &QCheckBox::clicked, this, [this](bool on) {
@@ -110,6 +119,7 @@ void GeneralPane::refresh() {
     status_->setText(QString::fromStdString(menu_builder::statusTitle(status)));
     openPrivacy_->setVisible(status == StatusLine::permissionMissing);
     showLabel_->setChecked(model_.showSourceLabel());
+    if (guardTaps_ != nullptr) guardTaps_->setChecked(model_.guardsTaps());
     const LoginItemStatus login = model_.launchStatus();
     launchAtLogin_->setChecked(login == LoginItemStatus::enabled);
     launchRow_->setEnabled(login != LoginItemStatus::unavailable);

@@ -28,6 +28,8 @@ class SettingsPreferences final : public PreferencesStoring {
     void setEngineEnabled(bool on) override { write("engineEnabled", on); }
     bool onboardingCompleted() const override { return read("onboardingCompleted", false); }
     void setOnboardingCompleted(bool completed) override { write("onboardingCompleted", completed); }
+    bool guardsTaps() const override { return read("guardsTaps", true); }
+    void setGuardsTaps(bool on) override { write("guardsTaps", on); }
 
   private:
     bool read(const char* key, bool byDefault) const;

@@ -11,6 +11,8 @@ namespace {
 
 constexpr unsigned firstKeyCode = 8;
 constexpr unsigned lastKeyCode = 255;
+constexpr XKeyCode preferredSilentKey = 248; // the kernel's "unknown" key, which keymaps leave alone
+constexpr unsigned lastOrdinaryKey = 135;    // the menu key
 /// Sixteen grabs a key are enough; a keymap with more locks than this loses the last ones.
 constexpr int mostLockBits = 4;
 constexpr XModifierMask shiftBit = 0x01;
@@ -44,6 +46,25 @@ std::optional<ModifierKey> modifierByPosition(XKeyCode key) {
 bool isAtModifierPosition(XKeyCode key) {
     const auto modifier = modifierByPosition(key);
     return modifier && key_codes::linuxKeyCodes(keyCode(*modifier)).front() == positionOf(key);
+}
+
+bool hasSymbols(xkb_keymap* keymap, XKeyCode key) {
+    const auto layouts = xkb_keymap_num_layouts_for_key(keymap, key);
+    for (xkb_layout_index_t layout = 0; layout < layouts; ++layout) {
+        const auto levels = xkb_keymap_num_levels_for_key(keymap, key, layout);
+        for (xkb_level_index_t level = 0; level < levels; ++level) {
+            const xkb_keysym_t* symbols = nullptr;
+            if (xkb_keymap_key_get_syms_by_level(keymap, key, layout, level, &symbols) > 0) return true;
+        }
+    }
+    return false;
+}
+
+/// From the end of the range, where keyboards have no keys; most of the very last ones have a meaning.
+std::optional<XKeyCode> findSilentKey(xkb_keymap* keymap) {
+    for (unsigned code = preferredSilentKey; code > lastOrdinaryKey; --code)
+        if (!hasSymbols(keymap, static_cast<XKeyCode>(code))) return static_cast<XKeyCode>(code);
+    return std::nullopt;
 }
 
 xkb_keysym_t firstKeysym(xkb_keymap* keymap, XKeyCode key) {
@@ -109,7 +130,7 @@ XModifierMask firstBits(XModifierMask mask, int count) {
 
 } // namespace
 
-KeyMeanings::KeyMeanings() : lockBits_(capsLockBit) {
+KeyMeanings::KeyMeanings() : silentKey_(preferredSilentKey), lockBits_(capsLockBit) {
     for (unsigned code = firstKeyCode; code <= lastKeyCode; ++code) {
         const auto key = static_cast<XKeyCode>(code);
         modifiers_[key] = modifierByPosition(key);
@@ -119,7 +140,7 @@ KeyMeanings::KeyMeanings() : lockBits_(capsLockBit) {
         modifierMasks_[static_cast<std::size_t>(key)] = {usualBit(family(key))};
 }
 
-KeyMeanings::KeyMeanings(xkb_keymap* keymap) {
+KeyMeanings::KeyMeanings(xkb_keymap* keymap) : silentKey_(findSilentKey(keymap)) {
     const auto layouts = xkb_keymap_num_layouts(keymap);
     XModifierMask locks = 0;
     for (unsigned code = firstKeyCode; code <= lastKeyCode; ++code) {

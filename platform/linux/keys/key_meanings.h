@@ -38,6 +38,9 @@ class KeyMeanings {
     std::optional<ModifierKey> modifier(XKeyCode key) const { return modifiers_[key]; }
     bool isCapsLock(XKeyCode key) const { return capsLocks_[key]; }
 
+    /// A key that means nothing in any layout, so that no program acts on a press of it.
+    std::optional<XKeyCode> silentKey() const { return silentKey_; }
+
     /// The modifier bits that locks of this keymap can set (Caps Lock, Num Lock, ...): a shortcut works
     /// whichever of them are on.
     XModifierMask lockBits() const { return lockBits_; }
@@ -53,6 +56,7 @@ class KeyMeanings {
     std::set<XModifierMask> masks(ModifierSet modifiers) const;
 
     std::array<std::optional<ModifierKey>, 256> modifiers_{};
+    std::optional<XKeyCode> silentKey_;
     std::bitset<256> capsLocks_;
     /// For each of the eight, the bits its keys set: more than one entry where layouts or two keys differ.
     std::array<std::set<XModifierMask>, allModifierKeys.size()> modifierMasks_;

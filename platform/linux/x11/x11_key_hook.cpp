@@ -93,6 +93,12 @@ bool X11KeyHook::post(std::uint16_t linuxCode, bool press) {
     return !session_->isLost();
 }
 
+std::optional<std::uint16_t> X11KeyHook::silentKey() const {
+    const auto key = meanings_.silentKey();
+    if (!key) return std::nullopt;
+    return static_cast<std::uint16_t>(*key - key_codes::x11Offset);
+}
+
 bool X11KeyHook::isBusy(std::uint16_t linuxCode) const {
     const std::size_t key = linuxCode + std::size_t{key_codes::x11Offset};
     return !held_.modifiers().empty() || (key < HeldKeys::keyCount && held_.down()[key]);

@@ -62,6 +62,8 @@ class X11KeyHook {
     /// decision.
     bool post(std::uint16_t linuxCode, bool press);
     bool canPost() const;
+    /// The Linux code of a key on whose press no program acts; nothing if the keymap has none to spare.
+    std::optional<std::uint16_t> silentKey() const;
 
     /// Handles what has arrived. The event loop calls it.
     void dispatch();

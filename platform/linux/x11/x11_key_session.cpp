@@ -10,7 +10,8 @@ X11KeySession::X11KeySession(X11KeyHook::Clock clock, std::function<void(double)
     : runLoop_(std::move(runLoop)),
       log_(log),
       hook_(std::make_shared<X11KeyHook>(std::move(clock))),
-      listenSource_(std::make_shared<X11ListenSource>(hook_)) {
+      listenSource_(std::make_shared<X11ListenSource>(
+          hook_, X11TapGuard::keyFor(qEnvironmentVariable("XDG_CURRENT_DESKTOP")))) {
     hook_->onHandled = [this] {
         if (onHandled) onHandled();
     };

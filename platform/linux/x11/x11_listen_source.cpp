@@ -7,13 +7,7 @@ namespace hopsel {
 void X11ListenSource::start() {
     if (isStarted_) return;
     try {
-        hook_->startListening([this](const RawEvent& event) {
-            if (onEvent) onEvent(event);
-            if (event.type != RawEventType::flagsChanged) return;
-            const bool isPress = (event.flags & ~flags_) != 0;
-            flags_ = event.flags;
-            if (isPress && onModifierDown) onModifierDown();
-        });
+        hook_->startListening([this](const RawEvent& event) { heard(event); });
         failure_.clear();
     } catch (const std::runtime_error& error) {
         failure_ = error.what();
@@ -24,6 +18,16 @@ void X11ListenSource::start() {
         isStarted_ = false;
         if (onDisabled) onDisabled(false);
     };
+}
+
+void X11ListenSource::heard(const RawEvent& event) {
+    if (onEvent) onEvent(event);
+    if (event.type != RawEventType::flagsChanged) return;
+    const bool isPress = (event.flags & ~flags_) != 0;
+    flags_ = event.flags;
+    if (!isPress || event.synthetic) return;
+    guard_.modifierDown(event);
+    if (onModifierDown) onModifierDown();
 }
 
 void X11ListenSource::stopListening() {

@@ -5,7 +5,7 @@
 #pragma once
 
 #include "core/platform/event_source.h"
-#include "platform/linux/x11/x11_key_hook.h"
+#include "platform/linux/x11/x11_tap_guard.h"
 
 #include <functional>
 
@@ -13,11 +13,15 @@ namespace hopsel {
 
 class X11ListenSource final : public EventSource {
   public:
-    explicit X11ListenSource(std::shared_ptr<X11KeyHook> hook) : hook_(std::move(hook)) {}
+    explicit X11ListenSource(std::shared_ptr<X11KeyHook> hook,
+                             X11TapGuard::Key guardKey = X11TapGuard::Key::silent)
+        : hook_(std::move(hook)), guard_(*hook_, guardKey) {}
     ~X11ListenSource() override { stopListening(); }
 
     void start() override;
     void stop() override { stopListening(); }
+    void setTapTriggers(ModifierSet triggers) override { guard_.setTriggers(triggers); }
+    bool canGuardTaps() const override { return true; }
 
     /// A modifier key went down, and the engine has been told.
     std::function<void()> onModifierDown;
@@ -27,8 +31,10 @@ class X11ListenSource final : public EventSource {
 
   private:
     void stopListening();
+    void heard(const RawEvent& event);
 
     std::shared_ptr<X11KeyHook> hook_;
+    X11TapGuard guard_;
     std::string failure_;
     std::uint64_t flags_ = 0; ///< of the last change
     bool isStarted_ = false;

@@ -90,7 +90,10 @@ bool X11LocalKeyMonitor::pressed(const xcb_key_press_event_t& event) {
         if ((seen_ & swallowed_).none()) leave();
         return isOurs;
     }
-    if (meanings_.modifier(key) || meanings_.isCapsLock(key) || key < key_codes::x11Offset) return true;
+    // The silent one is our own tap guard's.
+    if (meanings_.modifier(key) || meanings_.isCapsLock(key) || key == meanings_.silentKey() ||
+        key < key_codes::x11Offset)
+        return true;
     const auto linuxCode = static_cast<std::uint16_t>(key - key_codes::x11Offset);
     const auto onKeyDown = onKeyDown_; // it may stop or start us
     onKeyDown({key_codes::virtualKeyCode(linuxCode), held_.flags(), isRepeat});

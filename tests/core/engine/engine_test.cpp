@@ -32,6 +32,22 @@ TEST_F(Engine, tellsTheFilterItsKeysAndStartsEachSourceOnce) {
     EXPECT_EQ(rig.filter->starts + rig.source->starts, 2);
 }
 
+TEST_F(Engine, tellsTheListenerWhichTapsAreItsOwnUnlessAnotherComputerHasThem) {
+    Rule off = fakes::tapRule("off", ModifierKey::leftOption, "A", "B");
+    off.enabled = false;
+    engine->apply({2, {fakes::tapRule("1", ModifierKey::rightCommand, "A", "B"), off}});
+    const ModifierSet own{ModifierKey::rightCommand};
+    EXPECT_EQ(rig.source->tapTriggers, own);
+    engine->setFrontmostRemoteKind(remote_apps::Kind::guestOS);
+    EXPECT_EQ(rig.source->tapTriggers, own) << "it gets the guest key";
+    engine->setFrontmostRemoteKind(remote_apps::Kind::remoteScreen);
+    EXPECT_TRUE(rig.source->tapTriggers.empty());
+    engine->setFrontmostRemoteKind(std::nullopt);
+    EXPECT_EQ(rig.source->tapTriggers, own);
+    engine->setGuardsTaps(false);
+    EXPECT_TRUE(rig.source->tapTriggers.empty());
+}
+
 TEST_F(Engine, isHeldWeaklyByItsCallbacks) {
     tap();
     engine.reset();

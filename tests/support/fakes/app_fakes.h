@@ -39,6 +39,8 @@ class FakeEngine final : public EngineControlling {
     void setFrontmostRemoteKind(std::optional<remote_apps::Kind> kind) override { remoteKind = kind; }
     ShortcutKey guestKey() const override { return guest; }
     void setGuestKey(ShortcutKey key) override { guest = key; }
+    bool canGuardTaps() const override { return canGuard; }
+    void setGuardsTaps(bool on) override { guards = on; }
     void start() override {
         calls.emplace_back("engine start");
         current = stateAfterStart;
@@ -59,6 +61,8 @@ class FakeEngine final : public EngineControlling {
     void cancelTriggerCapture() override { capture = nullptr; }
 
     Calls& calls;
+    bool canGuard = false;
+    bool guards = true;
     EngineState current;
     EngineState stateAfterStart = engine_state::Running{};
     ShortcutStatus status = ShortcutStatus::notNeeded;
@@ -92,7 +96,11 @@ class FakePreferences final : public PreferencesStoring {
     bool onboardingCompleted() const override { return completed; }
     void setOnboardingCompleted(bool on) override { completed = on; }
 
+    bool guardsTaps() const override { return guards; }
+    void setGuardsTaps(bool on) override { guards = on; }
+
     bool showLabel = true;
+    bool guards = true;
     bool enabled = true;
     bool completed = false;
 };

@@ -55,7 +55,12 @@ class FakeTap : public Source {
     int starts = 0; ///< calls, also those that were refused or had nothing to do
 };
 
-using FakeEventSource = FakeTap<EventSource>;
+class FakeEventSource final : public FakeTap<EventSource> {
+  public:
+    void setTapTriggers(ModifierSet keys) override { tapTriggers = keys; }
+
+    ModifierSet tapTriggers;
+};
 
 class FakeShortcutSource final : public FakeTap<ShortcutSource> {
   public:

@@ -46,9 +46,12 @@ TEST_F(SettingsWindow, RecordsWhileDiagnosticsAreShownAndCapturesWhileItIsOpen) 
 
 TEST_F(SettingsWindow, GeneralSwitchesShowWhatCameOfItAndAskForApprovalWhenItIsNeeded) {
     loginItem->current = LoginItemStatus::requiresApproval;
+    engine->canGuard = true;
     open(SettingsPane::general);
     click(l10n::Key::generalShowLabel);
     EXPECT_FALSE(preferences->showLabel);
+    click(l10n::Key::generalGuardTaps);
+    EXPECT_FALSE(preferences->guards || engine->guards);
 
     QAbstractButton* const login = find(l10n::Key::generalLaunchAtLogin);
     EXPECT_FALSE(login->isChecked());

@@ -1,5 +1,9 @@
 // The key monitor against a real X server: what it reports, and what a text field still gets.
 #include "platform/linux/x11/x11_local_key_monitor.h"
+
+#include "platform/linux/keys/key_codes.h"
+#include "platform/linux/x11/x11_input_devices.h"
+#include "platform/linux/x11/x11_keymap.h"
 #include "session/x_keyboard.h"
 #include "session/x_layouts.h"
 #include "session/x_window.h"
@@ -90,6 +94,10 @@ TEST_F(KeyMonitor, TellsSidesAndKeepsEverythingFromTheField) {
         keyboard.tap(key::space);
         keyboard.release(shift);
     }
+    X11Connection connection;
+    x11_input_devices::requireXkb(connection);
+    const XKeyCode guardKey = x11_keymap::readMeanings(connection).silentKey().value();
+    keyboard.tap(static_cast<std::uint16_t>(guardKey - key_codes::x11Offset));
     keyboard.tap(key::escape);
     ASSERT_TRUE(waitForReports(3));
     setLayouts("us", {}, "altwin:swap_alt_win");
