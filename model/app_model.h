@@ -158,6 +158,7 @@ class AppModel final : public ObservableObject {
     template <class Edit>
     EditResult edit(Edit&& change);
     void takeRules();
+    StatusLine statusOfRules() const;
     const InputSourceInfo* listed(const std::string& id) const;
     std::string currentName(const InputSourceRef& ref) const;
     std::string label(const InputSourceRef& ref) const;

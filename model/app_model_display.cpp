@@ -67,10 +67,21 @@ StatusLine AppModel::statusLine() const {
                           [this](const engine_state::Running&) {
                               return shortcutStatus_ == ShortcutStatus::unavailable
                                          ? StatusLine::accessibilityMissing
-                                         : StatusLine::ok;
+                                         : statusOfRules();
                           },
                       },
                       engineState_);
+}
+
+// All combinations that are refused have a status of their own.
+StatusLine AppModel::statusOfRules() const {
+    const auto isOn = [](const Rule& rule) { return rule.enabled; };
+    const auto canSwitch = [&](const Rule& rule) {
+        return rule.enabled && std::holds_alternative<rule_health::Ok>(health(rule));
+    };
+    if (std::none_of(rules_.begin(), rules_.end(), isOn)) return StatusLine::noRules;
+    return std::any_of(rules_.begin(), rules_.end(), canSwitch) ? StatusLine::ok
+                                                                : StatusLine::nothingToSwitch;
 }
 
 MenuState AppModel::menuState() const {

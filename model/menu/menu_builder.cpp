@@ -55,6 +55,8 @@ std::string statusTitle(StatusLine status) {
     case StatusLine::tapDisabled: return t(Key::statusTapDisabled);
     case StatusLine::accessibilityMissing: return t(Key::statusAccessibility);
     case StatusLine::configProblem: return t(Key::statusConfigProblem);
+    case StatusLine::noRules: return t(Key::statusNoRules);
+    case StatusLine::nothingToSwitch: return t(Key::statusNothingToSwitch);
     }
     return {};
 }
@@ -63,6 +65,7 @@ MenuStatusLevel statusLevel(StatusLine status) {
     switch (status) {
     case StatusLine::ok: return MenuStatusLevel::ok;
     case StatusLine::paused:
+    case StatusLine::noRules:
     case StatusLine::starting: return MenuStatusLevel::neutral;
     default: return MenuStatusLevel::problem;
     }

@@ -27,6 +27,8 @@ enum class StatusLine {
     tapDisabled,          ///< listened, and was cut off
     accessibilityMissing, ///< listens, but cannot filter combinations
     configProblem,        ///< the settings file cannot be used
+    noRules,              ///< listens, but no rule is on
+    nothingToSwitch,      ///< no rule that is on can switch now: its sources are not there, or fixed
 };
 
 enum class MenuStatusLevel { ok, neutral, problem };

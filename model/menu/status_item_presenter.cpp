@@ -8,6 +8,7 @@ StatusItemAppearance appearance(StatusLine status, bool showLabel, const std::op
     case StatusLine::ok:
         if (!showLabel || !label || label->empty()) return {"keyboard", std::nullopt};
         return {"keyboard", pair ? *pair : StatusBadge::single(*label)};
+    case StatusLine::noRules:
     case StatusLine::starting: return {"keyboard", std::nullopt};
     case StatusLine::paused: return {"pause.circle", std::nullopt};
     default: return {"exclamationmark.triangle", std::nullopt};

@@ -1,7 +1,9 @@
 #include "platform/linux/linux_launch.h"
 
 #include "platform/linux/linux_platform.h"
+#include "ui/design/symbols.h"
 
+#include <QApplication>
 #include <csignal>
 #include <filesystem>
 
@@ -37,6 +39,8 @@ LinuxLaunch::LinuxLaunch() : busAddress_("DBUS_SESSION_BUS_ADDRESS"), desktop_("
 }
 
 void LinuxLaunch::applicationMade() {
+    // Panels and window lists take it from the windows where the program was not installed.
+    QApplication::setWindowIcon(design::applicationIcon());
     desktop_.showAgain();
     qunsetenv("QT_NO_GLIB");
     // Stopped from a terminal it would leave the keyboard standing still at the next shortcut.

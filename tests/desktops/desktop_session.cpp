@@ -1,5 +1,7 @@
 #include "desktop_session.h"
 
+#include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
@@ -11,6 +13,15 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto finger = 60ms; // a quick tap of a person
+
+double linear(int channel) {
+    const double value = channel / 255.0;
+    return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+}
+
+double luminance(QRgb color) {
+    return 0.2126 * linear(qRed(color)) + 0.7152 * linear(qGreen(color)) + 0.0722 * linear(qBlue(color));
+}
 
 } // namespace
 
@@ -71,6 +82,17 @@ QRect difference(const QImage& before, const QImage& after) {
         for (int x = 0; x < before.width(); ++x)
             if (before.pixel(x, y) != after.pixel(x, y)) changed |= QRect(x, y, 1, 1);
     return changed;
+}
+
+double contrast(const QImage& picture) {
+    double darkest = 1, lightest = 0;
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = 0; x < picture.width(); ++x) {
+            const double here = luminance(picture.pixel(x, y));
+            darkest = std::min(darkest, here);
+            lightest = std::max(lightest, here);
+        }
+    return (lightest + 0.05) / (darkest + 0.05);
 }
 
 } // namespace hopsel::test

@@ -55,5 +55,7 @@ class DesktopSession {
 
 /// Where two pictures differ, as one rectangle; empty if nowhere.
 QRect difference(const QImage& before, const QImage& after);
+/// The best contrast of two colours in the picture, as the accessibility guidelines for text define it.
+double contrast(const QImage& picture);
 
 } // namespace hopsel::test

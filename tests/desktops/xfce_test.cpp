@@ -1,4 +1,4 @@
-// The main job in a real XFCE: triggers, and the layout indicator of its panel.
+// The main job in a real XFCE: triggers, the icon in its panel, its layout indicator.
 #include "desktop_session.h"
 #include "session/hopsel_program.h"
 
@@ -35,7 +35,7 @@ TEST_F(Xfce, SwitchesWithItsTriggersAndEveryLetterArrives) {
     EXPECT_TRUE(desktop.window().waitForText(expected + "ф"));
 }
 
-TEST_F(Xfce, KeepsTheIndicatorInStepAndSwitchesOnFromWhatThePanelHasSwitchedTo) {
+TEST_F(Xfce, ShowsAnIconThatCanBeReadAndAnIndicatorThatKeepsStep) {
     const QImage english = panel();
     desktop.layouts().lockGroup(1);
     const QImage russian = panel();
@@ -44,9 +44,17 @@ TEST_F(Xfce, KeepsTheIndicatorInStepAndSwitchesOnFromWhatThePanelHasSwitchedTo) 
     desktop.layouts().lockGroup(0);
 
     desktop.startProgram(twoRules);
+    const int behind = indicator.right() + 1;
+    const auto icon = [&] { return panel().copy(behind, 0, english.width() - behind, english.height()); };
+    const QImage without = english.copy(behind, 0, english.width() - behind, english.height());
+    const QImage latin = icon();
+    const QRect place = difference(without, latin);
+    ASSERT_FALSE(place.isEmpty());
+    EXPECT_GE(contrast(latin.copy(place)), 4.5);
     EXPECT_EQ(panel().copy(indicator), english.copy(indicator));
 
     ASSERT_TRUE(desktop.tapReaches(1));
+    EXPECT_NE(icon(), latin) << "it tells the other one now";
     EXPECT_EQ(panel().copy(indicator), russian.copy(indicator));
 
     // The panel's own switcher, and a tap after it.

@@ -142,7 +142,36 @@ TEST_F(Model, followsTheEngine) {
     recorder->startRecording();
 }
 
+// In menu, window and panel alike, for they all ask this.
+TEST_F(Model, saysThatItWorksOnlyWhileARuleThatIsOnCanSwitch) {
+    launch();
+    EXPECT_EQ(model->statusLine(), StatusLine::noRules);
+    model->addRule(rightCommand, korean, english);
+    model->addRule(rightOption, english, korean);
+    model->setRuleEnabled(model->rules()[1].id, false);
+    EXPECT_EQ(model->statusLine(), StatusLine::ok);
+    const auto statusWith = [&](std::vector<InputSourceInfo> sources) {
+        directory->sources = std::move(sources);
+        model->sourcesChanged();
+        EXPECT_EQ(model->menuState().status, model->statusLine());
+        return model->statusLine();
+    };
+    EXPECT_EQ(statusWith({}), StatusLine::nothingToSwitch) << "the framework is gone";
+    EXPECT_EQ(statusWith({korean}), StatusLine::nothingToSwitch);
+    InputSourceInfo fixed = korean;
+    fixed.isSelectCapable = false;
+    EXPECT_EQ(statusWith({fixed, english}), StatusLine::nothingToSwitch);
+    EXPECT_EQ(model->statusItemAppearance().symbolName, "exclamationmark.triangle");
+    EXPECT_EQ(statusWith({korean, english}), StatusLine::ok);
+    emitEvent(engine_event::ShortcutStatusChanged{ShortcutStatus::unavailable});
+    EXPECT_EQ(model->statusLine(), StatusLine::accessibilityMissing);
+    emitEvent(engine_event::ShortcutStatusChanged{ShortcutStatus::notNeeded});
+    model->setRuleEnabled(model->rules()[0].id, false);
+    EXPECT_EQ(model->statusLine(), StatusLine::noRules);
+}
+
 TEST_F(Model, retriesOnlyWhatIsWantedAndDegraded) {
+    storeRule();
     engine->stateAfterStart = engine_state::Degraded{DegradedReason::permissionMissing};
     launch();
     engine->stateAfterStart = engine_state::Running{};

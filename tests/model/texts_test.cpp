@@ -92,8 +92,9 @@ TEST(StatusItemPresenter, showsALabelOnlyWhenAllIsWellAndWarnsElse) {
     EXPECT_EQ(appearance(StatusLine::ok, true, std::nullopt, pair), plain);
     EXPECT_EQ(appearance(StatusLine::starting, true, "B", pair), plain);
     EXPECT_EQ(appearance(StatusLine::paused, true, "B", pair).symbolName, "pause.circle");
-    for (const StatusLine problem : {StatusLine::permissionMissing, StatusLine::tapDisabled,
-                                     StatusLine::accessibilityMissing, StatusLine::configProblem}) {
+    for (const StatusLine problem :
+         {StatusLine::permissionMissing, StatusLine::tapDisabled, StatusLine::accessibilityMissing,
+          StatusLine::configProblem, StatusLine::nothingToSwitch}) {
         EXPECT_EQ(appearance(problem, true, "B", pair),
                   (StatusItemAppearance{"exclamationmark.triangle", std::nullopt}));
         EXPECT_THAT(menu_builder::statusTitle(problem), testing::StartsWith("⚠ "));

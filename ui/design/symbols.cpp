@@ -11,8 +11,14 @@ static void loadDrawings() { Q_INIT_RESOURCE(symbols); }
 
 namespace hopsel::design {
 
+namespace {
+
+void loadDrawingsOnce() { [[maybe_unused]] static const bool isLoaded = (loadDrawings(), true); }
+
+} // namespace
+
 QPixmap symbolPixmap(const QString& name, QSize size, const QColor& color, qreal devicePixelRatio) {
-    [[maybe_unused]] static const bool isLoaded = (loadDrawings(), true);
+    loadDrawingsOnce();
     QPixmap pixmap(size * devicePixelRatio);
     pixmap.setDevicePixelRatio(devicePixelRatio);
     pixmap.fill(Qt::transparent);
@@ -71,7 +77,12 @@ void Dot::paintEvent(QPaintEvent* /*event*/) {
     painter.drawEllipse(rect());
 }
 
-Picture::Picture(const QString& resource, int points, QWidget* parent) : QWidget(parent), icon_(resource) {
+QIcon applicationIcon() {
+    loadDrawingsOnce();
+    return QIcon(":/hopsel/hopsel.svg");
+}
+
+Picture::Picture(const QIcon& icon, int points, QWidget* parent) : QWidget(parent), icon_(icon) {
     setFixedSize(points, points);
 }
 

@@ -48,11 +48,13 @@ class Dot final : public QWidget {
     Tone tone_;
 };
 
-/// A drawing in its own colours, as large as asked for whatever the size of the text. Blank when there is
-/// none.
+/// The program's own, for its windows and for the page about it.
+QIcon applicationIcon();
+
+/// An icon in its own colours, as large as asked for whatever the size of the text.
 class Picture final : public QWidget {
   public:
-    Picture(const QString& resource, int points, QWidget* parent = nullptr);
+    Picture(const QIcon& icon, int points, QWidget* parent = nullptr);
 
   protected:
     void paintEvent(QPaintEvent* event) override;

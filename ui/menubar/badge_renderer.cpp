@@ -79,6 +79,19 @@ void prepare(QPainter& painter, const QColor& ink) {
     painter.setBrush(ink);
 }
 
+/// Of a square badge, in whole pixels.
+int edgeWidth(int pixels) { return pixels / 16; }
+
+/// What is cut out of the face shows the black ground, and its edge surrounds it.
+QImage onGround(const QImage& face, const QRectF& ground, qreal radius) {
+    QImage image = canvas(face.size(), 1);
+    QPainter painter(&image);
+    prepare(painter, Qt::black);
+    painter.drawPath(roundedRect(ground, radius));
+    painter.drawImage(0, 0, face);
+    return image;
+}
+
 } // namespace
 
 StatusBadge currentAlone(const StatusBadge& badge) {
@@ -100,27 +113,43 @@ QImage wide(const StatusBadge& badge, const QColor& ink, qreal devicePixelRatio)
     return image;
 }
 
-QImage square(const StatusBadge& badge, int pixels, const QColor& ink) {
-    QImage image = canvas({pixels, pixels}, 1);
-    QPainter painter(&image);
-    prepare(painter, ink);
-    const QRectF bounds(0, 0, pixels, pixels);
+int symbolSide(int pixels) { return pixels - 4 * edgeWidth(pixels); }
+
+QImage square(const StatusBadge& badge, int pixels) {
+    QImage face = canvas({pixels, pixels}, 1);
+    QPainter painter(&face);
+    prepare(painter, Qt::white);
     // Edges at whole pixels are sharp, where every pixel counts.
+    const QRectF bounds(0, 0, pixels, pixels);
+    const int edge = edgeWidth(pixels);
     if (badge.second && pixels >= smallestSquarePair) {
-        const int lineWidth = pixels / 16;
-        const qreal side = lineWidth / 2.0;
-        const int top = pixels * 5 / 32;
+        const int top = pixels / 8;
+        const QRectF ground = bounds.adjusted(0, top, 0, -top);
+        const qreal radius = pixels / 5.0, inset = 1.5 * edge;
         drawPair(painter,
-                 {bounds.adjusted(side, top + side, -side, -top - side), pixels / 5.0, qreal(lineWidth),
-                  labelFont(pixels * 13 / 32)},
+                 {ground.adjusted(inset, inset, -inset, -inset), radius - inset, qreal(edge),
+                  labelFont(pixels * 12 / 32)},
                  badge);
-    } else {
-        const int margin = pixels / 16;
-        const QRectF outline = bounds.adjusted(margin, margin, -margin, -margin);
-        drawSingle(painter, {outline, pixels / 4.0, 0, labelFont(pixels * 11 / 16)}, bounds,
-                   currentAlone(badge).first);
+        return onGround(face, ground, radius);
     }
-    return image;
+    const qreal radius = pixels / 4.0;
+    drawSingle(painter,
+               {bounds.adjusted(edge, edge, -edge, -edge), radius - edge, 0, labelFont(pixels * 11 / 16)},
+               bounds, currentAlone(badge).first);
+    return onGround(face, bounds, radius);
+}
+
+QImage square(const QImage& symbol, int pixels) {
+    QImage face = canvas({pixels, pixels}, 1);
+    QPainter painter(&face);
+    prepare(painter, Qt::white);
+    const QRectF bounds(0, 0, pixels, pixels);
+    const int edge = edgeWidth(pixels);
+    const qreal radius = pixels / 4.0;
+    painter.drawPath(roundedRect(bounds.adjusted(edge, edge, -edge, -edge), radius - edge));
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+    painter.drawImage(2 * edge, 2 * edge, symbol);
+    return onGround(face, bounds, radius);
 }
 
 } // namespace hopsel::badge_renderer

@@ -1,7 +1,8 @@
 // Draws the badge with the labels of input sources, the current one filled with its letter cut out. Pure.
 //
-// One ink on transparent. The panels of this desktop tint nothing, so the caller names the ink; and most have
-// room for a square only, which is what `square` is for.
+// `wide` is one ink on transparent, for a menu bar that tints it. `square` is for panels that tint nothing
+// and tell nobody how they look: black on white inside a black edge, so that one of the two stands out on any
+// ground.
 #pragma once
 
 #include "model/menu/status_item_presenter.h"
@@ -20,6 +21,9 @@ QImage wide(const StatusBadge& badge, const QColor& ink, qreal devicePixelRatio 
 
 /// Below this many pixels two labels cannot be read, and the current one is drawn alone.
 inline constexpr int smallestSquarePair = 32;
-QImage square(const StatusBadge& badge, int pixels, const QColor& ink);
+QImage square(const StatusBadge& badge, int pixels);
+/// The same with a symbol in place of labels, of whatever colour, `symbolSide` wide and high.
+QImage square(const QImage& symbol, int pixels);
+int symbolSide(int pixels);
 
 } // namespace hopsel::badge_renderer

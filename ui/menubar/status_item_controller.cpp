@@ -30,8 +30,11 @@ void StatusItemController::refresh() {
     menu_.refresh();
     if (!item_) return;
     item_->show(model_.statusItemAppearance());
-    const auto source = model_.currentSourceName();
-    item_->setName(source ? "Hopsel, " + *source : "Hopsel");
+    std::string name = "Hopsel";
+    if (const auto source = model_.currentSourceName()) name += ", " + *source;
+    if (const StatusLine status = model_.statusLine(); status != StatusLine::ok)
+        name += ", " + menu_builder::statusTitle(status);
+    item_->setName(name);
 }
 
 void StatusItemController::perform(MenuAction action) {

@@ -141,7 +141,7 @@ void StatusMenu::rebuild(const std::vector<MenuItemSpec>& specs) {
         item->setSeparator(std::holds_alternative<menu_item::Separator>(spec));
         item->setCheckable(std::holds_alternative<menu_item::Toggle>(spec));
         if (const auto action = actionOf(spec))
-            connect(item, &QAction::triggered, this, [this, what = *action] { click(what); });
+            connect(item, &QAction::triggered, this, [this, what = *action] { perform(what); });
         else
             item->setEnabled(false);
         QFont font = item->font();
@@ -154,7 +154,7 @@ void StatusMenu::rebuild(const std::vector<MenuItemSpec>& specs) {
     }
 }
 
-void StatusMenu::click(MenuAction action) {
+void StatusMenu::perform(MenuAction action) {
     // Ahead of the action, which may end this menu.
     QMetaObject::invokeMethod(this, &StatusMenu::refresh, Qt::QueuedConnection);
     onAction_(action);

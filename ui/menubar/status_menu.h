@@ -26,6 +26,8 @@ class StatusMenu final : public QMenu {
     StatusMenu(Read read, OnAction onAction);
 
     void refresh();
+    /// As if it had been clicked.
+    void perform(MenuAction action);
     /// From here on lines that only inform are widgets. For menus that take them.
     void showLabels();
 
@@ -35,7 +37,6 @@ class StatusMenu final : public QMenu {
   private:
     void rebuild(const std::vector<MenuItemSpec>& specs);
     QAction* addItem(const MenuItemSpec& spec);
-    void click(MenuAction action);
 
     Read read_;
     OnAction onAction_;

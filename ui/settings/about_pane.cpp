@@ -9,9 +9,6 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
-// Needed because the icon is in a static library; the macro works outside of every namespace only.
-static void loadIcon() { Q_INIT_RESOURCE(about_icon); }
-
 namespace hopsel {
 
 using design::Text;
@@ -46,7 +43,6 @@ QHBoxLayout* privacyLine() {
 } // namespace
 
 AboutPane::AboutPane(const AppModel& model, QWidget* parent) : QScrollArea(parent) {
-    loadIcon();
     setFrameShape(QFrame::NoFrame);
     setWidgetResizable(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -57,7 +53,7 @@ AboutPane::AboutPane(const AppModel& model, QWidget* parent) : QScrollArea(paren
     column->setContentsMargins(padding, padding, padding, padding);
     column->setSpacing(8);
     column->addStretch(1);
-    column->addWidget(new design::Picture(":/hopsel/hopsel.svg", iconSide), 0, Qt::AlignHCenter);
+    column->addWidget(new design::Picture(design::applicationIcon(), iconSide), 0, Qt::AlignHCenter);
     column->addSpacing(4);
     column->addWidget(centred(QString::fromStdString(std::string(product::name)), TextStyle::largeTitle));
     column->addWidget(centred(text(Key::aboutTagline), TextStyle::body, Tone::secondary));

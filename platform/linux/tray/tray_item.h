@@ -1,27 +1,25 @@
 // The status item in the panel of a Linux desktop, through the toolkit.
 //
-// These panels tint nothing, so it is drawn in an ink that is likely to be seen there, and drawn again when
-// that changes. Owned by the status item's controller; the menu outlives it.
+// Each picture is made once: the toolkit keeps whatever it is given, for a new picture at every switch would
+// be memory that only grows. Owned by the status item's controller; the menu outlives it.
 #pragma once
 
 #include "ui/menubar/panel_item.h"
+#include "ui/menubar/status_menu.h"
 #include "ui/menubar/tray_hosting.h"
 
-#include <QColor>
-#include <QMenu>
 #include <QSystemTrayIcon>
 #include <optional>
+#include <utility>
+#include <vector>
 
 namespace hopsel {
 
 class TrayItem final : public PanelItem {
   public:
-    /// `kind`: one that draws or takes in what we give it. Either button opens the menu.
-    TrayItem(TrayKind kind, QMenu& menu);
-
-    /// A guess, since no panel tells its colour: white on desktops whose panel comes dark in either
-    /// appearance, elsewhere as the application appears. A user's own theme for the panel can prove it wrong.
-    static QColor likelyInk();
+    /// `kind`: one that draws or takes in what we give it. Either button opens the menu, the middle one
+    /// pauses and resumes.
+    TrayItem(TrayKind kind, StatusMenu& menu);
 
     void show(const StatusItemAppearance& appearance) override;
     void setName(const std::string& name) override;
@@ -29,12 +27,13 @@ class TrayItem final : public PanelItem {
     const QSystemTrayIcon& icon() const { return icon_; }
 
   private:
-    QIcon drawn(const StatusItemAppearance& appearance, const QColor& ink) const;
+    const QIcon& picture(const StatusItemAppearance& appearance);
+    QIcon drawn(const StatusItemAppearance& appearance) const;
 
     TrayKind kind_;
     QSystemTrayIcon icon_;
     std::optional<StatusItemAppearance> shown_;
-    QColor shownInk_;
+    std::vector<std::pair<StatusItemAppearance, QIcon>> pictures_;
 };
 
 } // namespace hopsel

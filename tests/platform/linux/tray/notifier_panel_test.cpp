@@ -80,6 +80,7 @@ TEST_F(NotifierPanel, ShowsTheItemHoweverLateItComesAndAgainAfterACrash) {
 }
 
 TEST_F(NotifierPanel, ShowsTheStateAndItsClicksReachTheModel) {
+    model.addRule(trigger::ModifierTap{ModifierKey::rightCommand}, fakes::korean, fakes::english);
     startPanel();
     makeController(little);
     expectItem();
@@ -93,6 +94,12 @@ TEST_F(NotifierPanel, ShowsTheStateAndItsClicksReachTheModel) {
     EXPECT_THAT(entry("Input Switching").second, HasSubstr("'toggle-state': <0>"));
     EXPECT_EQ(entry("Input Switching").first, id) << "a click in a menu that is still open would be lost";
     entry("Paused");
+    EXPECT_THAT(toolTip(), HasSubstr("'Hopsel, ABC, Paused'"));
+    const auto pressMiddleButton = [&] {
+        call(item, "/StatusNotifierItem", "org.kde.StatusNotifierItem.SecondaryActivate", {"300", "200"});
+    };
+    pressMiddleButton();
+    EXPECT_TRUE(runLoopUntil([&] { return model.engineEnabled(); }));
 
     rig.directory->current = "hangul";
     model.currentSourceChanged();
