@@ -3,6 +3,7 @@
 #include "core/diagnostics/diagnostics_recorder.h"
 #include "core/rules/rule_store.h"
 #include "model/texts/l10n.h"
+#include "model/texts/system_words.h"
 #include "ui/design/colors.h"
 
 #include <QCoreApplication>
@@ -67,6 +68,7 @@ AppDelegate::Launch AppDelegate::didFinishLaunching() {
         say(error.what());
         return Launch::impossible;
     }
+    l10n::setSystemWords(platform_->words());
     buildModel();
     observePlatform();
     buildWindows();

@@ -3,6 +3,7 @@
 #include "app/app_delegate.h"
 #include "app/quit_request.h"
 #include "app/termination_signals.h"
+#include "app/toolkit_texts.h"
 #include "core/base/product.h"
 #include "model/texts/l10n.h"
 #include "platform/interface/live_platform.h"
@@ -38,6 +39,7 @@ int runApplication(int argc, char** argv) {
     application.installEventFilter(&quitRequest);
     hopsel::design::describeScrollAreasSafely();
     launch->applicationMade();
+    const hopsel::ToolkitTexts toolkitTexts;
     QApplication::setApplicationDisplayName(QString::fromUtf8(hopsel::product::name.data()));
     QApplication::setDesktopFileName(QString::fromUtf8(hopsel::product::bundleIdentifier.data()));
     QApplication::setQuitOnLastWindowClosed(false);

@@ -107,6 +107,8 @@ class AppModel final : public ObservableObject {
     std::optional<InputSourceInfo> currentSource() const;
     std::optional<std::string> currentSourceName() const;
     std::optional<std::string> currentSourceLabel() const;
+    /// The identifier itself where no listed source has it.
+    std::string sourceName(const std::string& id) const;
     std::string ruleLine(const Rule& rule) const;
     StatusLine statusLine() const;
     MenuState menuState() const;

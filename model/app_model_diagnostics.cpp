@@ -2,6 +2,7 @@
 #include "core/diagnostics/bug_report_mail.h"
 #include "core/diagnostics/report_builder.h"
 #include "model/app_model.h"
+#include "model/texts/system_words.h"
 
 #include <algorithm>
 #include <iterator>
@@ -102,7 +103,8 @@ void AppModel::copyReport() {
 
 void AppModel::composeReportMail() {
     copyReport(); // first: the mail asks the user to paste it
-    parts_.reportDelivery->openMail(bug_report_mail::composeURL(parts_.appVersion));
+    parts_.reportDelivery->openMail(
+        bug_report_mail::composeURL(parts_.appVersion, l10n::systemWords().pasteKeys));
 }
 
 } // namespace hopsel

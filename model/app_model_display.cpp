@@ -43,6 +43,8 @@ std::string AppModel::currentName(const InputSourceRef& ref) const {
     return source != nullptr ? source->name : ref.displayName;
 }
 
+std::string AppModel::sourceName(const std::string& id) const { return currentName({id, id}); }
+
 std::string AppModel::label(const InputSourceRef& ref) const {
     const InputSourceInfo* source = listed(ref.sourceId);
     return source != nullptr ? source_label::label(source->languages, source->name)

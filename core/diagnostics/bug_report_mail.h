@@ -10,7 +10,8 @@ namespace hopsel::bug_report_mail {
 inline constexpr std::string_view recipient = product::supportAddress;
 
 /// A "mailto:" URL with subject and body. The report is not in it: mail programs limit the length.
-std::string composeURL(std::string_view appVersion);
+/// `pasteKeys`: with which it is pasted here.
+std::string composeURL(std::string_view appVersion, std::string_view pasteKeys = "⌘V");
 
 /// `date`: local time as "20261116-104223".
 std::string suggestedFileName(std::string_view date);

@@ -1,6 +1,7 @@
 // The names of keys and combinations.
 #include "core/base/overloaded.h"
 #include "model/texts/l10n.h"
+#include "model/texts/system_words.h"
 
 #include <algorithm>
 #include <array>
@@ -64,25 +65,24 @@ std::string_view symbol(ModifierFamily family) {
 
 bool isLeft(ModifierKey key) { return rawValue(key).substr(0, 4) == "left"; }
 
-int displayOrder(ModifierFamily family) {
-    switch (family) {
-    case ModifierFamily::control: return 0;
-    case ModifierFamily::option: return 1;
-    case ModifierFamily::shift: return 2;
-    case ModifierFamily::command: return 3;
-    }
-    return 4;
+auto displayOrder(ModifierFamily family) {
+    const auto& order = systemWords().order;
+    return std::find(order.begin(), order.end(), family) - order.begin();
 }
 
 } // namespace
 
 std::string keyName(ModifierKey key) {
+    if (const auto& own = systemWords().keyName)
+        if (std::string name = own(key, language()); !name.empty()) return name;
     const bool isKorean = language() == L10nLanguage::ko;
     const std::string side = isLeft(key) ? (isKorean ? "왼쪽" : "Left") : (isKorean ? "오른쪽" : "Right");
     return side + " " + std::string(symbol(family(key)));
 }
 
 std::string keyLabel(std::uint16_t keyCode) {
+    if (const auto& own = systemWords().keyLabel)
+        if (std::string label = own(keyCode, language()); !label.empty()) return label;
     const auto* found = std::find_if(labels.begin(), labels.end(),
                                      [&](const Label& label) { return label.keyCode == keyCode; });
     return found != labels.end() ? std::string(found->text) : "Key " + std::to_string(keyCode);

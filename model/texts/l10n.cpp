@@ -2,6 +2,7 @@
 
 #include "core/base/product.h"
 #include "core/platform/identifier_prefix.h"
+#include "model/texts/system_words.h"
 
 #include <algorithm>
 #include <array>
@@ -24,7 +25,16 @@ constexpr std::array table{
 
 const Row& row(Key key) { return table[static_cast<std::size_t>(key)]; }
 
-std::string_view text(Key key) { return language() == L10nLanguage::en ? row(key).english : row(key).korean; }
+SystemWords& chosenWords() {
+    static SystemWords words;
+    return words;
+}
+
+std::string_view text(Key key) {
+    if (const auto& own = systemWords().text)
+        if (const char* words = own(key, language())) return words;
+    return language() == L10nLanguage::en ? row(key).english : row(key).korean;
+}
 
 PreferredLanguages& preferredLanguages() {
     static PreferredLanguages reader;
@@ -60,6 +70,10 @@ L10nLanguage detect(const std::vector<std::string>& preferred) {
     return !preferred.empty() && identifierBegins(preferred.front(), "ko") ? L10nLanguage::ko
                                                                            : L10nLanguage::en;
 }
+
+const SystemWords& systemWords() { return chosenWords(); }
+
+void setSystemWords(SystemWords words) { chosenWords() = std::move(words); }
 
 std::string t(Key key) { return std::string(text(key)); }
 

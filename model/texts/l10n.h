@@ -1,7 +1,7 @@
 // Every text that people see, in the language of this process, and the names of keys.
 //
-// The texts themselves are in texts.def. The language is chosen once, when the first text is asked for; the
-// only state here. Main thread.
+// The texts themselves are in texts.def; what another system calls by other names comes from its SystemWords.
+// The language is chosen once, when the first text is asked for; the only state here. Main thread.
 #pragma once
 
 #include "core/rules/rule.h"
@@ -45,11 +45,12 @@ std::string t(Key key);
 /// Each "%@" of the text is replaced by the next argument.
 std::string t(Key key, const std::vector<std::string>& arguments);
 
-/// "오른쪽 ⌘", "Right ⌘".
+/// "오른쪽 ⌘", "Right ⌘"; "Right Super" where that is printed on the key.
 std::string keyName(ModifierKey key);
-/// Of a virtual key code: "Space", "A"; "Key 102" where there is no name. The same in every language.
+/// Of a virtual key code: "Space", "A"; "Key 102" where there is no name.
 std::string keyLabel(std::uint16_t keyCode);
-/// "Left ⇧ + Space": control, option, shift, command, left before right, then the key.
+/// "Left ⇧ + Space": control, option, shift, command (or the order of the system's words), left before right,
+/// then the key.
 std::string shortcutName(const ShortcutKey& key);
 std::string triggerName(const Trigger& trigger);
 

@@ -16,6 +16,7 @@
 #include "core/platform/system_event.h"
 #include "core/platform/system_settings_opening.h"
 #include "model/diagnostics_environment.h"
+#include "model/texts/system_words.h"
 #include "ui/design/colors.h"
 #include "ui/menubar/tray_hosting.h"
 
@@ -52,6 +53,8 @@ class Platform {
     virtual SystemEventObserving& systemObserver() = 0;
     virtual FrontmostAppObserving& frontmostObserver() = 0;
 
+    /// What this system calls its keys and places, where the table of texts has other names.
+    virtual l10n::SystemWords words() const { return {}; }
     /// Tells light or dark at once, and every change.
     virtual void followAppearance(std::function<void(design::Appearance)> onChange) = 0;
     /// Called when the user starts the program again, which is to bring its window to the front.

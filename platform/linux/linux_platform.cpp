@@ -13,6 +13,7 @@
 #include "platform/linux/desktops/sway_layouts.h"
 #include "platform/linux/fcitx/fcitx_input_sources.h"
 #include "platform/linux/ibus/ibus_input_sources.h"
+#include "platform/linux/texts/linux_words.h"
 #include "platform/linux/tray/tray_host.h"
 #include "platform/linux/x11/x11_input_devices.h"
 #include "platform/linux/x11/x11_key_session.h"
@@ -116,6 +117,8 @@ std::unique_ptr<TrayHosting> LinuxPlatform::trayHost() { return std::make_unique
 std::function<bool(const ShortcutKey&)> LinuxPlatform::systemShortcutConflict() const {
     return [switchKeys = switchKeys_](const ShortcutKey& key) { return switchKeys->conflicts(key); };
 }
+
+l10n::SystemWords LinuxPlatform::words() const { return linuxWords(keys_->printedKeys()); }
 
 void LinuxPlatform::followAppearance(std::function<void(design::Appearance)> onChange) {
     appearance_ = std::make_unique<DesktopAppearance>(bus_);

@@ -46,6 +46,7 @@ class LinuxPlatform final : public Platform {
     std::unique_ptr<TrayHosting> trayHost() override;
     SystemEventObserving& systemObserver() override { return systemObserver_; }
     FrontmostAppObserving& frontmostObserver() override { return frontmostObserver_; }
+    l10n::SystemWords words() const override;
     void followAppearance(std::function<void(design::Appearance)> onChange) override;
     void setOnReopen(std::function<void()> callback) override;
     void recoverFrom(SystemEvent event) override;

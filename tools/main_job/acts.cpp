@@ -14,8 +14,8 @@ void holdFor(std::chrono::milliseconds time) {
     while (!deadline.hasPassed()) waitReadable(-1, deadline);
 }
 
-Act withRightCommand(const std::string& what, const std::function<void(XKeyboard&)>& meanwhile) {
-    return {"right Command " + what, false, [meanwhile](XKeyboard& keyboard) {
+Act withRightSuper(const std::string& what, const std::function<void(XKeyboard&)>& meanwhile) {
+    return {"right Super " + what, false, [meanwhile](XKeyboard& keyboard) {
                 keyboard.press(key::rightSuper);
                 meanwhile(keyboard);
                 return keyboard.release(key::rightSuper);
@@ -37,20 +37,19 @@ Act combination(const std::string& name, bool switches, std::uint16_t modifier) 
 std::vector<Act> acts() {
     const auto tap = [](XKeyboard& keyboard) { return keyboard.tap(key::rightSuper); };
     return {
-        {"right Command tapped", true, tap},
-        {"right Command tapped again", true, tap},
+        {"right Super tapped", true, tap},
+        {"right Super tapped again", true, tap},
         combination("left Shift+Space", true, key::leftShift),
         combination("left Shift+Space again", true, key::leftShift),
-        withRightCommand("with a letter", [](XKeyboard& keyboard) { keyboard.tap(key::c); }),
-        withRightCommand("with a click", [](XKeyboard& keyboard) { keyboard.button(1); }),
-        withRightCommand("with a scroll step",
-                         [](XKeyboard& keyboard) { keyboard.scroll(XKeyboard::Scroll::down); }),
-        withRightCommand("with another modifier",
-                         [](XKeyboard& keyboard) { keyboard.tap(key::leftControl); }),
-        withRightCommand("held for 0.6 s", [](XKeyboard&) { holdFor(std::chrono::milliseconds(600)); }),
-        {"left Command tapped", false, [](XKeyboard& keyboard) { return keyboard.tap(key::leftSuper); }},
+        withRightSuper("with a letter", [](XKeyboard& keyboard) { keyboard.tap(key::c); }),
+        withRightSuper("with a click", [](XKeyboard& keyboard) { keyboard.button(1); }),
+        withRightSuper("with a scroll step",
+                       [](XKeyboard& keyboard) { keyboard.scroll(XKeyboard::Scroll::down); }),
+        withRightSuper("with another modifier", [](XKeyboard& keyboard) { keyboard.tap(key::leftControl); }),
+        withRightSuper("held for 0.6 s", [](XKeyboard&) { holdFor(std::chrono::milliseconds(600)); }),
+        {"left Super tapped", false, [](XKeyboard& keyboard) { return keyboard.tap(key::leftSuper); }},
         combination("right Shift+Space", false, key::rightShift),
-        {"right Command tapped at the end", true, tap},
+        {"right Super tapped at the end", true, tap},
     };
 }
 

@@ -140,7 +140,8 @@ KeyMeanings::KeyMeanings() : silentKey_(preferredSilentKey), lockBits_(capsLockB
         modifierMasks_[static_cast<std::size_t>(key)] = {usualBit(family(key))};
 }
 
-KeyMeanings::KeyMeanings(xkb_keymap* keymap) : silentKey_(findSilentKey(keymap)) {
+KeyMeanings::KeyMeanings(xkb_keymap* keymap)
+    : silentKey_(findSilentKey(keymap)), printed_(readPrintedKeys(keymap)) {
     const auto layouts = xkb_keymap_num_layouts(keymap);
     XModifierMask locks = 0;
     for (unsigned code = firstKeyCode; code <= lastKeyCode; ++code) {

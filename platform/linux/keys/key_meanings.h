@@ -7,6 +7,7 @@
 #pragma once
 
 #include "core/keys/shortcut_key.h"
+#include "platform/linux/keys/printed_keys.h"
 
 #include <array>
 #include <bitset>
@@ -37,6 +38,7 @@ class KeyMeanings {
 
     std::optional<ModifierKey> modifier(XKeyCode key) const { return modifiers_[key]; }
     bool isCapsLock(XKeyCode key) const { return capsLocks_[key]; }
+    const PrintedKeys& printed() const { return printed_; }
 
     /// A key that means nothing in any layout, so that no program acts on a press of it.
     std::optional<XKeyCode> silentKey() const { return silentKey_; }
@@ -61,6 +63,7 @@ class KeyMeanings {
     /// For each of the eight, the bits its keys set: more than one entry where layouts or two keys differ.
     std::array<std::set<XModifierMask>, allModifierKeys.size()> modifierMasks_;
     XModifierMask lockBits_ = 0;
+    PrintedKeys printed_;
 };
 
 } // namespace hopsel

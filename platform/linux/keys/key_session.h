@@ -10,6 +10,7 @@
 #include "core/platform/guest_key.h"
 #include "core/platform/permissions.h"
 #include "core/platform/shortcut_source.h"
+#include "platform/linux/keys/printed_keys.h"
 
 #include <functional>
 #include <memory>
@@ -36,6 +37,9 @@ class KeySession {
     virtual std::string listeningFailure() const = 0;
     /// Key-ups may have been lost: finds out which keys are down.
     virtual void resynchronise() = 0;
+
+    /// Tells, for the rest of the process, what is printed on the keys; null where that cannot be known.
+    virtual std::function<PrintedKeys()> printedKeys() const { return {}; }
 
     /// A modifier key went down, and the engine has been told: a trigger may be on its way.
     std::function<void()> onModifierDown;

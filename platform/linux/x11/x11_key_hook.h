@@ -45,6 +45,8 @@ class X11KeyHook {
     X11KeyHook& operator=(const X11KeyHook&) = delete;
 
     bool isOpen() const { return session_ != nullptr; }
+    /// Of the keymap as it is now; while not open, as it was.
+    const KeyMeanings& meanings() const { return meanings_; }
 
     /// Throws `std::runtime_error` in words for the user.
     void startListening(Listener listener);

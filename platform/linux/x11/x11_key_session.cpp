@@ -1,8 +1,11 @@
 #include "platform/linux/x11/x11_key_session.h"
 
 #include "platform/linux/x11/x11_guest_key_sender.h"
+#include "platform/linux/x11/x11_keymap.h"
 #include "platform/linux/x11/x11_permissions.h"
 #include "platform/linux/x11/x11_shortcut_source.h"
+
+#include <stdexcept>
 
 namespace hopsel {
 
@@ -29,5 +32,19 @@ std::shared_ptr<GuestKeySending> X11KeySession::guestKeySender() {
 }
 
 std::shared_ptr<Permissions> X11KeySession::permissions() { return std::make_shared<X11Permissions>(); }
+
+std::function<PrintedKeys()> X11KeySession::printedKeys() const {
+    // While nothing listens, nobody follows the keymap; what it was at the start has to do.
+    PrintedKeys first;
+    try {
+        X11Connection connection;
+        first = x11_keymap::readMeanings(connection).printed();
+    } catch (const std::runtime_error&) {
+    } // the names of a plain keyboard, then
+    return [hook = std::weak_ptr<X11KeyHook>(hook_), first] {
+        const auto now = hook.lock();
+        return now && now->isOpen() ? now->meanings().printed() : first;
+    };
+}
 
 } // namespace hopsel

@@ -21,11 +21,11 @@ class WalkWithoutPanel : public Walk {
 TEST_F(Walk, IntroductionLeadsToARealSwitch) {
     start();
     expectSeen("Choose your switch key");
-    EXPECT_TRUE(reader.find("Right ⌘", "radio button")->isChecked);
+    EXPECT_TRUE(reader.find("Right Super", "radio button")->isChecked);
     click("Next");
     expectSeen("Choose your input sources");
     keyboard.tap(key::enter); // also by the keyboard
-    expectSeen("✓ Permission granted");
+    expectSeen("✓ Listening to the keyboard");
     click("Next");
     expectSeen("Try your switch key");
     EXPECT_FALSE(sees("✓ Detected"));
@@ -47,7 +47,7 @@ TEST_F(Walk, IntroductionLeadsToARealSwitch) {
 TEST_F(Walk, PanelMenuOpensWindowsAndEndsTheProgram) {
     startWithoutIntroduction();
     chooseFromTray(settingsItem);
-    expectSeen("Show the current input in the menu bar");
+    expectSeen("Show the current input in the panel");
     pressWith(key::leftControl, KEY_W);
     expectGone("General");
     chooseFromTray(bugReportItem);
@@ -61,7 +61,7 @@ TEST_F(Walk, PanelMenuOpensWindowsAndEndsTheProgram) {
 TEST_F(WalkWithoutPanel, SettingsWindowIsTheFaceAndAsksBeforeItEnds) {
     start();
     click("Skip for now");
-    expectSeen("Show the current input in the menu bar");
+    expectSeen("Show the current input in the panel");
     EXPECT_TRUE(reader.waitUntil([this] { return reader.find("Hopsel", "push button").has_value(); }));
     point(*reader.find("Hopsel", "push button")); // its menu, as on a panel
     keyboard.button(1);

@@ -1,6 +1,6 @@
 #include "ui/settings/diagnostics/events_section.h"
 
-#include "core/diagnostics/report_builder.h"
+#include "model/texts/event_texts.h"
 #include "ui/design/texts.h"
 
 #include <QStringList>
@@ -41,8 +41,9 @@ EventsSection::EventsSection(AppModel& model, QWidget* parent)
 void EventsSection::refresh() {
     const DiagnosticEntries& entries = model_.diagnostics().entries();
     QStringList texts;
+    const auto nameOf = [this](const std::string& id) { return model_.sourceName(id); };
     for (std::size_t i = entries.size() - std::min(entries.size(), mostShown); i < entries.size(); ++i)
-        texts += QString::fromStdString(report_builder::entryText(entries[i].kind));
+        texts += QString::fromStdString(l10n::eventText(entries[i].kind, nameOf));
     lines_->setContent(texts.join('\n'));
     empty_->setVisible(texts.isEmpty());
     card_->setVisible(!texts.isEmpty());

@@ -1,4 +1,4 @@
-// The newest of the recorded events, in the words that the report uses.
+// The newest of the recorded events, one line each.
 #pragma once
 
 #include "model/app_model.h"

@@ -97,4 +97,14 @@ TEST(HeldKeys, AKeyThatChangedItsMeaningWhileHeldStillComesUp) {
     EXPECT_EQ(held.flags(), 0U);
 }
 
+TEST(KeyMeanings, TellWhatIsPrintedOnRightAltAndRightCtrl) {
+    using Alt = PrintedKeys::RightAlt;
+    using Ctrl = PrintedKeys::RightCtrl;
+    EXPECT_EQ(meaningsOf("us").printed(), PrintedKeys());
+    EXPECT_EQ(meaningsOf("de").printed(), (PrintedKeys{Alt::altGr, Ctrl::ctrl}));
+    EXPECT_EQ(meaningsOf("us,de").printed().rightAlt, Alt::altGr);
+    EXPECT_EQ(meaningsOf("kr", "kr104").printed(), (PrintedKeys{Alt::hangul, Ctrl::hanja}));
+    EXPECT_EQ(meaningsOf("us", "", "korean:ralt_hangul").printed().rightAlt, Alt::hangul);
+}
+
 } // namespace
