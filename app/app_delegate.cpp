@@ -5,15 +5,15 @@
 #include "model/texts/l10n.h"
 #include "model/texts/system_words.h"
 #include "ui/design/colors.h"
+#include "ui/settings/runs_on_message.h"
 
 #include <QCoreApplication>
-#include <QMessageBox>
 #include <QPointer>
-#include <QPushButton>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <stdexcept>
+#include <utility>
 
 namespace hopsel {
 
@@ -54,12 +54,14 @@ std::string words(const StoreProblem& problem) {
 
 } // namespace
 
-AppDelegate::AppDelegate(std::unique_ptr<SingleInstance> singleInstance, PlatformFactory makePlatform)
-    : singleInstance_(std::move(singleInstance)), makePlatform_(std::move(makePlatform)) {}
+AppDelegate::AppDelegate(std::unique_ptr<SingleInstance> singleInstance, PlatformFactory makePlatform,
+                         Start start)
+    : singleInstance_(std::move(singleInstance)), makePlatform_(std::move(makePlatform)), start_(start) {}
 
 AppDelegate::Launch AppDelegate::didFinishLaunching() {
     if (!singleInstance_->acquire()) {
-        if (!singleInstance_->activateOther()) sayAnotherRuns(*singleInstance_);
+        const bool mayShow = start_ == Start::byHand;
+        if (!mayShow || !singleInstance_->activateOther()) sayAnotherRuns(*singleInstance_);
         return Launch::alreadyRunning;
     }
     try {
@@ -151,8 +153,8 @@ void AppDelegate::buildWindows() {
     settingsController_ = std::make_unique<SettingsWindowController>(*model_, platform_->localKeys());
     onboardingController_ = std::make_unique<OnboardingWindowController>(*model_);
     settingsController_->onClosed = [this] {
-        // Once the toolkit is done with closing: it would hide a window that the answer shows again.
-        QMetaObject::invokeMethod(&retryTimer_, [this] { askWhetherToQuit(); }, Qt::QueuedConnection);
+        // Once the toolkit is done with closing.
+        QMetaObject::invokeMethod(&retryTimer_, [this] { sayThatItRunsOn(); }, Qt::QueuedConnection);
     };
     model_->onRequestOnboarding = [this] { showOnboarding(); };
     statusController_ = std::make_unique<StatusItemController>(*model_, platform_->trayHost());
@@ -160,10 +162,11 @@ void AppDelegate::buildWindows() {
     statusController_->onOpenBugReport = [this] { showSettings(SettingsPane::diagnostics); };
     statusController_->onQuit = [] { QCoreApplication::exit(); };
     statusController_->onHostChanged = [this](bool hasPanel) { takePanel(hasPanel); };
-    platform_->setOnReopen([this] { showSettings(); });
+    platform_->setOnReopen([this] { reopen(); });
 }
 
 void AppDelegate::showFirstWindow() {
+    if (start_ == Start::inBackground) return;
     if (model_->storeProblem())
         showSettings(SettingsPane::rules);
     else if (!model_->onboardingCompleted())
@@ -180,29 +183,29 @@ void AppDelegate::showOnboarding() {
     onboardingController_->show();
     QObject::connect(onboardingController_->window(), &QObject::destroyed, &retryTimer_, [this] {
         // The first answer comes by itself.
-        if (statusController_->knowsHost()) takePanel(statusController_->hasHost());
+        if (isPanelKnown_ && !statusController_->hasHost()) showSettings();
     });
 }
 
-// Without a panel the Settings window is the program's only face.
-void AppDelegate::takePanel(bool hasPanel) {
-    settingsController_->setMenu(hasPanel ? nullptr : statusController_->menu());
-    if (!hasPanel && onboardingController_->window() == nullptr) showSettings();
+// Started again: whoever has not been introduced yet, as the first start was the session's, is now.
+void AppDelegate::reopen() {
+    const bool isNew = !model_->onboardingCompleted() && onboardingController_->window() == nullptr;
+    isNew && !model_->storeProblem() ? showOnboarding() : showSettings();
 }
 
-void AppDelegate::askWhetherToQuit() {
-    if (statusController_->hasHost() || settingsController_->isVisible()) return;
-    const QString quit = QString::fromStdString(l10n::t(l10n::Key::menuQuit));
-    QMessageBox question(QMessageBox::Question, "Hopsel", quit + "?");
-    const QPushButton* yes = question.addButton(quit, QMessageBox::AcceptRole);
-    question.addButton(QString::fromStdString(l10n::t(l10n::Key::addRuleCancel)), QMessageBox::RejectRole);
-    bool isAnswered = false; // not when the program ends meanwhile
-    QObject::connect(&question, &QDialog::finished, &question, [&] { isAnswered = true; });
-    question.exec();
-    if (question.clickedButton() == yes)
-        QCoreApplication::exit();
-    else if (isAnswered)
+// Without a panel the Settings window is the program's only face. It is shown to who started the program, and
+// not when a panel goes away later.
+void AppDelegate::takePanel(bool hasPanel) {
+    settingsController_->setMenu(hasPanel ? nullptr : statusController_->menu());
+    const bool isFirstAnswer = !std::exchange(isPanelKnown_, true);
+    if (isFirstAnswer && !hasPanel && start_ == Start::byHand && onboardingController_->window() == nullptr)
         showSettings();
+}
+
+void AppDelegate::sayThatItRunsOn() {
+    if (statusController_->hasHost() || settingsController_->isVisible()) return;
+    if (auto message = sayOnceThatTheProgramRunsOn(*model_, [] { QCoreApplication::exit(); }))
+        runsOnMessage_ = std::move(message);
 }
 
 void AppDelegate::startRetrying() {

@@ -28,10 +28,16 @@ class AppDelegate {
         impossible,     ///< nothing can work in this session; said why on standard error
     };
 
+    enum class Start {
+        byHand,       ///< by someone who wants to see something
+        inBackground, ///< at login: no window is shown
+    };
+
     /// Throws `std::runtime_error`, in words for the user, if nothing can work in this session.
     using PlatformFactory = std::function<std::unique_ptr<Platform>()>;
 
-    AppDelegate(std::unique_ptr<SingleInstance> singleInstance, PlatformFactory makePlatform);
+    AppDelegate(std::unique_ptr<SingleInstance> singleInstance, PlatformFactory makePlatform,
+                Start start = Start::byHand);
 
     Launch didFinishLaunching();
     void willTerminate();
@@ -46,8 +52,9 @@ class AppDelegate {
     void showFirstWindow();
     void showSettings(std::optional<SettingsPane> pane = std::nullopt);
     void showOnboarding();
+    void reopen();
     void takePanel(bool hasPanel);
-    void askWhetherToQuit();
+    void sayThatItRunsOn();
     void startRetrying();
     void retry();
     void sayStoreProblem();
@@ -55,6 +62,8 @@ class AppDelegate {
 
     std::unique_ptr<SingleInstance> singleInstance_;
     PlatformFactory makePlatform_;
+    Start start_;
+    bool isPanelKnown_ = false;
     std::unique_ptr<Platform> platform_;
     std::shared_ptr<EngineCoordinator> engine_;
     std::shared_ptr<RuleStore> store_;
@@ -64,6 +73,7 @@ class AppDelegate {
     std::unique_ptr<SettingsWindowController> settingsController_;
     std::unique_ptr<OnboardingWindowController> onboardingController_;
     std::unique_ptr<StatusItemController> statusController_;
+    std::unique_ptr<QWidget> runsOnMessage_;
     QTimer retryTimer_;
     std::string saidLast_; ///< about listening; each reason is said once
 };

@@ -1,6 +1,7 @@
 // The process entry: the preview renderer, or the application with its event loop, the signals that end it,
 // and the delegate that builds everything.
 #include "app/app_delegate.h"
+#include "app/command_line.h"
 #include "app/quit_request.h"
 #include "app/termination_signals.h"
 #include "app/toolkit_texts.h"
@@ -15,18 +16,15 @@
 #include <cstdlib>
 #include <memory>
 #include <stdexcept>
-#include <string_view>
+#include <string>
 
 namespace {
 
-/// The directory behind "--render-ui"; null when it is not asked for. As the last argument it means nothing.
-const char* renderDirectory(int argc, char** argv) {
-    for (int i = 0; i + 1 < argc; ++i)
-        if (std::string_view(argv[i]) == "--render-ui") return argv[i + 1];
-    return nullptr;
-}
+using Wish = hopsel::CommandLine::Wish;
 
-int runApplication(int argc, char** argv) {
+constexpr int wrongUsage = 2;
+
+int runApplication(int argc, char** argv, hopsel::AppDelegate::Start start) {
     std::unique_ptr<hopsel::Launch> launch;
     try {
         launch = hopsel::makeLaunch();
@@ -44,7 +42,7 @@ int runApplication(int argc, char** argv) {
     QApplication::setDesktopFileName(QString::fromUtf8(hopsel::product::bundleIdentifier.data()));
     QApplication::setQuitOnLastWindowClosed(false);
 
-    hopsel::AppDelegate delegate(hopsel::makeSingleInstance(), hopsel::makePlatform);
+    hopsel::AppDelegate delegate(hopsel::makeSingleInstance(), hopsel::makePlatform, start);
     // Before the start, so that a signal during it ends the program in order as soon as the loop runs. Not
     // `quit`, which would close the windows one by one, and a window that is closed may have a question. The
     // engine stops first: a guest key that waits for the user's fingers would hold up the end.
@@ -64,6 +62,12 @@ int runApplication(int argc, char** argv) {
     return status;
 }
 
+int render(int argc, char** argv, const std::string& directory) {
+    hopsel::render_ui::prepareEnvironment();
+    const QApplication application(argc, argv);
+    return hopsel::render_ui::run(directory);
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -71,9 +75,15 @@ int main(int argc, char** argv) {
     QCoreApplication::setApplicationVersion(HOPSEL_VERSION);
     hopsel::l10n::setPreferredLanguages(hopsel::preferredLanguages);
 
-    const char* directory = renderDirectory(argc, argv);
-    if (directory == nullptr) return runApplication(argc, argv);
-    hopsel::render_ui::prepareEnvironment();
-    const QApplication application(argc, argv);
-    return hopsel::render_ui::run(directory);
+    const auto commandLine = hopsel::CommandLine::read({argv + 1, argv + argc});
+    switch (commandLine.wish) {
+    case Wish::run: return runApplication(argc, argv, hopsel::AppDelegate::Start::byHand);
+    case Wish::background: return runApplication(argc, argv, hopsel::AppDelegate::Start::inBackground);
+    case Wish::renderUI: return render(argc, argv, commandLine.renderDirectory);
+    case Wish::help: std::fputs(hopsel::CommandLine::help().c_str(), stdout); return EXIT_SUCCESS;
+    case Wish::version: std::puts("Hopsel " HOPSEL_VERSION); return EXIT_SUCCESS;
+    case Wish::refuse: break;
+    }
+    std::fprintf(stderr, "hopsel: %s (see hopsel --help)\n", commandLine.problem.c_str());
+    return wrongUsage;
 }

@@ -154,6 +154,12 @@ void AppModel::setOnboardingCompleted(bool completed) {
     parts_.preferences->setOnboardingCompleted(completed);
 }
 
+bool AppModel::takeTellingThatItRunsOn() {
+    if (parts_.preferences->toldThatItRunsOn()) return false;
+    parts_.preferences->setToldThatItRunsOn(true);
+    return true;
+}
+
 void AppModel::runOnboardingAgain() {
     resetOnboarding();
     if (onRequestOnboarding) onRequestOnboarding();

@@ -82,6 +82,8 @@ class AppModel final : public ObservableObject {
     void perform(MenuAction action);
     void markOnboardingCompleted() { setOnboardingCompleted(true); }
     void resetOnboarding() { setOnboardingCompleted(false); }
+    /// True once in the life of an installation: who asks goes on to say that closing a window ends nothing.
+    bool takeTellingThatItRunsOn();
     void runOnboardingAgain();
     std::function<void()> onRequestOnboarding;
 

@@ -26,6 +26,9 @@ class PreferencesStoring {
     /// By default true. Platforms that cannot do it do not keep it.
     virtual bool guardsTaps() const { return true; }
     virtual void setGuardsTaps(bool /*on*/) {}
+    /// The user has been told that the program goes on without a window. By default false.
+    virtual bool toldThatItRunsOn() const = 0;
+    virtual void setToldThatItRunsOn(bool told) = 0;
 };
 
 } // namespace hopsel

@@ -19,6 +19,7 @@ struct Row {
 
 constexpr std::array table{
 #define TEXT(key, korean, english) Row{#key, korean, english},
+#include "model/texts/added_texts.def"
 #include "model/texts/texts.def"
 #undef TEXT
 };

@@ -1,7 +1,8 @@
 // Every text that people see, in the language of this process, and the names of keys.
 //
-// The texts themselves are in texts.def; what another system calls by other names comes from its SystemWords.
-// The language is chosen once, when the first text is asked for; the only state here. Main thread.
+// The texts themselves are in texts.def and added_texts.def; what another system calls by other names comes
+// from its SystemWords. The language is chosen once, when the first text is asked for; the only state here.
+// Main thread.
 #pragma once
 
 #include "core/rules/rule.h"
@@ -21,6 +22,7 @@ namespace l10n {
 
 enum class Key : std::uint8_t {
 #define TEXT(key, korean, english) key,
+#include "model/texts/added_texts.def"
 #include "model/texts/texts.def"
 #undef TEXT
 };

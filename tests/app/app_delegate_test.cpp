@@ -6,12 +6,17 @@
 #include "support/fakes/engine_rig.h"
 #include "support/fakes/played_platform.h"
 
+#include "ui/onboarding/onboarding_view.h"
+
+#include <QApplication>
+#include <algorithm>
 #include <gmock/gmock.h>
 
 namespace hopsel {
 namespace {
 
 using testing::ElementsAre;
+using testing::IsEmpty;
 using testing::SizeIs;
 using enum ModifierKey;
 
@@ -28,18 +33,34 @@ class Delegate : public testing::Test {
     AppDelegate::Launch launch() {
         auto instance = std::make_unique<fakes::OnlyInstance>();
         instance->isTaken = isTaken;
-        delegate = std::make_unique<AppDelegate>(std::move(instance), [this]() -> std::unique_ptr<Platform> {
-            if (isImpossible) throw std::runtime_error("no display");
-            auto made = std::make_unique<fakes::PlayedPlatform>(folder.path());
-            platform = made.get();
-            platform->stored = stored;
-            return made;
-        });
+        delegate = std::make_unique<AppDelegate>(
+            std::move(instance),
+            [this]() -> std::unique_ptr<Platform> {
+                if (isImpossible) throw std::runtime_error("no display");
+                auto made = std::make_unique<fakes::PlayedPlatform>(folder.path());
+                platform = made.get();
+                platform->stored = stored;
+                return made;
+            },
+            how);
         return delegate->didFinishLaunching();
+    }
+    static std::vector<std::string> windows() {
+        std::vector<std::string> shown;
+        for (const QWidget* window : QApplication::topLevelWidgets()) {
+            if (!window->isVisible() || window->windowType() != Qt::Window) continue;
+            const auto parts = window->findChildren<QWidget*>();
+            const bool isIntroduction = std::any_of(parts.begin(), parts.end(), [](const QWidget* part) {
+                return dynamic_cast<const OnboardingView*>(part) != nullptr;
+            });
+            shown.emplace_back(isIntroduction ? "introduction" : "settings");
+        }
+        return shown;
     }
 
     session::TemporaryFolder folder;
     std::shared_ptr<fakes::FakePreferences> stored = std::make_shared<fakes::FakePreferences>();
+    AppDelegate::Start how = AppDelegate::Start::byHand;
     bool isTaken = false;
     bool isImpossible = false;
     fakes::PlayedPlatform* platform = nullptr;
@@ -87,6 +108,30 @@ TEST_F(Delegate, handsOnWhatTheSystemTells) {
 
     delegate->willTerminate();
     EXPECT_FALSE(platform->source->isStarted);
+}
+
+TEST_F(Delegate, showsWindowsToWhoStartedItAndNothingAtLogin) {
+    launch();
+    EXPECT_THAT(windows(), IsEmpty()) << "there may be a panel";
+    platform->tellTray(TrayKind::none);
+    EXPECT_THAT(windows(), ElementsAre("settings"));
+    delegate.reset();
+
+    how = AppDelegate::Start::inBackground;
+    launch();
+    platform->tellTray(TrayKind::none);
+    EXPECT_THAT(windows(), IsEmpty());
+    platform->reopen();
+    EXPECT_THAT(windows(), ElementsAre("settings"));
+    delegate.reset();
+
+    std::filesystem::remove_all(folder.path() / "Hopsel");
+    stored->completed = false;
+    launch();
+    platform->tellTray(TrayKind::none);
+    EXPECT_THAT(windows(), IsEmpty());
+    platform->reopen();
+    EXPECT_THAT(windows(), ElementsAre("introduction")) << "whoever starts it is new to it";
 }
 
 TEST_F(Delegate, leavesTheEngineOffIfTheUserSwitchedItOff) {

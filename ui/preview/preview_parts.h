@@ -117,6 +117,8 @@ class PreviewPreferences final : public PreferencesStoring {
     void setEngineEnabled(bool on) override { enabled_ = on; }
     bool onboardingCompleted() const override { return completed_; }
     void setOnboardingCompleted(bool completed) override { completed_ = completed; }
+    bool toldThatItRunsOn() const override { return true; }
+    void setToldThatItRunsOn(bool /*told*/) override {}
 
   private:
     bool showLabel_ = true;

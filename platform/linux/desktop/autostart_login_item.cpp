@@ -19,6 +19,9 @@ namespace {
 constexpr const char* hidden = "Hidden";                         // by the standard
 constexpr const char* gnomeSwitch = "X-GNOME-Autostart-enabled"; // written by the settings of GNOME and MATE
 
+/// So that nothing pops up at login.
+constexpr const char* background = "--background";
+
 bool startsSomething(const DesktopEntry& entry) {
     const std::string program = entry.program();
     return !program.empty() && !QStandardPaths::findExecutable(QString::fromStdString(program)).isEmpty();
@@ -73,7 +76,7 @@ void AutostartLoginItem::enable() {
     if (entry->has(hidden)) entry->setFlag(hidden, false);
     if (entry->has(gnomeSwitch)) entry->setFlag(gnomeSwitch, true);
     // Left behind by a copy of this program that lived elsewhere, or nothing but a switch.
-    if (!startsSomething(*entry)) entry->setProgram(program_);
+    if (!startsSomething(*entry)) entry->setProgram(program_, background);
     if (!entry->has("Type")) entry->setText("Type", "Application");
     if (!entry->has("Name")) entry->setText("Name", "Hopsel");
     storage.writeAtomically(entry_, entry->toText());
@@ -96,7 +99,7 @@ std::string AutostartLoginItem::ownText() const {
     entry.setText("Name", "Hopsel");
     entry.setText("Comment", "Switches the keyboard input source with a trigger key");
     entry.setText("Comment[ko]", "전환 키로 입력 소스를 바꿉니다");
-    entry.setProgram(program_);
+    entry.setProgram(program_, background);
     entry.setFlag("Terminal", false);
     return entry.toText();
 }

@@ -30,6 +30,8 @@ class SettingsPreferences final : public PreferencesStoring {
     void setOnboardingCompleted(bool completed) override { write("onboardingCompleted", completed); }
     bool guardsTaps() const override { return read("guardsTaps", true); }
     void setGuardsTaps(bool on) override { write("guardsTaps", on); }
+    bool toldThatItRunsOn() const override { return read("toldThatItRunsOn", false); }
+    void setToldThatItRunsOn(bool told) override { write("toldThatItRunsOn", told); }
 
   private:
     bool read(const char* key, bool byDefault) const;

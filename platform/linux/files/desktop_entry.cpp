@@ -87,8 +87,8 @@ std::string DesktopEntry::program() const {
     return firstArgument(text(G_KEY_FILE_DESKTOP_KEY_EXEC).value_or(""));
 }
 
-void DesktopEntry::setProgram(const std::filesystem::path& program) {
-    setText(G_KEY_FILE_DESKTOP_KEY_EXEC, quotedArgument(program.string()));
+void DesktopEntry::setProgram(const std::filesystem::path& program, const std::string& argument) {
+    setText(G_KEY_FILE_DESKTOP_KEY_EXEC, quotedArgument(program.string()) + ' ' + argument);
 }
 
 std::string DesktopEntry::toText() const {

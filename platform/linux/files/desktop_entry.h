@@ -28,8 +28,8 @@ class DesktopEntry {
     /// The program that Exec names, without its arguments: a path, or a name to be looked up in PATH. Empty
     /// when there is none.
     std::string program() const;
-    /// Makes Exec start this program without arguments.
-    void setProgram(const std::filesystem::path& program);
+    /// Makes Exec start this program with one argument, a plain word.
+    void setProgram(const std::filesystem::path& program, const std::string& argument);
 
     std::string toText() const;
 

@@ -21,6 +21,8 @@ class UserDefaultsPreferences final : public PreferencesStoring {
     void setEngineEnabled(bool on) override { write(CFSTR("engineEnabled"), on); }
     bool onboardingCompleted() const override { return read(CFSTR("onboardingCompleted"), false); }
     void setOnboardingCompleted(bool completed) override { write(CFSTR("onboardingCompleted"), completed); }
+    bool toldThatItRunsOn() const override { return read(CFSTR("toldThatItRunsOn"), false); }
+    void setToldThatItRunsOn(bool told) override { write(CFSTR("toldThatItRunsOn"), told); }
 
   private:
     /// A value that is neither a number nor a boolean counts as never written.

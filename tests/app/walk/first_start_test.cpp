@@ -1,6 +1,7 @@
 // From an empty home to the first switch, and how the program is met afterwards: through its panel, without
 // one, by starting it again.
 #include "app/walk/walk_rig.h"
+#include "session/hopsel_program.h"
 
 using namespace hopsel::test;
 using namespace hopsel::session;
@@ -53,12 +54,11 @@ TEST_F(Walk, PanelMenuOpensWindowsAndEndsTheProgram) {
     chooseFromTray(bugReportItem);
     expectSeen("Recent events");
     chooseFromTray(pauseItem); // round to the first
-    const auto another = std::make_unique<ChildProcess>(program());
-    EXPECT_EQ(another->waitForExit(20s), 0) << "it leaves the work to the one that runs";
+    EXPECT_TRUE(startAgain()) << "it leaves the work to the one that runs";
     quitFromTray(quitItem);
 }
 
-TEST_F(WalkWithoutPanel, SettingsWindowIsTheFaceAndAsksBeforeItEnds) {
+TEST_F(WalkWithoutPanel, ProgramLivesOnWithoutAWindow) {
     start();
     click("Skip for now");
     expectSeen("Show the current input in the panel");
@@ -71,8 +71,27 @@ TEST_F(WalkWithoutPanel, SettingsWindowIsTheFaceAndAsksBeforeItEnds) {
     keyboard.tap(key::enter);
     expectSeen("Recent events");
     pressWith(key::leftControl, KEY_W);
-    click("Cancel");
+    expectSeen("Hopsel keeps running");
+    keyboard.tap(key::enter);
+    expectGone("Hopsel keeps running");
+    EXPECT_TRUE(reader.look().empty());
+    startAgain();
     expectSeen("Recent events");
+    pressWith(key::leftControl, KEY_W);
+    expectGone("Recent events");
+    EXPECT_TRUE(reader.look().empty()) << "it is said once";
+    running->kill(SIGTERM);
+    expectEnded();
+}
+
+TEST_F(WalkWithoutPanel, NothingIsShownAtLoginUntilItIsStartedByHand) {
+    home.write("data/Hopsel/config.json", twoRules);
+    start({"--background"});
+    expectSwitched(1, [this] { tapTrigger(); });
+    EXPECT_TRUE(startAgain({"--background"}));
+    EXPECT_TRUE(reader.look().empty());
+    EXPECT_TRUE(startAgain());
+    expectSeen("Show the current input in the menu bar");
     pressWith(key::leftControl, KEY_W);
     click("Quit Hopsel");
     expectEnded();

@@ -34,7 +34,17 @@ ChildProcess::Options Walk::program() const {
     return options;
 }
 
-void Walk::start() { running = std::make_unique<ChildProcess>(program()); }
+void Walk::start(const std::vector<std::string>& arguments) {
+    ChildProcess::Options options = program();
+    options.arguments = arguments;
+    running = std::make_unique<ChildProcess>(options);
+}
+
+bool Walk::startAgain(const std::vector<std::string>& arguments) const {
+    ChildProcess::Options options = program();
+    options.arguments = arguments;
+    return ChildProcess(options).waitForExit(20s) == 0;
+}
 
 void Walk::startWithoutIntroduction() {
     start();

@@ -20,7 +20,9 @@ class Walk : public testing::Test {
 
     /// The program, with nothing but the folders of this home.
     session::ChildProcess::Options program() const;
-    void start();
+    void start(const std::vector<std::string>& arguments = {});
+    /// While it runs; false if the second copy does not leave at once, all being well.
+    bool startAgain(const std::vector<std::string>& arguments = {}) const;
     void startWithoutIntroduction();
 
     // Each waits for what it needs, and fails the test if that does not come.

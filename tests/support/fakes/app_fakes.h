@@ -95,6 +95,8 @@ class FakePreferences final : public PreferencesStoring {
     void setEngineEnabled(bool on) override { enabled = on; }
     bool onboardingCompleted() const override { return completed; }
     void setOnboardingCompleted(bool on) override { completed = on; }
+    bool toldThatItRunsOn() const override { return told; }
+    void setToldThatItRunsOn(bool on) override { told = on; }
 
     bool guardsTaps() const override { return guards; }
     void setGuardsTaps(bool on) override { guards = on; }
@@ -103,6 +105,7 @@ class FakePreferences final : public PreferencesStoring {
     bool guards = true;
     bool enabled = true;
     bool completed = false;
+    bool told = false;
 };
 
 class FakeLoginItem final : public LoginItemControlling {

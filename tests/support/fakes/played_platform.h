@@ -31,8 +31,12 @@ class PlayedFrontmostApp final : public FrontmostAppObserving {
 
 class NoPanel final : public TrayHosting {
   public:
-    void start(OnChange /*onChange*/) override {}
+    explicit NoPanel(TrayHosting::OnChange& teller) : teller_(teller) {}
+    void start(OnChange onChange) override { teller_ = std::move(onChange); }
     std::unique_ptr<PanelItem> makeItem(TrayKind /*kind*/, StatusMenu& /*menu*/) override { return nullptr; }
+
+  private:
+    TrayHosting::OnChange& teller_;
 };
 
 class OnlyInstance final : public SingleInstance {
@@ -88,7 +92,7 @@ class PlayedPlatform final : public Platform {
     std::shared_ptr<LocalKeyMonitoring> localKeys() override {
         return std::make_shared<NoLocalKeyMonitoring>();
     }
-    std::unique_ptr<TrayHosting> trayHost() override { return std::make_unique<NoPanel>(); }
+    std::unique_ptr<TrayHosting> trayHost() override { return std::make_unique<NoPanel>(tellTray); }
     SystemEventObserving& systemObserver() override { return system; }
     FrontmostAppObserving& frontmostObserver() override { return frontmost; }
     void followAppearance(std::function<void(design::Appearance)> onChange) override {
@@ -122,6 +126,7 @@ class PlayedPlatform final : public Platform {
     PlayedSystemEvents system;
     PlayedFrontmostApp frontmost;
     std::function<void()> reopen;
+    TrayHosting::OnChange tellTray;
     std::vector<SystemEvent> recovered;
 
   private:

@@ -21,9 +21,9 @@ std::string linesOf(const fs::path& file) {
 
 class LoginItem : public hopsel::FolderTest {
   protected:
-    /// A program that notes that it was started.
+    /// A program that notes how it was started.
     fs::path install(const std::string& name) const {
-        hopsel::put(folder / name, "#!/bin/sh\necho $# > '" + (folder / "started").string() + "'\n");
+        hopsel::put(folder / name, "#!/bin/sh\necho \"$@\" > '" + (folder / "started").string() + "'\n");
         fs::permissions(folder / name, fs::perms(0755));
         return folder / name;
     }
@@ -45,8 +45,9 @@ TEST_F(LoginItem, TheDesktopStartsTheProgramWhateverItsPathContains) {
         launch.arguments = {"launch", entry.string()};
         launch.package = "libglib2.0-bin";
         ASSERT_NO_THROW(hopsel::session::runProgram(launch)) << contents(entry);
-        EXPECT_TRUE(hopsel::test::runLoopUntil([&] { return contents(folder / "started") == "0\n"; }))
-            << name;
+        EXPECT_TRUE(hopsel::test::runLoopUntil([&] {
+            return contents(folder / "started") == "--background\n";
+        })) << name;
         odd.setEnabled(false);
         EXPECT_TRUE(fs::is_empty(entry.parent_path())) << "nothing is left behind";
     }
