@@ -147,10 +147,10 @@ void EngineCoordinator::setGuardsTaps(bool on) {
     tellTapTriggers();
 }
 
-// A key that does nothing here, because another computer has it, is that computer's alone.
+// In front of another computer every key is that computer's, and it gets no more than the guest key from us.
 void EngineCoordinator::tellTapTriggers() {
     ModifierSet triggers;
-    if (guardsTaps_ && remoteGate() != RemoteGate::standsAside)
+    if (guardsTaps_ && remoteGate() == RemoteGate::switchesLocally)
         for (const auto& [key, rule] : rulesByKey_) triggers.insert(key);
     source_->setTapTriggers(triggers);
 }
