@@ -42,8 +42,10 @@ SelectResult InputSourceSwitcher::selectAndWait(const std::string& id, double ti
 
 LiveInputSourceService::LiveInputSourceService(std::shared_ptr<InputSourceCatalog> catalog,
                                                InputSourceSwitcher::Clock clock,
-                                               InputSourceSwitcher::RunLoop runLoop)
-    : catalog_(std::move(catalog)), switcher_(*catalog_, std::move(clock), std::move(runLoop)) {}
+                                               InputSourceSwitcher::RunLoop runLoop, Detour detour)
+    : catalog_(std::move(catalog)),
+      switcher_(*catalog_, std::move(clock), std::move(runLoop)),
+      detour_(std::move(detour)) {}
 
 std::set<std::string> LiveInputSourceService::availableSourceIDs() {
     std::set<std::string> ids;
@@ -54,7 +56,14 @@ std::set<std::string> LiveInputSourceService::availableSourceIDs() {
 }
 
 SwitchOutcome LiveInputSourceService::switchTo(const std::string& id) {
-    return switcher_.switchTo(id, std::nullopt, verifyTimeout);
+    const std::optional<std::string> via = detour_ ? detour_(id) : std::nullopt;
+    if (!via || catalog_->currentID() != via) return switcher_.switchTo(id, via, verifyTimeout);
+    // Nobody passes through where he stands: there and back, and there again.
+    const SwitchOutcome there = switcher_.switchTo(id, std::nullopt, verifyTimeout);
+    if (!there.verified) return there;
+    SwitchOutcome again = switcher_.switchTo(id, via, verifyTimeout);
+    again.latencyMs += there.latencyMs;
+    return again;
 }
 
 std::optional<std::string> LiveInputSourceService::currentID() { return catalog_->currentID(); }

@@ -43,9 +43,11 @@ class InputSourceSwitcher {
 class LiveInputSourceService final : public InputSourceService {
   public:
     static constexpr double verifyTimeout = 0.5;
+    /// Which source a switch to this one is to pass through first; none for the straight way.
+    using Detour = std::function<std::optional<std::string>(const std::string& id)>;
 
     LiveInputSourceService(std::shared_ptr<InputSourceCatalog> catalog, InputSourceSwitcher::Clock clock,
-                           InputSourceSwitcher::RunLoop runLoop);
+                           InputSourceSwitcher::RunLoop runLoop, Detour detour = nullptr);
 
     std::set<std::string> availableSourceIDs() override;
     SwitchOutcome switchTo(const std::string& id) override;
@@ -55,6 +57,7 @@ class LiveInputSourceService final : public InputSourceService {
   private:
     std::shared_ptr<InputSourceCatalog> catalog_;
     InputSourceSwitcher switcher_;
+    Detour detour_;
 };
 
 } // namespace hopsel

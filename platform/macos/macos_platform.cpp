@@ -4,6 +4,7 @@
 #include "core/rules/system_shortcut_conflict.h"
 #include "platform/macos/applications/application.h"
 #include "platform/macos/applications/live_running_apps.h"
+#include "platform/macos/base/activation.h"
 #include "platform/macos/base/autorelease_pool.h"
 #include "platform/macos/base/main_loop.h"
 #include "platform/macos/desktop/live_report_delivery.h"
@@ -14,6 +15,7 @@
 #include "platform/macos/desktop/workspace_settings_opener.h"
 #include "platform/macos/keys/live_guest_key_sender.h"
 #include "platform/macos/menu_bar/menu_bar_host.h"
+#include "platform/macos/sources/layout_detour.h"
 #include "platform/macos/switch_keys/symbolic_hot_keys.h"
 #include "platform/macos/system_events/system_secure_input.h"
 #include "platform/posix/posix_file_storage.h"
@@ -45,7 +47,12 @@ EngineCoordinator::Parts MacosPlatform::engineParts() {
     EngineCoordinator::Parts parts;
     parts.source = listenTap_;
     parts.shortcutSource = activeTap_;
-    parts.service = std::make_shared<LiveInputSourceService>(sources_, uptimeSeconds, runFor);
+    parts.service = std::make_shared<LiveInputSourceService>(
+        sources_, uptimeSeconds, runFor,
+        [sources = sources_](const std::string& target) -> std::optional<std::string> {
+            if (!UserDefaultsPreferences().passesThroughLayout()) return std::nullopt;
+            return layoutDetour(target, sources->enabledKeyboardSources(), sources->currentID());
+        });
     parts.secureInput = secureInput_;
     parts.guestKeySender = std::make_shared<LiveGuestKeySender>();
     parts.schedule = schedule;
@@ -100,8 +107,8 @@ MacosPlatform::Connection MacosPlatform::retry() {
 }
 
 void MacosPlatform::comeToFront() {
-    application::comeToFront();
-    schedule(application::comeToFront); // while the application is still launching, the first is not heard
+    activation::comeToFront();
+    schedule(activation::comeToFront); // while the application is still launching, the first is not heard
 }
 
 } // namespace hopsel

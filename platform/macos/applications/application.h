@@ -9,8 +9,6 @@ namespace hopsel::application {
 
 /// No icon in the Dock and no main menu.
 void becomeAccessory();
-/// An accessory application has to ask, or its windows appear behind those of the application in front.
-void comeToFront();
 /// "14.5.0": the patch is always written.
 std::string systemVersion();
 

@@ -6,8 +6,6 @@ namespace hopsel::application {
 
 void becomeAccessory() { [NSApp setActivationPolicy:NSApplicationActivationPolicyAccessory]; }
 
-void comeToFront() { [NSApp activateIgnoringOtherApps:YES]; }
-
 std::string systemVersion() {
     const NSOperatingSystemVersion version = NSProcessInfo.processInfo.operatingSystemVersion;
     return std::to_string(version.majorVersion) + "." + std::to_string(version.minorVersion) + "." +

@@ -1,5 +1,7 @@
 #include "platform/macos/applications/bundle_instance.h"
 
+#include "platform/macos/base/activation.h"
+
 #import <AppKit/AppKit.h>
 #include <utility>
 
@@ -35,6 +37,9 @@ std::optional<std::int64_t> BundleInstance::otherProcess() const {
     return other.processIdentifier;
 }
 
-bool BundleInstance::activateOther() const { return [olderCopy() activateWithOptions:0]; }
+bool BundleInstance::activateOther() const {
+    const std::optional<std::int64_t> other = otherProcess();
+    return other && activation::giveFrontTo(*other);
+}
 
 } // namespace hopsel

@@ -1,5 +1,6 @@
 #include "platform/macos/desktop/live_workspace.h"
 
+#include "platform/macos/base/activation.h"
 #include "platform/macos/base/text_values.h"
 
 #import <AppKit/AppKit.h>
@@ -34,7 +35,7 @@ std::optional<std::filesystem::path> LiveWorkspace::askForFile(const std::string
                                                             inDomains:NSUserDomainMask]
                            .firstObject;
     if (downloads != nil) panel.directoryURL = downloads;
-    [NSApp activateIgnoringOtherApps:YES];
+    activation::comeToFront();
     if ([panel runModal] != NSModalResponseOK) return std::nullopt;
     const char* chosen = panel.URL.fileSystemRepresentation; // null without a location
     if (chosen == nullptr) return std::nullopt;

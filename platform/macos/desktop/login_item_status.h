@@ -5,7 +5,8 @@
 
 namespace hopsel {
 
-/// `serviceStatus`: the value of SMAppService's `status`. "Not found" and everything unknown is unavailable.
-LoginItemStatus loginItemStatus(long serviceStatus);
+/// `serviceStatus`: the value of SMAppService's `status`. Everything unknown is unavailable, and so is "not
+/// found" once registering was tried; before the first registration some versions answer it for any program.
+LoginItemStatus loginItemStatus(long serviceStatus, bool wasTried);
 
 } // namespace hopsel

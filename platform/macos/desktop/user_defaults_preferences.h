@@ -23,6 +23,9 @@ class UserDefaultsPreferences final : public PreferencesStoring {
     void setOnboardingCompleted(bool completed) override { write(CFSTR("onboardingCompleted"), completed); }
     bool toldThatItRunsOn() const override { return read(CFSTR("toldThatItRunsOn"), false); }
     void setToldThatItRunsOn(bool told) override { write(CFSTR("toldThatItRunsOn"), told); }
+    /// Not among the user's three: a way round for input methods that only seem to be switched to. By default
+    /// false; set with "defaults write".
+    bool passesThroughLayout() const { return read(CFSTR("passThroughLayout"), false); }
 
   private:
     /// A value that is neither a number nor a boolean counts as never written.

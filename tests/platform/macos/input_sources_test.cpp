@@ -1,6 +1,7 @@
 #include "core/platform/input_source_switcher.h"
 #include "platform/macos/base/cf_values.h"
 #include "platform/macos/macos_test.h"
+#include "platform/macos/sources/layout_detour.h"
 #include "platform/macos/sources/mac_input_source_catalog.h"
 
 namespace hopsel {
@@ -93,6 +94,39 @@ TEST_F(InputSources, SwitchIsVerifiedAsSoonAsItShowsAndForHalfASecond) {
     EXPECT_FALSE(never.verified);
     EXPECT_NEAR(never.latencyMs, 500, 5.01);
     EXPECT_NEAR(static_cast<double>(pumps.size()), 100, 1);
+}
+
+TEST_F(InputSources, SwitchToAnInputMethodMayPassThroughALayout) {
+    const auto add = [](const char* id, CFStringRef type, CFTypeRef isSelectCapable = kCFBooleanTrue) {
+        return addSource({{kTISPropertyInputSourceID, hopselConstantString(id)},
+                          {kTISPropertyInputSourceType, type},
+                          {kTISPropertyInputSourceCategory, kTISCategoryKeyboardInputSource},
+                          {kTISPropertyInputSourceIsSelectCapable, isSelectCapable}});
+    };
+    TISInputSourceRef abc = add("abc", CFSTR("TISTypeKeyboardLayout"));
+    TISInputSourceRef hangul = add("hangul", CFSTR("TISTypeKeyboardInputMode"));
+    add("off", CFSTR("TISTypeKeyboardLayout"), kCFBooleanFalse);
+    LiveInputSourceService service(catalog, &uptimeSeconds, runFor, [&](const std::string& target) {
+        return layoutDetour(target, catalog->enabledKeyboardSources(), catalog->currentID());
+    });
+    const auto waysTo = [&](const std::string& target, TISInputSourceRef from) {
+        system().current = from;
+        system().selections.clear();
+        EXPECT_TRUE(service.switchTo(target).verified);
+        EXPECT_EQ(catalog->currentID(), target);
+        return system().selections;
+    };
+    EXPECT_THAT(waysTo("abc", hangul), ElementsAre(abc)) << "a layout needs no way round";
+    EXPECT_THAT(waysTo("hangul", abc), ElementsAre(hangul, abc, hangul));
+    TISInputSourceRef dvorak = add("dvorak", CFSTR("TISTypeKeyboardLayout"));
+    EXPECT_THAT(waysTo("hangul", abc), ElementsAre(dvorak, hangul)) << "one step less";
+
+    system().selectDelay = 0.1;
+    system().current = abc;
+    EXPECT_NEAR(service.switchTo("hangul").latencyMs, 200, 1);
+    system().selectDelay = -1;
+    EXPECT_FALSE(service.switchTo("hangul").verified && system().current != hangul);
+    EXPECT_EQ(service.switchTo("gone").result, SelectResult(select_result::NotFound{}));
 }
 
 TEST_F(InputSources, ChangesAreToldOnceForABurstAndFromTheLoop) {

@@ -70,7 +70,9 @@ class MacosSettings : public testing::Test {
 TEST_F(MacosSettings, PreferencesHaveTheirDefaultsUntilTheyAreWrittenAndKeepNothingInMemory) {
     UserDefaultsPreferences preferences;
     EXPECT_TRUE(preferences.showCurrentSourceLabel() && preferences.engineEnabled());
-    EXPECT_FALSE(preferences.onboardingCompleted());
+    EXPECT_FALSE(preferences.onboardingCompleted() || preferences.passesThroughLayout());
+    set("passThroughLayout", "YES"); // as "defaults write" leaves it
+    EXPECT_TRUE(preferences.passesThroughLayout());
     preferences.setShowCurrentSourceLabel(false);
     preferences.setOnboardingCompleted(true);
     const UserDefaultsPreferences others;
@@ -126,10 +128,16 @@ TEST_F(MacosSettings, TheAppearanceIsToldAtOnceAndAtEveryRealChange) {
 }
 
 TEST(LoginItemStatus, WhatTheSystemSaysIsTranslatedAndTheUnknownIsUnavailable) {
-    EXPECT_EQ(loginItemStatus(0), LoginItemStatus::disabled);
-    EXPECT_EQ(loginItemStatus(1), LoginItemStatus::enabled);
-    EXPECT_EQ(loginItemStatus(2), LoginItemStatus::requiresApproval);
-    for (const long other : {3L, -1L}) EXPECT_EQ(loginItemStatus(other), LoginItemStatus::unavailable);
+    for (const bool wasTried : {false, true}) {
+        EXPECT_EQ(loginItemStatus(0, wasTried), LoginItemStatus::disabled);
+        EXPECT_EQ(loginItemStatus(1, wasTried), LoginItemStatus::enabled);
+        EXPECT_EQ(loginItemStatus(2, wasTried), LoginItemStatus::requiresApproval);
+        for (const long other : {4L, -1L})
+            EXPECT_EQ(loginItemStatus(other, wasTried), LoginItemStatus::unavailable);
+    }
+    EXPECT_EQ(loginItemStatus(3, false), LoginItemStatus::disabled)
+        << "the first registration is yet to come";
+    EXPECT_EQ(loginItemStatus(3, true), LoginItemStatus::unavailable);
 }
 
 class MockWorkspace : public Workspace {

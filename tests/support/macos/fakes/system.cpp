@@ -54,6 +54,7 @@ TISInputSourceRef TISCopyCurrentKeyboardInputSource() {
 
 OSStatus TISSelectInputSource(TISInputSourceRef source) {
     if (system().selectStatus != noErr) return system().selectStatus;
+    system().selections.push_back(source);
     if (system().selectDelay == 0) system().current = source;
     if (system().selectDelay > 0)
         hopsel::macos_fakes::after(system().selectDelay, [source] { system().current = source; });

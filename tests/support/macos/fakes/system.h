@@ -13,6 +13,7 @@ struct System {
     OSStatus selectStatus = noErr;
     double selectDelay = 0; ///< virtual seconds until a selection takes effect; negative: never
     bool refusesList = false;
+    std::vector<TISInputSourceRef> selections; ///< all that were accepted; not held
 };
 
 System& system();

@@ -19,12 +19,15 @@ extern NSNotificationName NSApplicationDidFinishLaunchingNotification;
 using NSApplicationActivationOptions = NSUInteger;
 
 @interface NSRunningApplication : NSObject
++ (nullable NSRunningApplication*)runningApplicationWithProcessIdentifier:(pid_t)process;
 + (NSArray<NSRunningApplication*>*)runningApplicationsWithBundleIdentifier:(NSString*)identifier;
 @property(class, readonly, strong) NSRunningApplication* currentApplication;
 @property(nullable, readonly, copy) NSString* bundleIdentifier;
 @property(nullable, readonly, copy) NSDate* launchDate;
 @property(readonly) pid_t processIdentifier;
 - (BOOL)activateWithOptions:(NSApplicationActivationOptions)options;
+- (BOOL)activateFromApplication:(NSRunningApplication*)application
+                        options:(NSApplicationActivationOptions)options API_AVAILABLE(macos(14.0));
 @end
 
 @interface NSWorkspace : NSObject
@@ -45,6 +48,8 @@ enum NSApplicationActivationPolicy : NSInteger {
 @interface NSApplication : NSObject
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)policy;
 - (void)activateIgnoringOtherApps:(BOOL)ignoringOthers;
+- (void)activate API_AVAILABLE(macos(14.0));
+- (void)yieldActivationToApplication:(NSRunningApplication*)application API_AVAILABLE(macos(14.0));
 @end
 
 extern "C" {

@@ -8,6 +8,9 @@
 #ifndef nil
 #define nil nullptr
 #endif
+#ifndef API_AVAILABLE
+#define API_AVAILABLE(...)
+#endif
 #define NS_ASSUME_NONNULL_BEGIN _Pragma("clang assume_nonnull begin")
 #define NS_ASSUME_NONNULL_END _Pragma("clang assume_nonnull end")
 
