@@ -8,7 +8,7 @@ packages_to_build="cmake ninja-build g++ pkg-config qt6-base-dev qt6-svg-dev lib
   libxcb1-dev libxcb-xinput-dev libxcb-xtest0-dev
   libxcb-xkb-dev libxkbcommon-dev libxkbcommon-x11-dev libxkbregistry-dev libsystemd-dev nlohmann-json3-dev xkb-data qt6-translations-l10n"
 packages_to_play="xvfb openbox trayer x11-xkb-utils xkb-data"
-packages_to_test="libgtest-dev libgmock-dev clang libclang-rt-dev xauth dbus-daemon python3-dbusmock libglib2.0-bin
+packages_to_test="libgtest-dev libgmock-dev clang lld llvm libclang-rt-dev xauth dbus-daemon python3-dbusmock libglib2.0-bin
   xdg-utils desktop-file-utils appstream fonts-inter fonts-nanum fonts-dejavu-core
   libatspi2.0-dev at-spi2-core sway libxkbcommon-tools dconf-cli dconf-service dconf-gsettings-backend
   gsettings-desktop-schemas ibus ibus-hangul fcitx5 fcitx5-hangul fcitx5-frontend-gtk3 ibus-gtk3 python3-gi gir1.2-gtk-3.0 iso-codes"

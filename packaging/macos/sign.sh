@@ -1,13 +1,14 @@
 #!/bin/bash
-# sign.sh <identity> <entitlements> <bundle>: signs everything in the bundle from the inside out.
+# sign.sh <identity> <bundle>: signs everything in the bundle from the inside out. Asks for no entitlements: outside of
+# the sandbox, which a program enters only if it asks to, filtering and posting keys are the user's to permit.
 set -euo pipefail
-identity=$1 entitlements=$2 bundle=$3
+identity=$1 bundle=$2
 options=(--force --sign "$identity")
-# What other machines are to accept has to be hardened and to carry a time stamp. A signature for this machine alone
-# cannot be: hardened, the program would refuse libraries that name no maker.
-[ "$identity" = - ] || options+=(--options runtime --timestamp)
+# What other machines are to accept has to be hardened and to carry a time stamp. Any other signature cannot be: hardened,
+# the program would refuse libraries that name no team.
+[[ $identity != "Developer ID Application:"* ]] || options+=(--options runtime --timestamp)
 
-find "$bundle/Contents" -type f -name '*.dylib' -print0 | xargs -0 -n 1 codesign "${options[@]}"
-find "$bundle/Contents" -type d -name '*.framework' -prune -print0 | xargs -0 -n 1 codesign "${options[@]}"
-codesign "${options[@]}" --entitlements "$entitlements" "$bundle"
+find "$bundle/Contents" -type f -name '*.dylib' -exec codesign "${options[@]}" {} \;
+find "$bundle/Contents" -type d -name '*.framework' -prune -exec codesign "${options[@]}" {} \;
+codesign "${options[@]}" "$bundle"
 codesign --verify --strict --deep "$bundle"

@@ -62,6 +62,3 @@ for language in information["CFBundleLocalizations"]:
     expect(all(texts.values()), f"{language}: an empty text")
     isKorean = any("가" <= letter <= "힣" for letter in texts["NSDownloadsFolderUsageDescription"])
     expect(isKorean == (language == "ko"), f"{language}: the texts are in another language")
-
-entitlements = plistlib.loads((folder / "hopsel.entitlements").read_bytes())
-expect(entitlements == {"com.apple.security.app-sandbox": False}, f"asks for more: {entitlements}")
