@@ -4,6 +4,7 @@
 #include "ui/design/symbols.h"
 
 #include <QApplication>
+#include <QDBusConnection>
 #include <csignal>
 #include <filesystem>
 
@@ -41,6 +42,8 @@ LinuxLaunch::LinuxLaunch() : busAddress_("DBUS_SESSION_BUS_ADDRESS"), desktop_("
 void LinuxLaunch::applicationMade() {
     // Panels and window lists take it from the windows where the program was not installed.
     QApplication::setWindowIcon(design::applicationIcon());
+    // The toolkit's own connection, for its item in the panel: what it finds now it keeps.
+    QDBusConnection::sessionBus();
     desktop_.showAgain();
     qunsetenv("QT_NO_GLIB");
     // Stopped from a terminal it would leave the keyboard standing still at the next shortcut.

@@ -3,6 +3,7 @@
 #include "core/platform/input_source_switcher.h"
 #include "platform/linux/applications/proc_running_apps.h"
 #include "platform/linux/base/main_loop.h"
+#include "platform/linux/bus/bus_address.h"
 #include "platform/linux/desktop/autostart_login_item.h"
 #include "platform/linux/desktop/desktop_settings_opener.h"
 #include "platform/linux/desktop/report_delivery.h"
@@ -25,12 +26,12 @@ namespace hopsel {
 namespace {
 
 /// The first that is in charge goes before the others: Fcitx5 and GNOME also answer for IBus.
-std::vector<std::unique_ptr<InputFramework>> frameworks(const QDBusConnection& bus, Log& log) {
+std::vector<std::unique_ptr<InputFramework>> frameworks(const std::shared_ptr<BusLink>& bus, Log& log) {
     std::vector<std::unique_ptr<InputFramework>> all;
     all.push_back(std::make_unique<FcitxInputSources>(bus));
-    all.push_back(std::make_unique<GnomeSources>());
+    all.push_back(std::make_unique<GnomeSources>(bus));
     all.push_back(std::make_unique<IbusInputSources>(bus, log));
-    all.push_back(std::make_unique<KdeLayouts>());
+    all.push_back(std::make_unique<KdeLayouts>(bus));
     all.push_back(std::make_unique<SwayLayouts>());
     return all;
 }
@@ -50,13 +51,13 @@ void LinuxPlatform::requireSession() {
 }
 
 LinuxPlatform::LinuxPlatform()
-    : bus_(QDBusConnection::sessionBus()),
+    : bus_(std::make_shared<BusLink>(bus_address::session)),
       layouts_(std::make_shared<XkbInputSources>()),
       sources_(std::make_shared<LinuxInputSources>(frameworks(bus_, log_), isWayland() ? nullptr : layouts_)),
       keys_(std::make_unique<X11KeySession>(uptimeSeconds, runFor, log_)),
       switchKeys_(std::make_shared<DesktopSwitchKeys>(bus_, DesktopSwitchKeys::liveReaders())),
       secureInput_(std::make_shared<AtspiSecureInput>(bus_, log_)),
-      systemObserver_(sources_) {
+      systemObserver_(sources_, std::make_shared<BusLink>(bus_address::system), bus_) {
     keys_->onHandled = runScheduled;
     // Some frameworks keep a source for each text field, and do not tell: it is looked up as the focus moves,
     // and again as a trigger may be going down.
@@ -145,7 +146,6 @@ void LinuxPlatform::recoverFrom(SystemEvent event) {
 }
 
 LinuxPlatform::Connection LinuxPlatform::retry() {
-    systemObserver_.retry();
     secureInput_->retry();
     sources_->retry();
     const bool wasLost = layouts_->isLost();

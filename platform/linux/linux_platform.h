@@ -10,6 +10,7 @@
 #include "platform/linux/activation/activation_server.h"
 #include "platform/linux/applications/x11_frontmost_app_observer.h"
 #include "platform/linux/base/system_log.h"
+#include "platform/linux/bus/bus_link.h"
 #include "platform/linux/desktop/desktop_appearance.h"
 #include "platform/linux/keys/key_session.h"
 #include "platform/linux/sources/linux_input_sources.h"
@@ -17,7 +18,6 @@
 #include "platform/linux/system_events/linux_system_event_observer.h"
 #include "platform/linux/xkb/xkb_input_sources.h"
 
-#include <QDBusConnection>
 #include <memory>
 #include <string>
 
@@ -57,7 +57,7 @@ class LinuxPlatform final : public Platform {
 
   private:
     SystemLog log_;
-    QDBusConnection bus_;
+    std::shared_ptr<BusLink> bus_;             ///< of the session
     std::shared_ptr<XkbInputSources> layouts_; ///< of the X server
     std::shared_ptr<LinuxInputSources> sources_;
     std::unique_ptr<KeySession> keys_;

@@ -31,10 +31,17 @@ std::string configuration(const std::filesystem::path& folder) {
 
 PrivateBus::PrivateBus(Kind kind)
     : variable_(kind == Kind::session ? "DBUS_SESSION_BUS_ADDRESS" : "DBUS_SYSTEM_BUS_ADDRESS") {
+    start({});
+    if (const char* previous = std::getenv(variable_)) previousAddress_ = previous;
+    setenv(variable_, address_.c_str(), 1);
+}
+
+void PrivateBus::start(const std::vector<std::string>& arguments) {
     ChildProcess::Options options;
     options.program = "dbus-daemon";
     options.arguments = {"--config-file=" + folder_.write("bus.conf", configuration(folder_.path())).string(),
                          "--nofork", "--nopidfile", "--print-address=1"};
+    options.arguments.insert(options.arguments.end(), arguments.begin(), arguments.end());
     options.package = "dbus-daemon";
     options.output = ChildProcess::Output::capture;
     options.errors = ChildProcess::Output::discard; // it may not raise its own limits in a container
@@ -42,9 +49,9 @@ PrivateBus::PrivateBus(Kind kind)
     const auto line = daemon_->waitForLine("unix:", patience);
     if (!line) throw std::runtime_error("dbus-daemon did not start");
     address_ = *line;
-    if (const char* previous = std::getenv(variable_)) previousAddress_ = previous;
-    setenv(variable_, address_.c_str(), 1);
 }
+
+void PrivateBus::restart() { start({"--address=" + address_.substr(0, address_.find(','))}); }
 
 PrivateBus::~PrivateBus() {
     if (previousAddress_)

@@ -28,8 +28,12 @@ class PrivateBus {
     ChildProcess& process() { return *daemon_; }
     /// Ends the bus as a crash would. The variable goes on naming it.
     void kill();
+    /// After a `kill`: another one at the same address.
+    void restart();
 
   private:
+    void start(const std::vector<std::string>& arguments);
+
     const char* variable_;
     std::optional<std::string> previousAddress_;
     TemporaryFolder folder_;

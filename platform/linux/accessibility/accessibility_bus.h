@@ -5,45 +5,33 @@
 // switches accessibility on: programs behave differently then, so that is for the user to decide.
 #pragma once
 
-#include "platform/linux/bus/bus_end.h"
-#include "platform/linux/bus/bus_greeting.h"
-
-#include <QDBusConnection>
-#include <functional>
-#include <memory>
-#include <optional>
+#include "platform/linux/bus/bus_name.h"
 
 namespace hopsel {
 
-class AccessibilityBus final : public QObject {
-    Q_OBJECT
-
+class AccessibilityBus final {
   public:
     /// `onChange`: there is a connection, there is none any more, or `isEnabled` is another.
-    AccessibilityBus(const QDBusConnection& sessionBus, std::function<void()> onChange);
-    ~AccessibilityBus() override;
+    AccessibilityBus(std::shared_ptr<BusLink> sessionBus, std::function<void()> onChange);
 
-    const std::optional<QDBusConnection>& connection() const { return connection_; }
+    const std::shared_ptr<BusLink>& link() const { return link_; }
+    bool isConnected() const { return link_->isConnected(); }
     /// Whether the desktop asks its programs to describe themselves. False as long as nobody says so.
     bool isEnabled() const { return isEnabled_; }
     /// Looks for the bus if there is no connection.
     void retry();
 
-  private Q_SLOTS:
-    void readStatus();
-
   private:
-    void disconnect();
-    void takeAddress(const QString& addresses);
-    void connectTo(const QString& address);
+    void followLauncher();
+    void readStatus();
+    void takeStatus(bool isEnabled);
 
-    QDBusConnection sessionBus_;
     std::function<void()> onChange_;
     bool isEnabled_ = false;
-    QString address_; ///< the one that is waited for, or connected to
-    std::unique_ptr<BusGreeting> greeting_;
-    std::optional<QDBusConnection> connection_;
-    std::unique_ptr<BusEnd> end_; ///< of the connection
+    QString address_; ///< as the launcher told it last
+    std::shared_ptr<BusLink> link_;
+    BusName launcher_;
+    QObject context_; ///< answers end with it
 };
 
 } // namespace hopsel

@@ -15,8 +15,8 @@ const char* words(SecureInputState state) {
 
 } // namespace
 
-AtspiSecureInput::AtspiSecureInput(const QDBusConnection& sessionBus, Log& log)
-    : log_(log), bus_(sessionBus, [this] { update(); }) {}
+AtspiSecureInput::AtspiSecureInput(std::shared_ptr<BusLink> sessionBus, Log& log)
+    : log_(log), bus_(std::move(sessionBus), [this] { update(); }) {}
 
 void AtspiSecureInput::windowChanged() {
     if (focus_) focus_->check();
@@ -28,14 +28,13 @@ void AtspiSecureInput::retry() {
 }
 
 void AtspiSecureInput::update() {
-    const auto& connection = bus_.connection();
-    if (!connection)
+    if (!bus_.isConnected())
         focus_.reset();
     else if (!focus_)
-        focus_ = std::make_unique<PasswordFocus>(*connection);
-    const SecureInputState state = !connection        ? SecureInputState::unavailable
-                                   : bus_.isEnabled() ? SecureInputState::watching
-                                                      : SecureInputState::off;
+        focus_ = std::make_unique<PasswordFocus>(bus_.link());
+    const SecureInputState state = !bus_.isConnected() ? SecureInputState::unavailable
+                                   : bus_.isEnabled()  ? SecureInputState::watching
+                                                       : SecureInputState::off;
     if (state == state_) return;
     state_ = state;
     log_.write(Log::Level::info, "secureInput", words(state));

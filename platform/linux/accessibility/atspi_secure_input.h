@@ -17,7 +17,7 @@ namespace hopsel {
 
 class AtspiSecureInput final : public SecureInputProviding {
   public:
-    AtspiSecureInput(const QDBusConnection& sessionBus, Log& log);
+    AtspiSecureInput(std::shared_ptr<BusLink> sessionBus, Log& log);
 
     bool isEnabled() const override { return focus_ && focus_->isPassword(); }
     SecureInputState state() const override { return state_; }
@@ -33,7 +33,7 @@ class AtspiSecureInput final : public SecureInputProviding {
     Log& log_;
     SecureInputState state_ = SecureInputState::unavailable;
     std::unique_ptr<PasswordFocus> focus_;
-    AccessibilityBus bus_; ///< last: it tells of itself, also while it is made
+    AccessibilityBus bus_;
 };
 
 } // namespace hopsel

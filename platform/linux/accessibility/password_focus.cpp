@@ -7,7 +7,7 @@ namespace hopsel {
 
 namespace {
 
-const bus_call::Object registry{"org.a11y.atspi.Registry", "/org/a11y/atspi/registry"};
+const bus_call::Object registryObject{"org.a11y.atspi.Registry", "/org/a11y/atspi/registry"};
 constexpr const char* accessibleInterface = "org.a11y.atspi.Accessible";
 constexpr uint passwordTextRole = 40;
 constexpr uint focusedBit = 1U << 12U; ///< in the first of the state's words
@@ -15,57 +15,56 @@ constexpr uint focusedBit = 1U << 12U; ///< in the first of the state's words
 /// Qt needed 0.11 s to say that its field had lost the focus; GTK announces one before the field says yes.
 constexpr std::chrono::milliseconds untilNoticed{250};
 
-bool saysFocused(const QVariant& states) {
-    if (!states.canConvert<QDBusArgument>()) return false;
-    const auto argument = states.value<QDBusArgument>();
-    return argument.currentSignature() == "au" &&
-           (qdbus_cast<QList<uint>>(argument).value(0) & focusedBit) != 0;
+bool saysFocused(const QDBusMessage& reply) {
+    if (!bus_call::isReply(reply, "au")) return false;
+    const QVariant states = reply.arguments().constFirst();
+    return (qdbus_cast<QList<uint>>(states.value<QDBusArgument>()).value(0) & focusedBit) != 0;
 }
 
 } // namespace
 
-PasswordFocus::PasswordFocus(const QDBusConnection& bus) : bus_(bus) {
-    bus_.connect(QString(), QString(), "org.a11y.atspi.Event.Object", "StateChanged", {"focused"}, QString(),
-                 this, SLOT(stateChanged(QDBusMessage)));
-    bus_.connect(QString(), QString(), "org.a11y.atspi.Event.Window", "Deactivate", this, SLOT(check()));
-    programs_.setConnection(bus_);
-    programs_.setWatchMode(QDBusServiceWatcher::WatchForUnregistration);
-    connect(&programs_, &QDBusServiceWatcher::serviceUnregistered, this, [this] { forget(); });
+PasswordFocus::PasswordFocus(std::shared_ptr<BusLink> bus)
+    : bus_(std::move(bus)),
+      // From every program: each tells of its own fields. Versions add arguments at the end.
+      changes_(bus_, {"", "", "org.a11y.atspi.Event.Object", "StateChanged", "sii*", "focused"},
+               [this](const QDBusMessage& event) { stateChanged(event); }),
+      deactivations_(bus_, {"", "", "org.a11y.atspi.Event.Window", "Deactivate", "*", ""},
+                     [this](const QDBusMessage&) { check(); }),
+      registry_(bus_, registryObject.service, [this] {
+          if (registry_.isOwned()) registerEvents();
+      }) {
     checking_.setSingleShot(true);
-    checking_.callOnTimeout(this, [this] { askState(); });
-    auto* registries =
-        new QDBusServiceWatcher(registry.service, bus_, QDBusServiceWatcher::WatchForRegistration, this);
-    connect(registries, &QDBusServiceWatcher::serviceRegistered, this, &PasswordFocus::registerEvents);
+    checking_.callOnTimeout(&context_, [this] { askState(); });
     registerEvents();
 }
 
 void PasswordFocus::registerEvents() {
     for (const char* event : {"object:state-changed:focused", "window:deactivate"}) {
-        QDBusMessage call = bus_call::method(registry, "org.a11y.atspi.Registry", "RegisterEvent",
+        QDBusMessage call = bus_call::method(registryObject, "org.a11y.atspi.Registry", "RegisterEvent",
                                              {event, QStringList(), QString()});
         // The registry alone may be started: else the first program does it, whose first focus goes unheard.
         call.setAutoStartService(true);
-        bus_.send(call);
+        bus_->send(call);
     }
 }
 
 void PasswordFocus::stateChanged(const QDBusMessage& event) {
-    const QVariant gained = event.arguments().value(1);
-    if (gained.typeId() != QMetaType::Int) return;
+    const bool isGained = event.arguments().at(1).toInt() == 1;
     const bus_call::Object object{event.service(), event.path()};
-    if (gained.toInt() != 1) {
+    if (!isGained) {
         if (object == focused_) forget();
         return;
     }
     if (object == focused_ && isPassword_) return; // GTK says it twice
     forget();
     focused_ = object;
-    programs_.setWatchedServices({object.service});
-    bus_call::ask(bus_, bus_call::method(object, accessibleInterface, "GetRole"), this,
-                  [this, turn = turn_](const QVariant& role) {
-                      if (turn == turn_)
-                          isPassword_ = role.typeId() == QMetaType::UInt && role.toUInt() == passwordTextRole;
-                  });
+    program_ = std::make_unique<BusName>(bus_, object.service, [this] {
+        if (!program_->isOwned()) forget();
+    });
+    bus_->call(bus_call::method(object, accessibleInterface, "GetRole"), &context_,
+               [this, turn = turn_](const QDBusMessage& reply) {
+                   if (turn == turn_) isPassword_ = bus_call::numberIn(reply) == passwordTextRole;
+               });
 }
 
 void PasswordFocus::check() {
@@ -73,10 +72,13 @@ void PasswordFocus::check() {
 }
 
 void PasswordFocus::askState() {
-    bus_call::ask(bus_, bus_call::method(focused_, accessibleInterface, "GetState"), this,
-                  [this, turn = turn_](const QVariant& states) {
-                      if (turn == turn_ && !saysFocused(states)) forget();
-                  });
+    constexpr std::chrono::seconds patience(2);
+    bus_->call(
+        bus_call::method(focused_, accessibleInterface, "GetState"), &context_,
+        [this, turn = turn_](const QDBusMessage& reply) {
+            if (turn == turn_ && !saysFocused(reply)) forget();
+        },
+        patience);
 }
 
 void PasswordFocus::forget() {
@@ -84,7 +86,7 @@ void PasswordFocus::forget() {
     isPassword_ = false;
     focused_ = {};
     checking_.stop();
-    programs_.setWatchedServices({});
+    program_.reset();
 }
 
 } // namespace hopsel

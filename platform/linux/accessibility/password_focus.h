@@ -6,39 +6,35 @@
 #pragma once
 
 #include "platform/linux/bus/bus_call.h"
-
-#include <QDBusServiceWatcher>
-#include <QTimer>
+#include "platform/linux/bus/bus_name.h"
 
 namespace hopsel {
 
-class PasswordFocus final : public QObject {
-    Q_OBJECT
-
+class PasswordFocus final {
   public:
-    explicit PasswordFocus(const QDBusConnection& bus);
+    explicit PasswordFocus(std::shared_ptr<BusLink> bus);
 
     bool isPassword() const { return isPassword_; }
-
-  public Q_SLOTS:
     /// Asks the field, in a moment, whether it still has the focus: programs take their time to notice that
     /// another window came to the front. An answer that is not plainly yes is no.
     void check();
 
-  private Q_SLOTS:
+  private:
     void registerEvents();
     void stateChanged(const QDBusMessage& event);
-
-  private:
     void askState();
     void forget();
 
-    QDBusConnection bus_;
-    QDBusServiceWatcher programs_; ///< watches the one whose field has the focus
+    std::shared_ptr<BusLink> bus_;
     QTimer checking_;
     bus_call::Object focused_;
     unsigned turn_ = 0; ///< answers of an earlier turn come too late
     bool isPassword_ = false;
+    BusSubscription changes_;
+    BusSubscription deactivations_;
+    BusName registry_;
+    std::unique_ptr<BusName> program_; ///< the one whose field has the focus
+    QObject context_;                  ///< answers end with it
 };
 
 } // namespace hopsel

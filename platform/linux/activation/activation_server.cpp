@@ -1,7 +1,9 @@
 #include "platform/linux/activation/activation_server.h"
 
-#include <QDBusConnectionInterface>
-#include <QDBusMessage>
+#include "platform/linux/bus/bus_address.h"
+#include "platform/linux/bus/bus_call.h"
+
+#include <QEventLoop>
 #include <QLocalSocket>
 #include <unistd.h>
 
@@ -41,11 +43,9 @@ QString startToken() {
 
 } // namespace
 
-ActivationServer::ActivationServer(const QDBusConnection& bus) : bus_(bus) {
-    if (bus_.isConnected()) {
-        bus_.registerObject(objectPath, this, QDBusConnection::ExportAllInvokables);
-        bus_.registerService(busName());
-    }
+ActivationServer::ActivationServer(std::shared_ptr<BusLink> bus) : bus_(std::move(bus)) {
+    connect(bus_.get(), &BusLink::connected, this, [this] { appear(); });
+    if (bus_->isConnected()) appear();
     server_.setSocketOptions(QLocalServer::UserAccessOption);
     // Whatever lies there is a dead copy's: the lock says that we are the only one.
     QLocalServer::removeServer(socketPath());
@@ -54,15 +54,33 @@ ActivationServer::ActivationServer(const QDBusConnection& bus) : bus_(bus) {
 }
 
 ActivationServer::~ActivationServer() {
-    if (!bus_.isConnected()) return;
-    bus_.unregisterService(busName());
-    bus_.unregisterObject(objectPath);
+    if (!bus_->isConnected()) return;
+    bus_->send(bus_call::toBus("ReleaseName", {busName()}));
+    bus_->connection().unregisterObject(objectPath);
 }
 
-void ActivationServer::Activate(const QVariantMap& platformData) {
+void ActivationServer::appear() {
+    constexpr uint doNotQueue = 4;
+    bus_->connection().registerVirtualObject(objectPath, this);
+    bus_->send(bus_call::toBus("RequestName", {busName(), doNotQueue}));
+}
+
+QString ActivationServer::introspect(const QString&) const {
+    return R"(<interface name="org.freedesktop.Application"><method name="Activate">)"
+           R"(<arg type="a{sv}" name="platform-data" direction="in"/></method></interface>)";
+}
+
+// A whole message: for typed arguments the library would read whatever was sent as if it were of that type.
+bool ActivationServer::handleMessage(const QDBusMessage& message, const QDBusConnection& connection) {
+    if (message.interface() != interface || message.member() != u"Activate" ||
+        message.signature() != u"a{sv}")
+        return false;
+    const QVariantMap platformData = bus_call::propertiesIn(message.arguments().constFirst());
     QString token = platformData.value("activation-token").toString();
     if (token.isEmpty()) token = platformData.value("desktop-startup-id").toString();
+    connection.send(message.createReply());
     if (onActivate) onActivate(token.left(longestToken));
+    return true;
 }
 
 void ActivationServer::takeConnection() {
@@ -76,13 +94,9 @@ void ActivationServer::takeConnection() {
     }
 }
 
-bool activateRunningCopy(const QDBusConnection& bus) {
-    if (bus.isConnected()) {
-        QDBusMessage call = QDBusMessage::createMethodCall(busName(), objectPath, interface, "Activate");
-        call.setAutoStartService(false);
-        call << QVariantMap{{"desktop-startup-id", startToken()}, {"activation-token", startToken()}};
-        if (bus.call(call, QDBus::Block, patience).type() == QDBusMessage::ReplyMessage) return true;
-    }
+namespace {
+
+bool activateAtSocket() {
     QLocalSocket socket;
     socket.connectToServer(socketPath());
     if (!socket.waitForConnected(patience)) return false;
@@ -90,5 +104,27 @@ bool activateRunningCopy(const QDBusConnection& bus) {
     socket.disconnectFromServer();
     return socket.state() == QLocalSocket::UnconnectedState || socket.waitForDisconnected(patience);
 }
+
+bool activateOnBus() {
+    BusLink bus(bus_address::session, BusLink::Return::whenAsked);
+    QEventLoop loop;
+    bool isDone = false;
+    QObject::connect(&bus, &BusLink::connected, &loop, [&] {
+        const QVariantMap data{{"desktop-startup-id", startToken()}, {"activation-token", startToken()}};
+        bus.call(bus_call::method({busName(), objectPath}, interface, "Activate", {data}), &loop,
+                 [&](const QDBusMessage& reply) {
+                     isDone = reply.type() == QDBusMessage::ReplyMessage;
+                     loop.quit();
+                 });
+    });
+    QTimer::singleShot(patience, &loop, &QEventLoop::quit);
+    bus.retry();
+    if (bus.isOpen()) loop.exec();
+    return isDone;
+}
+
+} // namespace
+
+bool activateRunningCopy() { return activateAtSocket() || activateOnBus(); }
 
 } // namespace hopsel

@@ -5,39 +5,35 @@
 // own. Made by the delegate of the copy that holds the single-instance lock; needs the event loop.
 #pragma once
 
-#include <QDBusConnection>
+#include "platform/linux/bus/bus_link.h"
+
+#include <QDBusVirtualObject>
 #include <QLocalServer>
-#include <QObject>
-#include <QVariantMap>
-#include <functional>
-#include <memory>
 
 namespace hopsel {
 
-class ActivationServer final : public QObject {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
-
+class ActivationServer final : public QDBusVirtualObject {
   public:
-    explicit ActivationServer(const QDBusConnection& bus);
+    explicit ActivationServer(std::shared_ptr<BusLink> bus);
     ~ActivationServer() override;
 
     /// Another start wants us in front; `token` is the right to take the focus, as the desktop gave it, or
     /// empty.
     std::function<void(const QString& token)> onActivate;
 
-    // The D-Bus interface.
-    Q_INVOKABLE void Activate(const QVariantMap& platformData); // NOLINT(readability-identifier-naming)
+    QString introspect(const QString& path) const override;
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
 
   private:
+    void appear();
     void takeConnection();
 
-    QDBusConnection bus_;
+    std::shared_ptr<BusLink> bus_;
     QLocalServer server_;
 };
 
-/// Asks the running copy of this display to come to the front, with the focus that this start was given.
-/// False if it cannot be reached. Waits for at most a second.
-bool activateRunningCopy(const QDBusConnection& bus);
+/// Asks the running copy of this display to come to the front, with the focus that this start was given: at
+/// its socket, else on the session bus. False if it cannot be reached. Waits for at most two seconds.
+bool activateRunningCopy();
 
 } // namespace hopsel

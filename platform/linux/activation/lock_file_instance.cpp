@@ -37,6 +37,6 @@ std::optional<std::int64_t> LockFileInstance::otherProcess() const {
     return process;
 }
 
-bool LockFileInstance::activateOther() const { return activateRunningCopy(QDBusConnection::sessionBus()); }
+bool LockFileInstance::activateOther() const { return activateRunningCopy(); }
 
 } // namespace hopsel

@@ -1,6 +1,8 @@
 #include "platform/linux/bus/bus_call.h"
 
-#include <QDBusPendingCallWatcher>
+#include <QDBusArgument>
+#include <QDBusObjectPath>
+#include <QDBusVariant>
 
 namespace hopsel::bus_call {
 
@@ -12,17 +14,45 @@ QDBusMessage method(const Object& object, const QString& interface, const QStrin
     return call;
 }
 
-void ask(const QDBusConnection& bus, const QDBusMessage& call, QObject* context,
-         std::function<void(const QVariant&)> handle) {
-    constexpr int patience = 2000;
-    auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(call, patience), context);
-    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, context,
-                     [answered = std::move(handle)](QDBusPendingCallWatcher* finished) {
-                         finished->deleteLater();
-                         const QDBusMessage reply = finished->reply();
-                         answered(reply.type() == QDBusMessage::ReplyMessage ? reply.arguments().value(0)
-                                                                             : QVariant());
-                     });
+QDBusMessage toBus(const QString& name, const QVariantList& arguments) {
+    const QString bus = QStringLiteral("org.freedesktop.DBus");
+    return method({bus, QStringLiteral("/org/freedesktop/DBus")}, bus, name, arguments);
+}
+
+bool isReply(const QDBusMessage& message, const char* signature) {
+    return message.type() == QDBusMessage::ReplyMessage && message.signature() == QLatin1String(signature);
+}
+
+std::optional<QString> textIn(const QDBusMessage& reply) {
+    if (!isReply(reply, "s")) return std::nullopt;
+    return reply.arguments().constFirst().toString();
+}
+
+std::optional<bool> flagIn(const QDBusMessage& reply) {
+    if (!isReply(reply, "b")) return std::nullopt;
+    return reply.arguments().constFirst().toBool();
+}
+
+std::optional<uint> numberIn(const QDBusMessage& reply) {
+    if (!isReply(reply, "u")) return std::nullopt;
+    return reply.arguments().constFirst().toUInt();
+}
+
+QString pathIn(const QDBusMessage& reply) {
+    if (!isReply(reply, "o")) return {};
+    return qvariant_cast<QDBusObjectPath>(reply.arguments().constFirst()).path();
+}
+
+QVariant variantIn(const QDBusMessage& reply) {
+    if (!isReply(reply, "v")) return {};
+    return qvariant_cast<QDBusVariant>(reply.arguments().constFirst()).variant();
+}
+
+QVariantMap propertiesIn(const QVariant& value) {
+    if (value.userType() != qMetaTypeId<QDBusArgument>()) return {};
+    const auto argument = value.value<QDBusArgument>();
+    if (argument.currentSignature() != u"a{sv}") return {};
+    return qdbus_cast<QVariantMap>(argument);
 }
 
 } // namespace hopsel::bus_call

@@ -1,54 +1,151 @@
 #include "platform/linux/bus/bus_link.h"
 
+#include "platform/linux/bus/bus_address.h"
+#include "platform/linux/bus/bus_call.h"
+#include "platform/linux/bus/bus_ears.h"
+
 #include <QCoreApplication>
-#include <QFileInfo>
+#include <QDBusPendingCallWatcher>
+#include <algorithm>
+#include <climits>
 
 namespace hopsel {
 
 namespace {
 
-// Spelled out here rather than left to the D-Bus library: it would read the environment only once, and start
-// a session bus where there is none.
-QString addressOf(QDBusConnection::BusType type) {
-    if (type == QDBusConnection::SystemBus)
-        return qEnvironmentVariable("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/var/run/dbus/system_bus_socket");
-    QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
-    const QString runtimeFolder = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    if (!address.isEmpty() || runtimeFolder.isEmpty()) return address;
-    return "unix:path=" + runtimeFolder + "/bus";
-}
+using namespace std::chrono_literals;
 
-/// Told without the D-Bus library, which would wake up a thread to find out, every time again.
-bool isThere(const QString& addresses) {
-    const QString kind = QStringLiteral("unix:path=");
-    for (const QString& address : addresses.split(u';', Qt::SkipEmptyParts)) {
-        if (!address.startsWith(kind)) return true;
-        const QByteArray path = address.section(u',', 0, 0).mid(kind.size()).toUtf8();
-        if (QFileInfo::exists(QString::fromUtf8(QByteArray::fromPercentEncoding(path)))) return true;
-    }
-    return false;
-}
+constexpr auto interval = 2000ms;
+constexpr std::chrono::milliseconds shortestGreeting = 5s, longestGreeting = 5min;
+constexpr const char* localPath = "/org/freedesktop/DBus/Local";
+constexpr const char* localInterface = "org.freedesktop.DBus.Local";
 
 } // namespace
 
-bool BusLink::connect() {
-    if (isConnected()) return false;
-    disconnect();
-    const QString address = addressOf(type_);
-    if (!isThere(address)) return false;
-    static int count = 0;
-    connection_ = QDBusConnection::connectToBus(address, "hopsel-link-" + QString::number(++count));
-    return isConnected();
+BusLink::BusLink(Where where, Return way)
+    : where_(std::move(where)), way_(way), greetingPatience_(shortestGreeting) {
+    again_.setInterval(interval);
+    connect(&again_, &QTimer::timeout, this, &BusLink::retry);
+    if (way == Return::whenAsked) return;
+    if (!where_().isEmpty()) again_.start();
+    retry();
 }
 
-void BusLink::disconnect() {
-    const QString name = connection_.name();
-    if (name.isEmpty()) return;
-    // What a lost one said last may still be queued, with a bare pointer to it.
-    if (auto* application = QCoreApplication::instance())
-        QMetaObject::invokeMethod(application, [connection = connection_] {}, Qt::QueuedConnection);
-    connection_ = QDBusConnection(QString());
-    QDBusConnection::disconnectFromBus(name);
+BusLink::~BusLink() { end(); }
+
+void BusLink::retry() {
+    if (isGreeted_) return;
+    if (ears_) {
+        if (!opened_.hasExpired(greetingPatience_.count())) return;
+        greetingPatience_ = std::min<std::chrono::milliseconds>(greetingPatience_ * 2, longestGreeting);
+        end();
+    }
+    const QString address = bus_address::local(where_());
+    if (!address.isEmpty() && bus_address::acceptsClients(address)) open(address);
 }
+
+void BusLink::open(const QString& address) {
+    static int count = 0;
+    connection_ = QDBusConnection::connectToPeer(address, "hopsel-bus-" + QString::number(++count));
+    ears_ = std::make_unique<BusEars>();
+    if (!connection_.isConnected()) return end();
+    opened_.start();
+    connect(ears_.get(), &BusEars::heard, this, &BusLink::dispatch);
+    connect(ears_.get(), &BusEars::ended, this, &BusLink::close);
+    connection_.connect(QString(), localPath, localInterface, "Disconnected", ears_.get(),
+                        SLOT(end(QDBusMessage)));
+    ask(
+        bus_call::toBus(QStringLiteral("Hello")), this, [this](const QDBusMessage& reply) { greet(reply); },
+        INT_MAX);
+}
+
+void BusLink::greet(const QDBusMessage& reply) {
+    if (!bus_call::isReply(reply, "s")) return end();
+    isGreeted_ = true;
+    greetingPatience_ = shortestGreeting;
+    again_.stop();
+    for (const auto& listener : listeners_) listen(listener->signal);
+    Q_EMIT connected();
+}
+
+void BusLink::close() {
+    if (!ears_) return;
+    const bool wasGreeted = isGreeted_;
+    end();
+    if (wasGreeted) Q_EMIT lost();
+}
+
+void BusLink::end() {
+    ++number_;
+    const bool wasGreeted = std::exchange(isGreeted_, false);
+    ears_.reset();
+    const QString name = connection_.name();
+    if (!name.isEmpty()) {
+        // What others called may still be queued, with a bare pointer to the connection.
+        if (auto* application = QCoreApplication::instance())
+            QMetaObject::invokeMethod(application, [connection = connection_] {}, Qt::QueuedConnection);
+        connection_ = QDBusConnection(QString());
+        QDBusConnection::disconnectFromPeer(name);
+    }
+    if (wasGreeted && way_ == Return::byItself) again_.start();
+}
+
+void BusLink::call(const QDBusMessage& message, const QObject* context, Answer onAnswer,
+                   std::chrono::milliseconds timeout) {
+    if (!isGreeted_) return;
+    ask(message, context, std::move(onAnswer),
+        timeout == endless ? INT_MAX : static_cast<int>(timeout.count()));
+}
+
+void BusLink::ask(const QDBusMessage& message, const QObject* context, Answer onAnswer, int milliseconds) {
+    auto* watcher = new QDBusPendingCallWatcher(connection_.asyncCall(message, milliseconds), &calls_);
+    connect(watcher, &QDBusPendingCallWatcher::finished, watcher, &QObject::deleteLater);
+    connect(watcher, &QDBusPendingCallWatcher::finished, context,
+            [this, answer = std::move(onAnswer), number = number_](const QDBusPendingCallWatcher* finished) {
+                if (number == number_) answer(finished->reply());
+            });
+}
+
+void BusLink::send(const QDBusMessage& message) {
+    if (isGreeted_) connection_.send(message);
+}
+
+void BusLink::dispatch(const QDBusMessage& message) {
+    // Whoever is told may go, and take others along.
+    const std::vector<std::shared_ptr<Listener>> all = listeners_;
+    for (const auto& listener : all) {
+        if (!listener->handler || !listener->signal.matches(message)) continue;
+        const auto handler = listener->handler;
+        handler(message);
+    }
+}
+
+// The library knows one hook for each kind of signal, whoever sends it; a second one is refused, which is as
+// well.
+void BusLink::listen(const BusSignal& signal) {
+    connection_.connect(QString(), QString(), signal.interface, signal.member, ears_.get(),
+                        SLOT(hear(QDBusMessage)));
+    send(bus_call::toBus(QStringLiteral("AddMatch"), {signal.rule()}));
+}
+
+void BusLink::add(const std::shared_ptr<Listener>& listener) {
+    listeners_.push_back(listener);
+    if (isGreeted_) listen(listener->signal);
+}
+
+void BusLink::remove(const std::shared_ptr<Listener>& listener) {
+    std::erase(listeners_, listener);
+    listener->handler = nullptr;
+    send(bus_call::toBus(QStringLiteral("RemoveMatch"), {listener->signal.rule()}));
+}
+
+BusSubscription::BusSubscription(std::shared_ptr<BusLink> bus, BusSignal signal, Handler handler)
+    : bus_(std::move(bus)),
+      listener_(
+          std::make_shared<BusLink::Listener>(BusLink::Listener{std::move(signal), std::move(handler)})) {
+    bus_->add(listener_);
+}
+
+BusSubscription::~BusSubscription() { bus_->remove(listener_); }
 
 } // namespace hopsel

@@ -1,9 +1,9 @@
 #include "platform/linux/desktop/desktop_appearance.h"
 
+#include "platform/linux/bus/bus_call.h"
+
 #include <QApplication>
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusServiceWatcher>
+#include <QDBusVariant>
 
 namespace hopsel {
 
@@ -17,42 +17,36 @@ constexpr const char* key = "color-scheme";
 
 /// The portal wraps the value in one variant or, in its older call, in two.
 QVariant unwrapped(QVariant value) {
-    while (value.canConvert<QDBusVariant>()) value = value.value<QDBusVariant>().variant();
+    while (value.userType() == qMetaTypeId<QDBusVariant>()) value = value.value<QDBusVariant>().variant();
     return value;
 }
 
 } // namespace
 
-DesktopAppearance::DesktopAppearance(const QDBusConnection& bus)
-    : bus_(bus),
+DesktopAppearance::DesktopAppearance(std::shared_ptr<BusLink> sessionBus)
+    : bus_(std::move(sessionBus)),
       fallback_(design::isDark(QApplication::palette()) ? design::Appearance::dark
                                                         : design::Appearance::light) {}
 
 void DesktopAppearance::start() {
     report(fallback_);
-    if (!bus_.isConnected()) return;
-    bus_.connect(service, path, interface, "SettingChanged", this,
-                 SLOT(settingChanged(QString, QString, QDBusVariant)));
-    auto* watcher = new QDBusServiceWatcher(service, bus_, QDBusServiceWatcher::WatchForRegistration, this);
-    connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, [this] { ask(); });
+    portal_ = std::make_unique<BusName>(bus_, service, [this] {
+        if (portal_->isOwned()) ask();
+    });
+    portal_->listen({"", path, interface, "SettingChanged", "ssv", group},
+                    [this](const QDBusMessage& signal) {
+                        if (signal.arguments().at(1).toString() == key) take(signal.arguments().at(2));
+                    });
+    QObject::connect(bus_.get(), &BusLink::connected, &context_, [this] { ask(); });
     ask();
 }
 
 void DesktopAppearance::ask() {
-    QDBusMessage call = QDBusMessage::createMethodCall(service, path, interface, "Read");
-    call << QString(group) << QString(key);
-    auto* watcher = new QDBusPendingCallWatcher(bus_.asyncCall(call), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* finished) {
-        finished->deleteLater();
-        const QDBusMessage reply = finished->reply();
-        if (reply.type() == QDBusMessage::ReplyMessage && !reply.arguments().isEmpty())
-            take(reply.arguments().first());
+    QDBusMessage call = bus_call::method({service, path}, interface, "Read", {QString(group), QString(key)});
+    call.setAutoStartService(true); // it is there for the first program that asks
+    bus_->call(call, &context_, [this](const QDBusMessage& reply) {
+        if (bus_call::isReply(reply, "v")) take(reply.arguments().constFirst());
     });
-}
-
-void DesktopAppearance::settingChanged(const QString& changedGroup, const QString& changedKey,
-                                       const QDBusVariant& value) {
-    if (changedGroup == group && changedKey == key) take(value.variant());
 }
 
 // 1 is dark, 2 light, anything else no wish.

@@ -1,24 +1,19 @@
 // Light or dark, as the desktop has it, also when that changes while we run.
 //
-// Made by start-up after the application object; asks the desktop portal, without waiting for it. A session
+// Made by start-up after the application object; asks the desktop portal, whenever that comes. A session
 // without a portal keeps the appearance that the toolkit found at the start.
 #pragma once
 
+#include "platform/linux/bus/bus_name.h"
 #include "ui/design/colors.h"
 
-#include <QDBusConnection>
-#include <QDBusVariant>
-#include <QObject>
-#include <QString>
-#include <functional>
+#include <optional>
 
 namespace hopsel {
 
-class DesktopAppearance final : public QObject {
-    Q_OBJECT
-
+class DesktopAppearance final {
   public:
-    explicit DesktopAppearance(const QDBusConnection& bus);
+    explicit DesktopAppearance(std::shared_ptr<BusLink> sessionBus);
 
     /// Reports what is known at once, and every change.
     void start();
@@ -26,14 +21,15 @@ class DesktopAppearance final : public QObject {
     std::function<void(design::Appearance)> onChange;
 
   private:
-    Q_SLOT void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
     void ask();
     void take(const QVariant& value);
     void report(design::Appearance appearance);
 
-    QDBusConnection bus_;
+    std::shared_ptr<BusLink> bus_;
     design::Appearance fallback_;
     std::optional<design::Appearance> reported_;
+    std::unique_ptr<BusName> portal_; ///< once it is started
+    QObject context_;                 ///< answers end with it
 };
 
 } // namespace hopsel

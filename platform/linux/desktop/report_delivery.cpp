@@ -1,11 +1,10 @@
 #include "platform/linux/desktop/report_delivery.h"
 
+#include "platform/linux/bus/bus_call.h"
 #include "platform/linux/desktop/program_launcher.h"
 #include "platform/posix/posix_file_storage.h"
 
 #include <QClipboard>
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QGuiApplication>
@@ -37,8 +36,8 @@ QString askForFile(const QString& suggestedName) {
 
 } // namespace
 
-DesktopReportDelivery::DesktopReportDelivery(const QDBusConnection& session, Log& log)
-    : session_(session), log_(log) {}
+DesktopReportDelivery::DesktopReportDelivery(std::shared_ptr<BusLink> session, Log& log)
+    : session_(std::move(session)), log_(log) {}
 
 std::optional<std::filesystem::path> DesktopReportDelivery::saveFile(const std::string& suggestedName,
                                                                      const std::string& contents) {
@@ -57,18 +56,20 @@ std::optional<std::filesystem::path> DesktopReportDelivery::saveFile(const std::
 
 void DesktopReportDelivery::reveal(const std::filesystem::path& file) {
     const QString folder = QString::fromStdString(file.parent_path().string());
-    if (!session_.isConnected()) return openFolder(folder); // a call on no bus at all would never finish
-    QDBusMessage call =
-        QDBusMessage::createMethodCall("org.freedesktop.FileManager1", "/org/freedesktop/FileManager1",
-                                       "org.freedesktop.FileManager1", "ShowItems");
+    if (!session_->isConnected()) return openFolder(folder);
     const QUrl address = QUrl::fromLocalFile(QString::fromStdString(file.string()));
-    call << QStringList{address.toString(QUrl::FullyEncoded)} << QString();
-    constexpr int patience = 3000; // ms; a folder that opens much later would only startle
-    auto* watcher = new QDBusPendingCallWatcher(session_.asyncCall(call, patience), &pendingCalls_);
-    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, &pendingCalls_, [this, watcher, folder] {
-        watcher->deleteLater();
-        if (watcher->isError()) openFolder(folder);
-    });
+    const QString fileManager = "org.freedesktop.FileManager1";
+    QDBusMessage call =
+        bus_call::method({fileManager, "/org/freedesktop/FileManager1"}, fileManager, "ShowItems",
+                         {QStringList{address.toString(QUrl::FullyEncoded)}, QString()});
+    call.setAutoStartService(true);
+    constexpr std::chrono::seconds patience(3); // a folder that opens much later would only startle
+    session_->call(
+        call, &context_,
+        [this, folder](const QDBusMessage& reply) {
+            if (reply.type() == QDBusMessage::ErrorMessage) openFolder(folder);
+        },
+        patience);
 }
 
 void DesktopReportDelivery::openFolder(const QString& folder) {

@@ -6,16 +6,14 @@
 
 #include "core/platform/log.h"
 #include "core/platform/report_delivering.h"
-
-#include <QDBusConnection>
-#include <QObject>
+#include "platform/linux/bus/bus_link.h"
 
 namespace hopsel {
 
 class DesktopReportDelivery final : public ReportDelivering {
   public:
-    /// The session's bus, also one that is not connected. The log outlives this object.
-    DesktopReportDelivery(const QDBusConnection& session, Log& log);
+    /// The session's bus. The log outlives this object.
+    DesktopReportDelivery(std::shared_ptr<BusLink> session, Log& log);
 
     std::optional<std::filesystem::path> saveFile(const std::string& suggestedName,
                                                   const std::string& contents) override;
@@ -26,9 +24,9 @@ class DesktopReportDelivery final : public ReportDelivering {
     void reveal(const std::filesystem::path& file);
     void openFolder(const QString& folder);
 
-    QDBusConnection session_;
+    std::shared_ptr<BusLink> session_;
     Log& log_;
-    QObject pendingCalls_; ///< parent of the watchers: with it they are gone
+    QObject context_; ///< answers end with it
 };
 
 } // namespace hopsel

@@ -59,30 +59,31 @@ std::optional<std::string> currentOf(const GnomeSettings::Values& told,
 
 } // namespace
 
-GnomeSources::GnomeSources()
-    : refresh_(0ms, 0ms, [this] { read(); }), shell_("org.gnome.Shell", [this] { followOwner(); }) {}
+GnomeSources::GnomeSources(std::shared_ptr<BusLink> sessionBus)
+    : refresh_(0ms, 0ms, [this] { read(); }),
+      shell_(std::move(sessionBus), "org.gnome.Shell", [this] { followOwner(); }) {}
 
 void GnomeSources::retry() {
-    shell_.retry();
-    if (!shell_.owner().isEmpty()) refresh_.noteChange();
+    if (shell_.isOwned()) refresh_.noteChange();
 }
 
 void GnomeSources::followOwner() {
-    QDBusConnection& bus = shell_.bus();
-    const char* const changed = SLOT(settingsChanged(QString, QStringList, QString));
-    if (shell_.owner().isEmpty()) {
-        bus.disconnect(QString(), QString(), settingsInterface, "Notify", this, changed);
+    if (!shell_.isOwned()) {
+        changes_.reset();
         refresh_.cancel();
         told_.reset();
         forget(select_result::Failed{platform_error::frameworkGone});
         return;
     }
-    // The storage's writer tells of changes, to whoever listens.
-    bus.connect(QString(), QString(), settingsInterface, "Notify", this, changed);
+    // The storage's writer tells of changes, to whoever listens; from whomever it comes, it is only a reason
+    // to read.
+    changes_ = std::make_unique<BusSubscription>(
+        shell_.bus(), BusSignal{"", "", settingsInterface, "Notify", "sass", ""},
+        [this](const QDBusMessage& signal) { settingsChanged(signal.arguments().constFirst().toString()); });
     read();
 }
 
-void GnomeSources::settingsChanged(const QString& path, const QStringList&, const QString&) {
+void GnomeSources::settingsChanged(const QString& path) {
     const QString ours = QString::fromLatin1(GnomeSettings::path);
     if (path.startsWith(ours) || ours.startsWith(path)) refresh_.noteChange();
 }

@@ -14,20 +14,15 @@
 #pragma once
 
 #include "platform/linux/base/coalescing_timer.h"
-#include "platform/linux/bus/session_service.h"
+#include "platform/linux/bus/bus_name.h"
 #include "platform/linux/desktops/gnome_settings.h"
 #include "platform/linux/desktops/remembered_framework.h"
 
-#include <QObject>
-#include <QStringList>
-
 namespace hopsel {
 
-class GnomeSources final : public QObject, public RememberedFramework {
-    Q_OBJECT
-
+class GnomeSources final : public RememberedFramework {
   public:
-    GnomeSources();
+    explicit GnomeSources(std::shared_ptr<BusLink> sessionBus);
 
     /// `NotFound` or `Failed`.
     SelectResult select(const std::string& id) override;
@@ -35,14 +30,15 @@ class GnomeSources final : public QObject, public RememberedFramework {
     void retry() override;
 
   private:
-    Q_SLOT void settingsChanged(const QString& path, const QStringList& keys, const QString& tag);
     void followOwner();
+    void settingsChanged(const QString& path);
     void read();
 
     GnomeSettings settings_;
     std::optional<GnomeSettings::Values> told_;
     CoalescingTimer refresh_;
-    SessionService shell_;
+    std::unique_ptr<BusSubscription> changes_; ///< while there is a shell
+    BusName shell_;
 };
 
 } // namespace hopsel

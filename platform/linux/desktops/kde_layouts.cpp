@@ -42,15 +42,20 @@ std::string idOf(const std::string& layout, const std::string& label, const std:
 
 } // namespace
 
-KdeLayouts::KdeLayouts() : service_("org.kde.keyboard", [this] { followOwner(); }) {}
+KdeLayouts::KdeLayouts(std::shared_ptr<BusLink> sessionBus)
+    : service_(std::move(sessionBus), "org.kde.keyboard", [this] { followOwner(); }) {
+    service_.listen({"", path, interface, "layoutChanged", "u", ""}, [this](const QDBusMessage& signal) {
+        layoutChanged(signal.arguments().constFirst().toUInt());
+    });
+    service_.listen({"", path, interface, "layoutListChanged", "", ""},
+                    [this](const QDBusMessage&) { ask(); });
+}
 
 void KdeLayouts::retry() {
-    service_.retry();
     if (!service_.owner().isEmpty() && !isInCharge() && !isAsking_) ask();
 }
 
 void KdeLayouts::followOwner() {
-    listenTo(service_.owner());
     isAsking_ = isOutdated_ = false;
     wanted_.reset();
     told_.clear();
@@ -63,22 +68,8 @@ void KdeLayouts::followOwner() {
     ask();
 }
 
-void KdeLayouts::listenTo(const QString& owner) {
-    QDBusConnection& bus = service_.bus();
-    const char* const changed = SLOT(layoutChanged(unsigned int));
-    const char* const listChanged = SLOT(layoutListChanged());
-    if (!listenedTo_.isEmpty()) {
-        bus.disconnect(listenedTo_, path, interface, "layoutChanged", this, changed);
-        bus.disconnect(listenedTo_, path, interface, "layoutListChanged", this, listChanged);
-    }
-    listenedTo_ = owner;
-    if (owner.isEmpty()) return;
-    bus.connect(owner, path, interface, "layoutChanged", this, changed);
-    bus.connect(owner, path, interface, "layoutListChanged", this, listChanged);
-}
-
-void KdeLayouts::call(const char* method, const QVariantList& arguments, SessionService::Answer onAnswer) {
-    service_.call(path, interface, method, arguments, std::move(onAnswer));
+void KdeLayouts::call(const char* method, const QVariantList& arguments, BusLink::Answer onAnswer) {
+    service_.call(path, interface, method, arguments, &context_, std::move(onAnswer));
 }
 
 void KdeLayouts::ask() {
@@ -145,8 +136,6 @@ std::optional<std::string> KdeLayouts::idAt(std::size_t index) const {
 void KdeLayouts::layoutChanged(unsigned int index) {
     if (!isAsking_ && isInCharge()) remember({true, state().sources, idAt(index)});
 }
-
-void KdeLayouts::layoutListChanged() { ask(); }
 
 SelectResult KdeLayouts::select(const std::string& id) {
     if (service_.owner().isEmpty()) return select_result::Failed{platform_error::frameworkGone};

@@ -11,34 +11,28 @@
 // Made by start-up, owned by the session's catalog; needs the event loop. Main thread.
 #pragma once
 
-#include "platform/linux/bus/session_service.h"
+#include "platform/linux/bus/bus_name.h"
 #include "platform/linux/desktops/remembered_framework.h"
-
-#include <QObject>
 
 namespace hopsel {
 
-class KdeLayouts final : public QObject, public RememberedFramework {
-    Q_OBJECT
-
+class KdeLayouts final : public RememberedFramework {
   public:
-    KdeLayouts();
+    explicit KdeLayouts(std::shared_ptr<BusLink> sessionBus);
 
     /// While the list is out of date, the request waits for the new one, and `refusal` may become `NotFound`.
     SelectResult select(const std::string& id) override;
     void retry() override;
 
   private:
-    Q_SLOT void layoutChanged(unsigned int index);
-    Q_SLOT void layoutListChanged();
     void followOwner();
-    void listenTo(const QString& owner);
+    void layoutChanged(unsigned int index);
     void ask();
     void takeList(const QDBusMessage& reply);
     void takeIndex(const QDBusMessage& reply);
     void send(const std::string& id);
     void takeAnswer(const QDBusMessage& reply, const std::string& id);
-    void call(const char* method, const QVariantList& arguments, SessionService::Answer onAnswer);
+    void call(const char* method, const QVariantList& arguments, BusLink::Answer onAnswer);
     std::optional<std::string> idAt(std::size_t index) const;
 
     std::vector<std::string> ids_; ///< by position; empty where a layout has no name, so is not listed
@@ -48,8 +42,8 @@ class KdeLayouts final : public QObject, public RememberedFramework {
     bool isOutdated_ = false; ///< it has changed again while we ask
     std::optional<std::string> wanted_;
     unsigned requestCount_ = 0;
-    QString listenedTo_; ///< the owner whose signals are received
-    SessionService service_;
+    BusName service_;
+    QObject context_; ///< answers end with it
 };
 
 } // namespace hopsel

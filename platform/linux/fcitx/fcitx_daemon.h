@@ -4,45 +4,29 @@
 // go to the one that owns the name at that moment, by its unique name. Asks without waiting; main thread.
 #pragma once
 
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusServiceWatcher>
-#include <QObject>
-#include <QString>
-#include <QVariantList>
-#include <functional>
+#include "platform/linux/bus/bus_name.h"
 
 namespace hopsel {
 
 class FcitxDaemon {
   public:
-    using ReplyHandler = std::function<void(const QDBusMessage& reply)>;
-
     /// `onOwnerChanged` is called from the event loop.
-    FcitxDaemon(const QDBusConnection& bus, std::function<void()> onOwnerChanged);
-    FcitxDaemon(const FcitxDaemon&) = delete;
-    FcitxDaemon& operator=(const FcitxDaemon&) = delete;
+    FcitxDaemon(std::shared_ptr<BusLink> bus, std::function<void()> onOwnerChanged)
+        : name_(std::move(bus), QStringLiteral("org.fcitx.Fcitx5"), std::move(onOwnerChanged)) {}
 
-    const QDBusConnection& bus() const { return bus_; }
+    const std::shared_ptr<BusLink>& bus() const { return name_.bus(); }
     /// Its unique name; empty while there is no Fcitx5.
-    const QString& owner() const { return owner_; }
-    /// A bus that is lost tells nobody: notices that.
-    void checkBus();
+    const QString& owner() const { return name_.owner(); }
 
-    /// Hands over the reply, or an error in its place, unless `context` has been destroyed by then.
+    /// Hands over the reply, or an error in its place, unless `context` or this Fcitx5 is gone by then.
     void call(const QString& method, const QVariantList& arguments, const QObject& context,
-              ReplyHandler onReply);
+              BusLink::Answer onReply) {
+        name_.call(QStringLiteral("/controller"), QStringLiteral("org.fcitx.Fcitx.Controller1"), method,
+                   arguments, &context, std::move(onReply));
+    }
 
   private:
-    void send(QDBusMessage message, const QObject& context, ReplyHandler onReply);
-    void setOwner(const QString& owner);
-
-    QDBusConnection bus_;
-    std::function<void()> onOwnerChanged_;
-    QString owner_;
-    bool isOwnerKnown_ = false;
-    QObject calls_; ///< owns what waits for replies
-    QDBusServiceWatcher watcher_;
+    BusName name_;
 };
 
 } // namespace hopsel

@@ -16,8 +16,8 @@ constexpr auto quiet = 3ms, atMost = 30ms;
 
 } // namespace
 
-FcitxInputSources::FcitxInputSources(const QDBusConnection& sessionBus)
-    : daemon_(sessionBus, [this] { takeOwner(); }),
+FcitxInputSources::FcitxInputSources(std::shared_ptr<BusLink> sessionBus)
+    : daemon_(std::move(sessionBus), [this] { takeOwner(); }),
       list_(daemon_, [this] { reportTimer_.noteChange(); }),
       current_(daemon_, [this] { takeCurrent(); }),
       profile_(FcitxProfileWatch::defaultProfile(),
@@ -53,7 +53,6 @@ void FcitxInputSources::ask() {
 }
 
 void FcitxInputSources::retry() {
-    daemon_.checkBus();
     if (!daemon_.owner().isEmpty()) ask();
 }
 

@@ -1,7 +1,7 @@
 // The input methods of a running Fcitx5 as input sources.
 //
-// Owned by the session's catalog; the bus connection may be lost, and then there is no Fcitx5 until an object
-// with another connection is made. It learns and asks through the event loop. Main thread.
+// Owned by the session's catalog. It learns and asks through the event loop; while the bus is lost, there is
+// no Fcitx5. Main thread.
 #pragma once
 
 #include "platform/linux/base/coalescing_timer.h"
@@ -19,7 +19,7 @@ namespace hopsel {
 
 class FcitxInputSources final : public InputFramework {
   public:
-    explicit FcitxInputSources(const QDBusConnection& sessionBus);
+    explicit FcitxInputSources(std::shared_ptr<BusLink> sessionBus);
 
     bool isInCharge() const override;
     void retry() override;

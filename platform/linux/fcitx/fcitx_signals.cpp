@@ -1,6 +1,7 @@
 #include "platform/linux/fcitx/fcitx_signals.h"
 
-#include <QDBusPendingCallWatcher>
+#include "platform/linux/bus/bus_call.h"
+
 #include <utility>
 
 namespace hopsel {
@@ -10,35 +11,28 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto quiet = 2ms, atMost = 20ms;
-constexpr auto iconPath = "/StatusNotifierItem", iconInterface = "org.kde.StatusNotifierItem";
 constexpr qsizetype mostIcons = 1000;
 
 } // namespace
 
-FcitxSignals::FcitxSignals(const QDBusConnection& bus, const QString& owner)
-    : bus_(bus), shownTimer_(quiet, atMost, [this] {
-          if (onMethodShown) onMethodShown();
-      }) {
-    iconDeath_.setConnection(bus_);
-    iconDeath_.setWatchMode(QDBusServiceWatcher::WatchForUnregistration);
-    connect(&iconDeath_, &QDBusServiceWatcher::serviceUnregistered, this, [this] { listenTo(QString()); });
-    // Fcitx5 declares it, but up to 5.0 never sends it.
-    bus_.connect(owner, "/controller", "org.fcitx.Fcitx.Controller1", "InputMethodGroupsChanged", this,
-                 SLOT(groupsChanged(QDBusMessage)));
-    bus_.connect(owner, "/kimpanel", "org.kde.kimpanel.inputmethod", "UpdateProperty", this,
-                 SLOT(panelChanged(QDBusMessage)));
-    bus_.connect(icon_, iconPath, iconInterface, "NewIcon", this, SLOT(iconChanged(QDBusMessage)));
+FcitxSignals::FcitxSignals(std::shared_ptr<BusLink> bus, const QString& owner)
+    : bus_(std::move(bus)),
+      shownTimer_(quiet, atMost,
+                  [this] {
+                      if (onMethodShown) onMethodShown();
+                  }),
+      // Fcitx5 declares it, but up to 5.0 never sends it.
+      groups_(bus_, {owner, "/controller", "org.fcitx.Fcitx.Controller1", "InputMethodGroupsChanged", "", ""},
+              [this](const QDBusMessage&) {
+                  if (onGroupsChanged) onGroupsChanged();
+              }),
+      panel_(bus_, {owner, "/kimpanel", "org.kde.kimpanel.inputmethod", "UpdateProperty", "s", ""},
+             [this](const QDBusMessage&) { shownTimer_.noteChange(); }) {
+    listenTo(QString());
     askProcess(owner, [this](unsigned process) { process_ = process; });
 }
 
-void FcitxSignals::groupsChanged(const QDBusMessage&) {
-    if (onGroupsChanged) onGroupsChanged();
-}
-
-void FcitxSignals::panelChanged(const QDBusMessage&) { shownTimer_.noteChange(); }
-
-void FcitxSignals::iconChanged(const QDBusMessage& signal) {
-    const QString sender = signal.service();
+void FcitxSignals::iconChanged(const QString& sender) {
     if (sender == icon_) return shownTimer_.noteChange();
     if (!icon_.isEmpty() || otherIcons_.contains(sender) || otherIcons_.size() >= mostIcons) return;
     askProcess(sender, [this, sender](unsigned process) {
@@ -53,24 +47,26 @@ void FcitxSignals::iconChanged(const QDBusMessage& signal) {
     });
 }
 
+// To its sender alone, once that is known: other programs' icons may move all the time, and would wake us
+// each time.
 void FcitxSignals::listenTo(const QString& icon) {
-    bus_.disconnect(icon_, iconPath, iconInterface, "NewIcon", this, SLOT(iconChanged(QDBusMessage)));
     icon_ = icon;
     otherIcons_.clear();
-    iconDeath_.setWatchedServices(icon_.isEmpty() ? QStringList() : QStringList{icon_});
-    // From its sender alone: other programs' icons may move all the time, and would wake us each time.
-    bus_.connect(icon_, iconPath, iconInterface, "NewIcon", this, SLOT(iconChanged(QDBusMessage)));
+    iconOwner_.reset();
+    if (!icon_.isEmpty())
+        iconOwner_ = std::make_unique<BusName>(bus_, icon_, [this] {
+            if (!iconOwner_->isOwned()) listenTo(QString());
+        });
+    icons_ = std::make_unique<BusSubscription>(
+        bus_, BusSignal{icon_, "/StatusNotifierItem", "org.kde.StatusNotifierItem", "NewIcon", "", ""},
+        [this](const QDBusMessage& signal) { iconChanged(signal.service()); });
 }
 
 void FcitxSignals::askProcess(const QString& name, std::function<void(unsigned)> onAnswer) {
-    auto question = QDBusMessage::createMethodCall("org.freedesktop.DBus", "/org/freedesktop/DBus",
-                                                   "org.freedesktop.DBus", "GetConnectionUnixProcessID");
-    question << name;
-    auto* watcher = new QDBusPendingCallWatcher(bus_.asyncCall(question), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, onAnswer = std::move(onAnswer)] {
-        watcher->deleteLater();
-        onAnswer(watcher->reply().arguments().value(0).toUInt());
-    });
+    bus_->call(bus_call::toBus("GetConnectionUnixProcessID", {name}), &context_,
+               [onAnswer = std::move(onAnswer)](const QDBusMessage& reply) {
+                   onAnswer(bus_call::numberIn(reply).value_or(0));
+               });
 }
 
 } // namespace hopsel

@@ -7,40 +7,34 @@
 #pragma once
 
 #include "platform/linux/base/coalescing_timer.h"
+#include "platform/linux/bus/bus_name.h"
 
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusServiceWatcher>
-#include <QObject>
 #include <QSet>
-#include <QString>
-#include <functional>
 
 namespace hopsel {
 
-class FcitxSignals final : public QObject {
-    Q_OBJECT
-
+class FcitxSignals final {
   public:
-    FcitxSignals(const QDBusConnection& bus, const QString& owner);
+    FcitxSignals(std::shared_ptr<BusLink> bus, const QString& owner);
 
     std::function<void()> onGroupsChanged;
     std::function<void()> onMethodShown; ///< perhaps another than before; once for a burst
 
   private:
-    Q_SLOT void groupsChanged(const QDBusMessage& signal);
-    Q_SLOT void panelChanged(const QDBusMessage& signal);
-    Q_SLOT void iconChanged(const QDBusMessage& signal);
-
+    void iconChanged(const QString& sender);
     void askProcess(const QString& name, std::function<void(unsigned process)> onAnswer);
     void listenTo(const QString& icon);
 
-    QDBusConnection bus_;
+    std::shared_ptr<BusLink> bus_;
     unsigned process_ = 0;
     QString icon_; ///< unique name; empty while any program's icon is listened to
     QSet<QString> otherIcons_;
-    QDBusServiceWatcher iconDeath_;
     CoalescingTimer shownTimer_;
+    BusSubscription groups_;
+    BusSubscription panel_;
+    std::unique_ptr<BusSubscription> icons_;
+    std::unique_ptr<BusName> iconOwner_;
+    QObject context_; ///< answers end with it
 };
 
 } // namespace hopsel

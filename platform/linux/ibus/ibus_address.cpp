@@ -1,16 +1,13 @@
 #include "platform/linux/ibus/ibus_address.h"
 
+#include "platform/linux/bus/bus_address.h"
 #include "platform/posix/posix_file_storage.h"
 
 #include <QDBusConnection>
 #include <QStandardPaths>
 #include <algorithm>
-#include <cstddef>
 #include <cstring>
-#include <sys/socket.h>
-#include <sys/un.h>
 #include <system_error>
-#include <unistd.h>
 
 namespace hopsel::ibus_address {
 
@@ -21,34 +18,12 @@ namespace fs = std::filesystem;
 constexpr std::uintmax_t largestFile = 4096;
 constexpr qsizetype longestAddress = 512;
 
-struct Socket {
-    bool isAbstract = false;
-    QByteArray path;
-};
-
-std::optional<Socket> socketOf(const QByteArray& address) {
-    constexpr auto transport = "unix:";
-    if (!address.startsWith(transport)) return std::nullopt;
-    const QByteArray fields = address.mid(static_cast<qsizetype>(std::strlen(transport)));
-    for (const QByteArray& field : fields.split(',')) {
-        const qsizetype equals = field.indexOf('=');
-        const QByteArray key = field.left(equals);
-        if (equals < 0 || (key != "path" && key != "abstract")) continue;
-        Socket socket{key == "abstract", QByteArray::fromPercentEncoding(field.mid(equals + 1))};
-        // One byte goes to the mark of an abstract name, or to the end of a path.
-        if (socket.path.isEmpty() || socket.path.size() >= qsizetype{sizeof(sockaddr_un::sun_path)})
-            return std::nullopt;
-        return socket;
-    }
-    return std::nullopt;
-}
-
 /// The first of the alternatives, if it is a local socket.
 std::optional<QString> checked(const QByteArray& addresses) {
     const QByteArray address = addresses.split(';').constFirst();
     const auto isPlain = [](char c) { return c > ' ' && c < 0x7F; };
     if (address.size() > longestAddress || !std::all_of(address.begin(), address.end(), isPlain) ||
-        !socketOf(address))
+        bus_address::local(QString::fromLatin1(address)).isEmpty())
         return std::nullopt;
     return QString::fromLatin1(address);
 }
@@ -95,22 +70,6 @@ std::optional<QString> inFile(const QByteArray& text) {
         if (line.startsWith(key)) return checked(line.mid(static_cast<qsizetype>(std::strlen(key))));
     }
     return std::nullopt;
-}
-
-bool acceptsClients(const QString& address) {
-    const std::optional<Socket> target = socketOf(address.toLatin1());
-    if (!target) return false;
-    sockaddr_un name{};
-    name.sun_family = AF_UNIX;
-    char* path = name.sun_path + (target->isAbstract ? 1 : 0);
-    std::memcpy(path, target->path.constData(), static_cast<std::size_t>(target->path.size()));
-    const auto size = offsetof(sockaddr_un, sun_path) + 1 + static_cast<std::size_t>(target->path.size());
-    const int descriptor = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-    if (descriptor < 0) return false;
-    const bool isAccepted =
-        connect(descriptor, reinterpret_cast<const sockaddr*>(&name), static_cast<socklen_t>(size)) == 0;
-    close(descriptor);
-    return isAccepted;
 }
 
 } // namespace hopsel::ibus_address

@@ -17,8 +17,4 @@ std::optional<QString> current();
 /// The address in the text of such a file.
 std::optional<QString> inFile(const QByteArray& text);
 
-/// Someone listens there and has room for another client. Never waits, where the D-Bus library would: for a
-/// daemon that hangs, until it goes on.
-bool acceptsClients(const QString& address);
-
 } // namespace hopsel::ibus_address

@@ -1,91 +1,49 @@
 #include "platform/linux/ibus/ibus_bus.h"
 
+#include "platform/linux/bus/bus_call.h"
 #include "platform/linux/ibus/ibus_address.h"
 
-#include <QDBusPendingCallWatcher>
-#include <climits>
+#include <utility>
 
 namespace hopsel {
 
 namespace {
 
-constexpr const char* service = "org.freedesktop.IBus";
-constexpr const char* path = "/org/freedesktop/IBus";
-constexpr const char* interface = service;
-constexpr int forEver = INT_MAX; // ms; the end of the connection ends every wait
-
-QDBusMessage callToBus(const char* method) {
-    return QDBusMessage::createMethodCall("org.freedesktop.DBus", "/org/freedesktop/DBus",
-                                          "org.freedesktop.DBus", method);
-}
+const QString service = QStringLiteral("org.freedesktop.IBus");
+const bus_call::Object daemon{service, QStringLiteral("/org/freedesktop/IBus")};
 
 } // namespace
 
-void IbusBus::open(const QString& address) {
-    close();
-    if (!ibus_address::acceptsClients(address)) return;
-    static int count = 0;
-    connection_ = QDBusConnection::connectToPeer(address, "hopsel-ibus-" + QString::number(++count));
-    if (!connection_.isConnected()) return close();
-    signals_ = std::make_unique<IbusSignals>();
-    connection_.connect(QString(), "/org/freedesktop/DBus/Local", "org.freedesktop.DBus.Local",
-                        "Disconnected", signals_.get(), SIGNAL(disconnected()));
-    QObject::connect(signals_.get(), &IbusSignals::disconnected, &context_, [this] { lose(); });
-    send(callToBus("Hello"), [this](const QDBusMessage& reply) {
-        if (reply.type() != QDBusMessage::ReplyMessage) return lose();
-        watchSignals();
-        callbacks_.onReady();
+IbusBus::IbusBus(Callbacks callbacks)
+    : link_(std::make_shared<BusLink>([] { return ibus_address::current().value_or(QString()); },
+                                      BusLink::Return::whenAsked)),
+      daemon_(link_, service) {
+    daemon_.listen({{}, daemon.path, service, "GlobalEngineChanged", "s", {}},
+                   [tell = callbacks.onEngineChanged](const QDBusMessage& told) {
+                       tell(told.arguments().constFirst().toString());
+                   });
+    daemon_.listen({{}, daemon.path, service, "RegistryChanged", "", {}},
+                   [tell = callbacks.onRegistryChanged](const QDBusMessage&) { tell(); });
+    QObject::connect(link_.get(), &BusLink::connected, &context_, callbacks.onReady);
+    QObject::connect(link_.get(), &BusLink::lost, &context_, [this, tell = callbacks.onLost] {
+        if (!isClosing_) tell();
     });
 }
 
-void IbusBus::watchSignals() {
-    connection_.connect(QString(), path, interface, "GlobalEngineChanged", signals_.get(),
-                        SIGNAL(engineChanged(QString)));
-    connection_.connect(QString(), path, interface, "RegistryChanged", signals_.get(),
-                        SIGNAL(registryChanged()));
-    QObject::connect(signals_.get(), &IbusSignals::engineChanged, &context_, callbacks_.onEngineChanged);
-    QObject::connect(signals_.get(), &IbusSignals::registryChanged, &context_, callbacks_.onRegistryChanged);
-    // For a bus the library would ask for them itself.
-    auto match = callToBus("AddMatch");
-    match << QStringLiteral("type='signal',interface='org.freedesktop.IBus',path='/org/freedesktop/IBus'");
-    connection_.send(match);
-}
-
 void IbusBus::close() {
-    ++openCount_;
-    signals_.reset();
-    const QString name = connection_.name();
-    if (name.isEmpty()) return;
-    connection_ = QDBusConnection(QString());
-    QDBusConnection::disconnectFromPeer(name);
+    isClosing_ = true;
+    link_->close();
+    isClosing_ = false;
 }
 
-void IbusBus::lose() {
-    if (!isOpen()) return;
-    close();
-    callbacks_.onLost();
+void IbusBus::call(const char* method, const QVariantList& arguments, BusLink::Answer onAnswer) {
+    link_->call(bus_call::method(daemon, service, method, arguments), &context_, std::move(onAnswer),
+                BusLink::endless);
 }
 
-void IbusBus::call(const char* method, const QVariantList& arguments, Answer onAnswer) {
-    auto message = QDBusMessage::createMethodCall(service, path, interface, method);
-    message.setArguments(arguments);
-    send(message, std::move(onAnswer));
-}
-
-void IbusBus::readProperty(const char* name, Answer onAnswer) {
-    auto message = QDBusMessage::createMethodCall(service, path, "org.freedesktop.DBus.Properties", "Get");
-    message << QString::fromLatin1(interface) << QString::fromLatin1(name);
-    send(message, std::move(onAnswer));
-}
-
-void IbusBus::send(const QDBusMessage& message, Answer onAnswer) {
-    auto* call = new QDBusPendingCallWatcher(connection_.asyncCall(message, forEver), &context_);
-    QObject::connect(
-        call, &QDBusPendingCallWatcher::finished, &context_,
-        [this, onAnswer = std::move(onAnswer), count = openCount_](QDBusPendingCallWatcher* finished) {
-            finished->deleteLater();
-            if (count == openCount_) onAnswer(finished->reply());
-        });
+void IbusBus::readProperty(const char* name, BusLink::Answer onAnswer) {
+    link_->call(bus_call::method(daemon, "org.freedesktop.DBus.Properties", "Get", {service, name}),
+                &context_, std::move(onAnswer), BusLink::endless);
 }
 
 } // namespace hopsel

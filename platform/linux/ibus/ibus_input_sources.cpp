@@ -1,6 +1,5 @@
 #include "platform/linux/ibus/ibus_input_sources.h"
 
-#include "platform/linux/ibus/ibus_address.h"
 #include "platform/linux/sources/platform_errors.h"
 
 #include <QDBusError>
@@ -23,7 +22,7 @@ std::string sourceID(const QString& engine) { return "ibus:" + engine.toStdStrin
 
 } // namespace
 
-IbusInputSources::IbusInputSources(const QDBusConnection& sessionBus, Log& log)
+IbusInputSources::IbusInputSources(std::shared_ptr<BusLink> sessionBus, Log& log)
     : log_(log),
       sourcesTimer_(sourcesQuiet, sourcesAtMost, [this] { reportSources(); }),
       selectedTimer_(selectedQuiet, selectedAtMost, [this] { reportSelected(); }),
@@ -31,7 +30,7 @@ IbusInputSources::IbusInputSources(const QDBusConnection& sessionBus, Log& log)
       settings_(sessionBus, [this] { askForEngines(); }),
       bus_({[this] { askForAll(); }, [this] { forget(); }, [this](const QString& id) { takeCurrent(id); },
             [this] { askForEngines(); }}),
-      owner_(sessionBus, [this] { changeOwner(); }) {}
+      owner_(std::move(sessionBus), [this] { changeOwner(); }) {}
 
 void IbusInputSources::changeOwner() {
     giveUp();
@@ -50,9 +49,8 @@ void IbusInputSources::retry() {
 }
 
 void IbusInputSources::connect() {
-    if (!owner_.isThere() || bus_.isOpen()) return;
     // At the owner change the file may still be the last daemon's, or none: then `retry` finds it.
-    if (const std::optional<QString> address = ibus_address::current()) bus_.open(*address);
+    if (owner_.isThere()) bus_.open();
 }
 
 void IbusInputSources::forget() {

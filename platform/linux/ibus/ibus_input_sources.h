@@ -14,7 +14,6 @@
 #include "platform/linux/ibus/keyboard_layout.h"
 #include "platform/linux/sources/input_framework.h"
 
-#include <QDBusConnection>
 #include <optional>
 #include <string>
 #include <vector>
@@ -24,7 +23,7 @@ namespace hopsel {
 class IbusInputSources final : public InputFramework {
   public:
     /// `log` must outlive it, and is told of an engine that does not give at once what it is selected for.
-    IbusInputSources(const QDBusConnection& sessionBus, Log& log);
+    IbusInputSources(std::shared_ptr<BusLink> sessionBus, Log& log);
 
     /// Those that are set and installed.
     std::vector<InputSourceInfo> enabledKeyboardSources() override { return sources_; }

@@ -1,58 +1,33 @@
 #include "platform/linux/ibus/ibus_owner.h"
 
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
+#include "platform/linux/bus/bus_call.h"
 
 namespace hopsel {
 
-namespace {
-
-const QString ibusName = QStringLiteral("org.freedesktop.IBus");
-const QString fcitxName = QStringLiteral("org.fcitx.Fcitx5");
-
-} // namespace
-
-IbusOwner::IbusOwner(const QDBusConnection& sessionBus, std::function<void()> onChanged)
-    : bus_(sessionBus), onChanged_(std::move(onChanged)) {
-    if (!bus_.isConnected()) return;
-    // The watch comes before the questions, so that no change falls between them.
-    watcher_.setConnection(bus_);
-    watcher_.setWatchMode(QDBusServiceWatcher::WatchForOwnerChange);
-    watcher_.setWatchedServices({ibusName, fcitxName});
-    connect(&watcher_, &QDBusServiceWatcher::serviceOwnerChanged, this, [this](const QString& name) {
-        if (name == ibusName) set(false); // what was agreed with the last owner is void
-        ask();
-    });
-    bus_.connect(QString(), "/org/freedesktop/DBus/Local", "org.freedesktop.DBus.Local", "Disconnected", this,
-                 SLOT(loseBus()));
-    ask();
-}
+IbusOwner::IbusOwner(std::shared_ptr<BusLink> sessionBus, std::function<void()> onChanged)
+    : onChanged_(std::move(onChanged)),
+      ibus_(sessionBus, "org.freedesktop.IBus",
+            [this] {
+                set(false); // what was agreed with the last owner is void
+                ask();
+            }),
+      fcitx_(std::move(sessionBus), "org.fcitx.Fcitx5", [this] { ask(); }) {}
 
 // Told by their processes, since one program may hold the two names with two connections.
 void IbusOwner::ask() {
     ++questions_;
-    askFor(ibusName, [this](Process ibus) {
-        askFor(fcitxName, [this, ibus](Process fcitx) { set(ibus && ibus != fcitx); });
+    if (!ibus_.isOwned()) return set(false);
+    askFor(ibus_, [this](Process ibus) {
+        askFor(fcitx_, [this, ibus](Process fcitx) { set(ibus && ibus != fcitx); });
     });
 }
 
-void IbusOwner::askFor(const QString& name, std::function<void(Process)> take) {
-    auto message = QDBusMessage::createMethodCall("org.freedesktop.DBus", "/org/freedesktop/DBus",
-                                                  "org.freedesktop.DBus", "GetConnectionUnixProcessID");
-    message << name;
-    auto* call = new QDBusPendingCallWatcher(bus_.asyncCall(message), this);
-    connect(call, &QDBusPendingCallWatcher::finished, this,
-            [this, take = std::move(take), question = questions_](QDBusPendingCallWatcher* finished) {
-                const QDBusPendingReply<uint> reply = *finished;
-                finished->deleteLater();
-                if (question == questions_) take(reply.isValid() ? Process(reply.value()) : std::nullopt);
-            });
-}
-
-void IbusOwner::loseBus() {
-    ++questions_;
-    set(false);
+void IbusOwner::askFor(const BusName& name, std::function<void(Process)> take) {
+    if (!name.isOwned()) return take(std::nullopt);
+    name.bus()->call(bus_call::toBus("GetConnectionUnixProcessID", {name.owner()}), &context_,
+                     [this, take = std::move(take), question = questions_](const QDBusMessage& reply) {
+                         if (question == questions_) take(bus_call::numberIn(reply));
+                     });
 }
 
 void IbusOwner::set(bool isThere) {

@@ -4,20 +4,16 @@
 // A member of the framework; needs the event loop. Nothing is ever started by it. Main thread.
 #pragma once
 
-#include <QDBusConnection>
-#include <QDBusServiceWatcher>
-#include <QObject>
-#include <functional>
+#include "platform/linux/bus/bus_name.h"
+
 #include <optional>
 
 namespace hopsel {
 
-class IbusOwner final : public QObject {
-    Q_OBJECT
-
+class IbusOwner final {
   public:
     /// `onChanged` is called from the event loop; when one owner follows another, also in between.
-    IbusOwner(const QDBusConnection& sessionBus, std::function<void()> onChanged);
+    IbusOwner(std::shared_ptr<BusLink> sessionBus, std::function<void()> onChanged);
 
     /// False until the bus has answered, and when it is lost.
     bool isThere() const { return isThere_; }
@@ -25,15 +21,15 @@ class IbusOwner final : public QObject {
   private:
     using Process = std::optional<uint>;
     void ask();
-    void askFor(const QString& name, std::function<void(Process)> take);
+    void askFor(const BusName& name, std::function<void(Process)> take);
     void set(bool isThere);
-    Q_SLOT void loseBus();
 
-    QDBusConnection bus_;
     std::function<void()> onChanged_;
-    QDBusServiceWatcher watcher_;
     unsigned questions_ = 0; ///< answers to all but the last are out of date
     bool isThere_ = false;
+    BusName ibus_;
+    BusName fcitx_;
+    QObject context_; ///< answers end with it
 };
 
 } // namespace hopsel

@@ -7,11 +7,13 @@
 
 namespace hopsel {
 
-IbusSettings::IbusSettings(const QDBusConnection& sessionBus, std::function<void()> onChanged)
-    : bus_(sessionBus), onChanged_(std::move(onChanged)), values_(stored()) {
-    bus_.connect(QString(), "/ca/desrt/dconf/Writer/user", "ca.desrt.dconf.Writer", "Notify", this,
-                 SLOT(noteChange()));
-}
+IbusSettings::IbusSettings(std::shared_ptr<BusLink> sessionBus, std::function<void()> onChanged)
+    : onChanged_(std::move(onChanged)),
+      values_(stored()),
+      // From whomever it comes: it is only the reason to read.
+      changes_(std::move(sessionBus),
+               {"", "/ca/desrt/dconf/Writer/user", "ca.desrt.dconf.Writer", "Notify", "sass", ""},
+               [this](const QDBusMessage&) { read(); }) {}
 
 void IbusSettings::read() {
     Values now = stored();

@@ -4,20 +4,17 @@
 // missing, `read` finds them. Main thread.
 #pragma once
 
+#include "platform/linux/bus/bus_link.h"
 #include "platform/linux/dconf/stored_settings.h"
 #include "platform/linux/xkb/xkb_groups.h"
 
-#include <QDBusConnection>
-#include <QObject>
 #include <QStringList>
 #include <functional>
 #include <vector>
 
 namespace hopsel {
 
-class IbusSettings final : public QObject {
-    Q_OBJECT
-
+class IbusSettings final {
   public:
     struct Values {
         QStringList engines;              ///< those the user switches between, in their order, each once
@@ -29,20 +26,19 @@ class IbusSettings final : public QObject {
     };
 
     /// `onChanged` is called from the event loop or by `read`.
-    IbusSettings(const QDBusConnection& sessionBus, std::function<void()> onChanged);
+    IbusSettings(std::shared_ptr<BusLink> sessionBus, std::function<void()> onChanged);
 
     const Values& values() const { return values_; }
     void read();
 
   private:
     Values stored();
-    Q_SLOT void noteChange() { read(); }
 
-    QDBusConnection bus_;
     std::function<void()> onChanged_;
     StoredSettings general_{"org.freedesktop.ibus.general"};
     StoredSettings hangul_{"org.freedesktop.ibus.engine.hangul"};
     Values values_;
+    BusSubscription changes_;
 };
 
 } // namespace hopsel

@@ -15,10 +15,6 @@ namespace {
 
 using Json = nlohmann::json;
 
-const QString fcitxName = QStringLiteral("org.fcitx.Fcitx5");
-const QString ibusName = QStringLiteral("org.freedesktop.IBus");
-const QString gnomeName = QStringLiteral("org.gnome.Shell");
-
 template <class Source>
 DesktopSwitchKeys::Reader reader(std::shared_ptr<Source> source) {
     return [source = std::move(source)] { return source->read(); };
@@ -44,8 +40,11 @@ DesktopSwitchKeys::Readers DesktopSwitchKeys::liveReaders() {
             reader(std::make_shared<XkbSwitchKeys>())};
 }
 
-DesktopSwitchKeys::DesktopSwitchKeys(const QDBusConnection& bus, Readers readers)
-    : owners_(bus, {fcitxName, ibusName, gnomeName}), readers_(std::move(readers)) {}
+DesktopSwitchKeys::DesktopSwitchKeys(const std::shared_ptr<BusLink>& sessionBus, Readers readers)
+    : fcitx_(sessionBus, "org.fcitx.Fcitx5"),
+      ibus_(sessionBus, "org.freedesktop.IBus"),
+      gnome_(sessionBus, "org.gnome.Shell"),
+      readers_(std::move(readers)) {}
 
 std::vector<ShortcutKey> DesktopSwitchKeys::bound() const {
     std::vector<ShortcutKey> keys = readers_.xServer();
@@ -53,11 +52,11 @@ std::vector<ShortcutKey> DesktopSwitchKeys::bound() const {
         const auto more = read();
         keys.insert(keys.end(), more.begin(), more.end());
     };
-    const bool hasGnome = owners_.hasOwner(gnomeName);
+    const bool hasGnome = gnome_.isOwned();
     if (hasGnome) add(readers_.gnome);
-    if (owners_.hasOwner(fcitxName)) {
+    if (fcitx_.isOwned()) {
         add(readers_.fcitx); // which owns the name of IBus as well
-    } else if (owners_.hasOwner(ibusName) && !hasGnome) {
+    } else if (ibus_.isOwned() && !hasGnome) {
         // It is the panel of IBus that has its keys; GNOME runs IBus without one.
         add(readers_.ibus);
     }

@@ -6,7 +6,7 @@
 #pragma once
 
 #include "core/keys/shortcut_key.h"
-#include "platform/linux/bus/bus_name_owners.h"
+#include "platform/linux/bus/bus_name.h"
 
 #include <functional>
 #include <vector>
@@ -26,8 +26,7 @@ class DesktopSwitchKeys {
     /// The user's own settings. Nothing is opened or read before the first question.
     static Readers liveReaders();
 
-    /// `bus` is the session bus.
-    DesktopSwitchKeys(const QDBusConnection& bus, Readers readers);
+    DesktopSwitchKeys(const std::shared_ptr<BusLink>& sessionBus, Readers readers);
 
     /// What is bound by the programs that are in charge now, with left modifier keys.
     std::vector<ShortcutKey> bound() const;
@@ -36,7 +35,9 @@ class DesktopSwitchKeys {
     bool conflicts(const ShortcutKey& key) const;
 
   private:
-    BusNameOwners owners_;
+    BusName fcitx_;
+    BusName ibus_;
+    BusName gnome_;
     Readers readers_;
 };
 

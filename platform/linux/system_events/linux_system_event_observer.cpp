@@ -2,8 +2,10 @@
 
 namespace hopsel {
 
-LinuxSystemEventObserver::LinuxSystemEventObserver(std::shared_ptr<InputSourceCatalog> catalog)
-    : catalog_(std::move(catalog)) {}
+LinuxSystemEventObserver::LinuxSystemEventObserver(std::shared_ptr<InputSourceCatalog> catalog,
+                                                   std::shared_ptr<BusLink> systemBus,
+                                                   std::shared_ptr<BusLink> sessionBus)
+    : catalog_(std::move(catalog)), systemBus_(std::move(systemBus)), sessionBus_(std::move(sessionBus)) {}
 
 LinuxSystemEventObserver::~LinuxSystemEventObserver() { stop(); }
 
@@ -15,7 +17,18 @@ void LinuxSystemEventObserver::start() {
     catalog_->onSourcesChanged = [this] {
         if (const auto callback = onInputSourcesChanged) callback();
     };
-    retry();
+    logind_ = std::make_unique<LogindWatch>(
+        systemBus_, session_,
+        LogindWatch::Callbacks{
+            [this](bool goes) { tell(goes ? SystemEvent::willSleep : SystemEvent::didWake); },
+            [this](bool isActive) {
+                tell(isActive ? SystemEvent::sessionBecameActive : SystemEvent::sessionResigned);
+            },
+            [this](bool isChange) { updateLock(isChange); }});
+    savers_ = std::make_unique<ScreenSaverWatch>(sessionBus_, [this](bool isActive) {
+        isSaverActive_ = isActive;
+        updateLock(true);
+    });
 }
 
 void LinuxSystemEventObserver::stop() {
@@ -24,37 +37,6 @@ void LinuxSystemEventObserver::stop() {
     catalog_->onSourcesChanged = nullptr;
     logind_.reset();
     savers_.reset();
-    systemBus_.disconnect();
-    sessionBus_.disconnect();
-}
-
-void LinuxSystemEventObserver::retry() {
-    if (!isStarted_) return;
-    if (!systemBus_.isConnected()) {
-        logind_.reset();
-        if (systemBus_.connect())
-            logind_ = std::make_unique<LogindWatch>(
-                systemBus_.connection(), session_,
-                LogindWatch::Callbacks{
-                    [this](bool goes) { tell(goes ? SystemEvent::willSleep : SystemEvent::didWake); },
-                    [this](bool isActive) {
-                        tell(isActive ? SystemEvent::sessionBecameActive : SystemEvent::sessionResigned);
-                    },
-                    [this](bool isChange) { updateLock(isChange); }});
-    }
-    if (!sessionBus_.isConnected()) {
-        if (savers_) {
-            // Nobody is left to say that it ended.
-            savers_.reset();
-            isSaverActive_ = false;
-            updateLock(true);
-        }
-        if (sessionBus_.connect())
-            savers_ = std::make_unique<ScreenSaverWatch>(sessionBus_.connection(), [this](bool isActive) {
-                isSaverActive_ = isActive;
-                updateLock(true);
-            });
-    }
 }
 
 void LinuxSystemEventObserver::updateLock(bool isChange) {

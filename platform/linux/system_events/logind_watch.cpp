@@ -1,64 +1,41 @@
 #include "platform/linux/system_events/logind_watch.h"
 
+#include "platform/linux/bus/bus_call.h"
+
 #include <QCoreApplication>
 #include <QDBusArgument>
-#include <QDBusMessage>
 #include <QDBusObjectPath>
-#include <QDBusServiceWatcher>
-#include <QDBusVariant>
 #include <unistd.h>
 
 namespace hopsel {
 
 namespace {
 
-constexpr const char* service = "org.freedesktop.login1";
 constexpr const char* managerPath = "/org/freedesktop/login1";
 constexpr const char* managerInterface = "org.freedesktop.login1.Manager";
 constexpr const char* sessionInterface = "org.freedesktop.login1.Session";
 constexpr const char* propertiesInterface = "org.freedesktop.DBus.Properties";
 
-/// The reply's first argument, if it is one.
-QVariant first(const QDBusMessage& reply) {
-    return reply.type() == QDBusMessage::ReplyMessage ? reply.arguments().value(0) : QVariant();
-}
-
-QString objectPath(const QDBusMessage& reply) { return qvariant_cast<QDBusObjectPath>(first(reply)).path(); }
-
-QVariantMap map(const QVariant& value) {
-    if (!value.canConvert<QDBusArgument>()) return {};
-    const auto argument = value.value<QDBusArgument>();
-    if (argument.currentSignature() != "a{sv}") return {};
-    return qdbus_cast<QVariantMap>(argument);
-}
-
 } // namespace
 
-LogindWatch::LogindWatch(const QDBusConnection& bus, SessionState& state, Callbacks callbacks)
-    : bus_(bus), state_(state), callbacks_(std::move(callbacks)) {
-    bus_.connect(service, managerPath, managerInterface, "PrepareForSleep", this,
-                 SLOT(prepareForSleep(bool)));
-    auto* watcher = new QDBusServiceWatcher(
-        service, bus_,
-        QDBusServiceWatcher::WatchForRegistration | QDBusServiceWatcher::WatchForUnregistration, this);
-    connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, [this] { findSession(); });
-    connect(watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] { forgetSession(); });
-    findSession();
+LogindWatch::LogindWatch(std::shared_ptr<BusLink> systemBus, SessionState& state, Callbacks callbacks)
+    : state_(state),
+      callbacks_(std::move(callbacks)),
+      logind_(std::move(systemBus), "org.freedesktop.login1", [this] { followOwner(); }) {
+    logind_.listen(
+        {"", managerPath, managerInterface, "PrepareForSleep", "b", ""},
+        [this](const QDBusMessage& signal) { callbacks_.onSleep(signal.arguments().constFirst().toBool()); });
 }
 
-void LogindWatch::prepareForSleep(bool goesToSleep) { callbacks_.onSleep(goesToSleep); }
+void LogindWatch::followOwner() {
+    session_.clear();
+    changes_.reset();
+    if (logind_.isOwned()) findSession();
+}
 
 void LogindWatch::call(const QString& path, const QString& interface, const QString& method,
-                       const QVariantList& arguments, Reply reply) {
-    QDBusMessage message = QDBusMessage::createMethodCall(service, path, interface, method);
-    message.setAutoStartService(false);
-    message.setArguments(arguments);
-    auto* watcher = new QDBusPendingCallWatcher(bus_.asyncCall(message), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this,
-            [handle = std::move(reply)](QDBusPendingCallWatcher* finished) {
-                finished->deleteLater();
-                handle(finished->reply());
-            });
+                       const QVariantList& arguments, BusLink::Answer onAnswer) {
+    logind_.call(path, interface, method, arguments, &context_, std::move(onAnswer));
 }
 
 // A program that the user's service manager started belongs to no session; it serves the one with the
@@ -67,7 +44,7 @@ void LogindWatch::findSession() {
     const QString id = qEnvironmentVariable("XDG_SESSION_ID");
     if (id.isEmpty()) return findSessionOfProcess();
     call(managerPath, managerInterface, "GetSession", {id}, [this](const QDBusMessage& reply) {
-        const QString path = objectPath(reply);
+        const QString path = bus_call::pathIn(reply);
         path.isEmpty() ? findSessionOfProcess() : takeSession(path);
     });
 }
@@ -75,19 +52,19 @@ void LogindWatch::findSession() {
 void LogindWatch::findSessionOfProcess() {
     const auto process = static_cast<uint>(QCoreApplication::applicationPid());
     call(managerPath, managerInterface, "GetSessionByPID", {process}, [this](const QDBusMessage& reply) {
-        const QString path = objectPath(reply);
+        const QString path = bus_call::pathIn(reply);
         path.isEmpty() ? findSessionOfUser() : takeSession(path);
     });
 }
 
 void LogindWatch::findSessionOfUser() {
     call(managerPath, managerInterface, "GetUser", {uint(getuid())}, [this](const QDBusMessage& user) {
-        const QString path = objectPath(user);
+        const QString path = bus_call::pathIn(user);
         if (path.isEmpty()) return;
         call(path, propertiesInterface, "Get", {"org.freedesktop.login1.User", "Display"},
              [this](const QDBusMessage& reply) {
-                 const QVariant display = qvariant_cast<QDBusVariant>(first(reply)).variant();
-                 if (!display.canConvert<QDBusArgument>()) return;
+                 const QVariant display = bus_call::variantIn(reply);
+                 if (display.userType() != qMetaTypeId<QDBusArgument>()) return;
                  const auto argument = display.value<QDBusArgument>();
                  if (argument.currentSignature() != "(so)") return;
                  QString id;
@@ -102,31 +79,26 @@ void LogindWatch::findSessionOfUser() {
 
 void LogindWatch::takeSession(const QString& path) {
     if (path.isEmpty() || path == "/" || path == session_) return;
-    forgetSession();
     session_ = path;
-    bus_.connect(service, session_, propertiesInterface, "PropertiesChanged", this,
-                 SLOT(propertiesChanged(QString, QVariantMap, QStringList)));
+    changes_ = std::make_unique<BusSubscription>(
+        logind_.bus(),
+        BusSignal{logind_.owner(), session_, propertiesInterface, "PropertiesChanged", "sa{sv}as", ""},
+        [this](const QDBusMessage& signal) { propertiesChanged(signal); });
     readProperties();
 }
 
-void LogindWatch::forgetSession() {
-    if (session_.isEmpty()) return;
-    bus_.disconnect(service, session_, propertiesInterface, "PropertiesChanged", this,
-                    SLOT(propertiesChanged(QString, QVariantMap, QStringList)));
-    session_.clear();
-}
-
-void LogindWatch::propertiesChanged(const QString& interface, const QVariantMap& changed,
-                                    const QStringList& invalidated) {
-    if (interface != sessionInterface) return;
-    takeProperties(changed);
+void LogindWatch::propertiesChanged(const QDBusMessage& signal) {
+    if (signal.arguments().at(0).toString() != sessionInterface) return;
+    takeProperties(bus_call::propertiesIn(signal.arguments().at(1)));
+    const QStringList invalidated = signal.arguments().at(2).toStringList();
     if (invalidated.contains("Active") || invalidated.contains("LockedHint")) readProperties();
 }
 
 void LogindWatch::readProperties() {
     call(session_, propertiesInterface, "GetAll", {QString(sessionInterface)},
          [this, asked = session_](const QDBusMessage& reply) {
-             if (asked == session_) takeProperties(map(first(reply)));
+             if (asked == session_ && bus_call::isReply(reply, "a{sv}"))
+                 takeProperties(bus_call::propertiesIn(reply.arguments().constFirst()));
          });
 }
 

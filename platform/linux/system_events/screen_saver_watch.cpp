@@ -2,33 +2,27 @@
 
 namespace hopsel {
 
-ScreenSaverWatch::ScreenSaverWatch(const QDBusConnection& bus, std::function<void(bool isActive)> onActive)
-    : bus_(bus), onActive_(std::move(onActive)) {
-    deaths_.setConnection(bus_);
-    deaths_.setWatchMode(QDBusServiceWatcher::WatchForUnregistration);
-    // One that dies leaves the screen open, whatever it said last.
-    connect(&deaths_, &QDBusServiceWatcher::serviceUnregistered, this,
-            [this](const QString& saver) { set(saver, false); });
+ScreenSaverWatch::ScreenSaverWatch(const std::shared_ptr<BusLink>& sessionBus,
+                                   std::function<void(bool isActive)> onActive)
+    : onActive_(std::move(onActive)) {
     // The same signal under the names of the desktops; the objects' paths differ.
-    for (const char* interface : {"org.freedesktop.ScreenSaver", "org.gnome.ScreenSaver",
-                                  "org.mate.ScreenSaver", "org.cinnamon.ScreenSaver", "org.xfce.ScreenSaver"})
-        bus_.connect(QString(), QString(), interface, "ActiveChanged", this,
-                     SLOT(activeChanged(bool, QDBusMessage)));
-}
-
-void ScreenSaverWatch::activeChanged(bool isActive, const QDBusMessage& signal) {
-    set(signal.service(), isActive);
+    for (const char* saver : {"org.freedesktop.ScreenSaver", "org.gnome.ScreenSaver", "org.mate.ScreenSaver",
+                              "org.cinnamon.ScreenSaver", "org.xfce.ScreenSaver"}) {
+        const QString name = saver;
+        savers_.push_back(std::make_unique<BusName>(sessionBus, name, [this, name] { set(name, false); }));
+        savers_.back()->listen({"", "", name, "ActiveChanged", "b", ""},
+                               [this, name](const QDBusMessage& signal) {
+                                   set(name, signal.arguments().constFirst().toBool());
+                               });
+    }
 }
 
 void ScreenSaverWatch::set(const QString& saver, bool isActive) {
     const bool wasAny = !active_.isEmpty();
-    if (isActive) {
+    if (isActive)
         active_.insert(saver);
-        deaths_.addWatchedService(saver);
-    } else {
+    else
         active_.remove(saver);
-        deaths_.removeWatchedService(saver);
-    }
     if (const bool isAny = !active_.isEmpty(); isAny != wasAny) onActive_(isAny);
 }
 

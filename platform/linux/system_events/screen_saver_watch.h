@@ -1,31 +1,25 @@
 // The screen savers of the desktops: is one active?
 //
-// Owned by the system-event observer, one for each connection to the session bus, which outlives it.
+// Owned by the system-event observer. Each is heard under its own name alone; one that dies, or whose bus is
+// lost, leaves the screen open, whatever it said last. Main thread.
 #pragma once
 
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusServiceWatcher>
-#include <QObject>
+#include "platform/linux/bus/bus_name.h"
+
 #include <QSet>
-#include <functional>
 
 namespace hopsel {
 
-class ScreenSaverWatch final : public QObject {
-    Q_OBJECT
-
+class ScreenSaverWatch final {
   public:
-    ScreenSaverWatch(const QDBusConnection& bus, std::function<void(bool isActive)> onActive);
+    ScreenSaverWatch(const std::shared_ptr<BusLink>& sessionBus, std::function<void(bool isActive)> onActive);
 
   private:
-    Q_SLOT void activeChanged(bool isActive, const QDBusMessage& signal);
     void set(const QString& saver, bool isActive);
 
-    QDBusConnection bus_;
     std::function<void(bool)> onActive_;
-    QDBusServiceWatcher deaths_;
-    QSet<QString> active_; ///< bus names of the savers that are active
+    QSet<QString> active_; ///< names of the savers that are active
+    std::vector<std::unique_ptr<BusName>> savers_;
 };
 
 } // namespace hopsel

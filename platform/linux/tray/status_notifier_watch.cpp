@@ -1,9 +1,7 @@
 #include "platform/linux/tray/status_notifier_watch.h"
 
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
-#include <QDBusVariant>
+#include "platform/linux/bus/bus_call.h"
+
 #include <utility>
 
 namespace hopsel {
@@ -15,32 +13,28 @@ constexpr QLatin1String path("/StatusNotifierWatcher");
 
 } // namespace
 
-StatusNotifierWatch::StatusNotifierWatch(const QDBusConnection& bus, std::function<void()> onChange)
-    : bus_(bus),
-      owner_(service, bus, QDBusServiceWatcher::WatchForOwnerChange),
-      onChange_(std::move(onChange)) {
-    connect(&owner_, &QDBusServiceWatcher::serviceOwnerChanged, this, &StatusNotifierWatch::ask);
+StatusNotifierWatch::StatusNotifierWatch(std::shared_ptr<BusLink> bus, std::function<void()> onChange)
+    : onChange_(std::move(onChange)), watcher_(std::move(bus), service, [this] { ask(); }) {
     for (const char* news : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"})
-        bus_.connect(QString(), path, service, QString::fromLatin1(news), this, SLOT(ask()));
+        watcher_.listen({"", path, service, news, "", ""}, [this](const QDBusMessage&) { ask(); });
+    QObject::connect(watcher_.bus().get(), &BusLink::connected, &context_, [this] { ask(); });
+    silence_.setSingleShot(true);
+    QObject::connect(&silence_, &QTimer::timeout, &context_, [this] { take(hasHost_.value_or(false)); });
+    silence_.start(std::chrono::seconds(1));
     ask();
 }
 
+// By the name, so that "nobody" is an answer as well.
 void StatusNotifierWatch::ask() {
-    if (!bus_.isConnected()) { // a call would not even fail
-        QMetaObject::invokeMethod(this, [this] { take(false); }, Qt::QueuedConnection);
+    if (!watcher_.bus()->isConnected()) {
+        if (hasHost_) take(false);
         return;
     }
-    QDBusMessage question = QDBusMessage::createMethodCall(
-        service, path, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
-    question << QString(service) << QStringLiteral("IsStatusNotifierHostRegistered");
-    question.setAutoStartService(false);
-    const unsigned number = ++question_;
-    auto* reply = new QDBusPendingCallWatcher(bus_.asyncCall(question), this);
-    connect(reply, &QDBusPendingCallWatcher::finished, this, [this, number](QDBusPendingCallWatcher* done) {
-        done->deleteLater();
+    const auto question = bus_call::method({service, path}, "org.freedesktop.DBus.Properties", "Get",
+                                           {QString(service), "IsStatusNotifierHostRegistered"});
+    watcher_.bus()->call(question, &context_, [this, number = ++question_](const QDBusMessage& reply) {
         if (number != question_) return;
-        const QDBusPendingReply<QDBusVariant> answer = *done;
-        const QVariant value = answer.isValid() ? answer.value().variant() : QVariant();
+        const QVariant value = bus_call::variantIn(reply);
         take(value.userType() == QMetaType::Bool && value.toBool());
     });
 }

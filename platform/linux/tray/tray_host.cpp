@@ -7,8 +7,8 @@
 
 namespace hopsel {
 
-TrayHost::TrayHost(const QDBusConnection& bus, bool isX11, Patience patience)
-    : bus_(bus), isX11_(isX11), patience_(patience) {
+TrayHost::TrayHost(std::shared_ptr<BusLink> bus, bool isX11, Patience patience)
+    : bus_(std::move(bus)), isX11_(isX11), patience_(patience) {
     waiting_.setSingleShot(true);
     QObject::connect(&waiting_, &QTimer::timeout, &waiting_, [this] { tell(); });
 }

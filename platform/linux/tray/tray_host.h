@@ -25,9 +25,9 @@ class TrayHost final : public TrayHosting {
         std::chrono::milliseconds withNone = std::chrono::seconds(5);
     };
 
-    /// `bus` is the session's, connected or not. `isX11`: our windows are X11 windows.
-    TrayHost(const QDBusConnection& bus, bool isX11, Patience patience);
-    TrayHost(const QDBusConnection& bus, bool isX11) : TrayHost(bus, isX11, Patience()) {}
+    /// `bus` is the session's. `isX11`: our windows are X11 windows.
+    TrayHost(std::shared_ptr<BusLink> bus, bool isX11, Patience patience);
+    TrayHost(std::shared_ptr<BusLink> bus, bool isX11) : TrayHost(std::move(bus), isX11, Patience()) {}
 
     void start(OnChange onChange) override;
     std::unique_ptr<PanelItem> makeItem(TrayKind kind, StatusMenu& menu) override;
@@ -41,7 +41,7 @@ class TrayHost final : public TrayHosting {
     void consider();
     void tell();
 
-    QDBusConnection bus_;
+    std::shared_ptr<BusLink> bus_;
     bool isX11_;
     Patience patience_;
     OnChange onChange_;

@@ -3,6 +3,7 @@
 #include "platform/linux/accessibility/atspi_secure_input.h"
 #include "session/x_server.h"
 #include "session/x_window.h"
+#include "support/bus_links.h"
 #include "support/fakes/engine_fakes.h"
 
 #include <gmock/gmock.h>
@@ -19,15 +20,9 @@ using enum SecureInputState;
 class AtspiSecureInputTest : public testing::TestWithParam<Toolkit> {
   protected:
     AtspiSecureInputTest() { server.startWindowManager(); }
-    ~AtspiSecureInputTest() override {
-        input.reset();
-        QDBusConnection::disconnectFromBus("product");
-    }
 
     void watch() {
-        input = std::make_unique<AtspiSecureInput>(
-            QDBusConnection::connectToBus(QString::fromStdString(desktop.sessionBus.address()), "product"),
-            log);
+        input = std::make_unique<AtspiSecureInput>(linkTo(desktop.sessionBus.address()), log);
         input->onStateChange = [this] { states.push_back(input->state()); };
     }
     bool reaches(SecureInputState state) {

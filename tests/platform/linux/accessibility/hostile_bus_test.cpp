@@ -1,6 +1,7 @@
 // A launcher and a program that answer anything, late or not at all.
 #include "platform/linux/accessibility/atspi_secure_input.h"
 #include "session/private_bus.h"
+#include "support/bus_links.h"
 #include "support/fakes/engine_fakes.h"
 #include "support/played_object.h"
 
@@ -18,15 +19,8 @@ namespace {
 class HostileBus : public testing::Test {
   protected:
     HostileBus() { launcher.answers["Get"] = replyWith(QVariant::fromValue(QDBusVariant(true))); }
-    ~HostileBus() override {
-        input.reset();
-        QDBusConnection::disconnectFromBus("product");
-    }
     void answerAddress(const QVariant& address) { launcher.answers["GetAddress"] = replyWith(address); }
-    void watch() {
-        input = std::make_unique<AtspiSecureInput>(
-            QDBusConnection::connectToBus(QString::fromStdString(sessionBus.address()), "product"), log);
-    }
+    void watch() { input = std::make_unique<AtspiSecureInput>(linkTo(sessionBus.address()), log); }
     bool reachesWatching() {
         return runLoopUntil([&] {
             input->retry();

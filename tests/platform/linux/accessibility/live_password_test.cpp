@@ -2,8 +2,8 @@
 #include "accessible_desktop.h"
 #include "platform/linux/accessibility/atspi_secure_input.h"
 #include "platform/linux/x11/live_engine.h"
+#include "support/bus_links.h"
 
-#include <QDBusConnection>
 #include <csignal>
 
 using namespace hopsel;
@@ -15,9 +15,8 @@ namespace {
 struct SecureDesktop {
     AccessibleDesktop desktop;
     fakes::RecordingLog secureInputLog;
-    std::shared_ptr<AtspiSecureInput> secureInput = std::make_shared<AtspiSecureInput>(
-        QDBusConnection::connectToBus(QString::fromStdString(desktop.sessionBus.address()), "live"),
-        secureInputLog);
+    std::shared_ptr<AtspiSecureInput> secureInput =
+        std::make_shared<AtspiSecureInput>(linkTo(desktop.sessionBus.address()), secureInputLog);
 };
 
 class LivePassword : private SecureDesktop, public LiveEngine {
@@ -27,7 +26,6 @@ class LivePassword : private SecureDesktop, public LiveEngine {
         engine->stop();
         engine.reset();
         secureInput.reset();
-        QDBusConnection::disconnectFromBus("live");
     }
     std::unique_ptr<ChildProcess> startProgram() const {
         return desktop.startProgram(AccessibleDesktop::Toolkit::gtk);

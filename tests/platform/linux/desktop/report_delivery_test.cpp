@@ -5,6 +5,7 @@
 #include "platform/linux/desktop/desktop_rig.h"
 #include "session/private_bus.h"
 #include "session/x_server.h"
+#include "support/bus_links.h"
 
 #include <QApplication>
 #include <QFileDialog>
@@ -22,8 +23,6 @@ namespace {
 
 class ReportDelivery : public testing::Test {
   protected:
-    ~ReportDelivery() override { QDBusConnection::disconnectFromBus("delivery"); }
-
     using Answer = std::function<void(QFileDialog&)>;
     /// Saves, with a user who answers the dialog.
     std::optional<std::filesystem::path> save(const Answer& answer) {
@@ -50,7 +49,7 @@ class ReportDelivery : public testing::Test {
     ProgramsInPath programs;
     RecordingLog log;
     DesktopReportDelivery delivery{
-        QDBusConnection::connectToBus(qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"), "delivery"), log};
+        hopsel::test::linkTo(qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS").toStdString()), log};
 };
 
 TEST_F(ReportDelivery, SavesWhereTheUserSaysAndOpensTheFolder) {

@@ -2,6 +2,7 @@
 #include "platform/linux/desktops/gnome_sources.h"
 
 #include "session/ibus_session.h"
+#include "support/bus_links.h"
 #include "support/framework_watch.h"
 #include "support/played_object.h"
 
@@ -17,7 +18,7 @@ class GnomeSourcesTest : public testing::Test {
 
     session::IbusSession session; // for its settings
     PlayedObject shell{session.busAddress(), "org.gnome.Shell", "/"};
-    GnomeSources sources;
+    GnomeSources sources{linkTo(session.busAddress())};
     FrameworkWatch watch{sources};
 };
 

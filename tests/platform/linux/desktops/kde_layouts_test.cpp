@@ -2,6 +2,7 @@
 // never.
 #include "platform/linux/desktops/kde_layouts.h"
 
+#include "platform/linux/bus/bus_address.h"
 #include "session/private_bus.h"
 #include "support/framework_watch.h"
 #include "support/played_object.h"
@@ -45,7 +46,7 @@ class KdeLayoutsTest : public testing::Test {
   protected:
     session::PrivateBus bus;
     KdeDaemon daemon{bus};
-    KdeLayouts layouts;
+    KdeLayouts layouts{std::make_shared<BusLink>(bus_address::session)};
     FrameworkWatch watch{layouts};
 };
 

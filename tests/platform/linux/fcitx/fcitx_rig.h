@@ -3,6 +3,7 @@
 
 #include "platform/linux/fcitx/fcitx_input_sources.h"
 #include "session/fcitx_session.h"
+#include "support/bus_links.h"
 #include "support/framework_watch.h"
 
 #include <QDBusConnection>
@@ -21,7 +22,8 @@ class FcitxRig : public testing::Test {
     bool reach(const std::function<bool()>& condition) const { return retryUntil(*sources, condition); }
 
     session::FcitxSession session;
-    std::shared_ptr<FcitxInputSources> sources = std::make_shared<FcitxInputSources>(connect());
+    std::shared_ptr<FcitxInputSources> sources =
+        std::make_shared<FcitxInputSources>(linkTo(session.bus().address()));
     FrameworkWatch watch{*sources};
     LiveInputSourceService service{sources, uptimeSeconds, runFor};
 };

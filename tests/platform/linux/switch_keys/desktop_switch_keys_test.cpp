@@ -9,6 +9,7 @@
 #include "session/private_bus.h"
 #include "session/x_layouts.h"
 #include "session/x_server.h"
+#include "support/bus_links.h"
 #include "support/qt_waiting.h"
 
 #include <filesystem>
@@ -143,16 +144,14 @@ TEST(DesktopSwitchKeys, CountWhileTheirProgramIsInChargeOfTheSession) {
     const auto fcitx = QStringLiteral("org.fcitx.Fcitx5"), ibus = QStringLiteral("org.freedesktop.IBus"),
                gnome = QStringLiteral("org.gnome.Shell");
     session::PrivateBus bus;
-    const auto connect = [&bus](const QString& name) {
-        return QDBusConnection::connectToBus(QString::fromStdString(bus.address()), name);
-    };
     const auto reading = [](const char* key) { return [key] { return keys({key}); }; };
     const DesktopSwitchKeys::Readers readers{reading("F1"), reading("F2"), reading("F3"), reading("F4")};
     const auto become = [](const DesktopSwitchKeys& desktop, const std::vector<std::string>& expected) {
         return runLoopUntil([&] { return desktop.bound() == keys(expected); });
     };
-    QDBusConnection owner = connect(QStringLiteral("owning"));
-    const DesktopSwitchKeys desktop(connect(QStringLiteral("watching")), readers);
+    QDBusConnection owner =
+        QDBusConnection::connectToBus(QString::fromStdString(bus.address()), QStringLiteral("owning"));
+    const DesktopSwitchKeys desktop(test::linkTo(bus.address()), readers);
     EXPECT_EQ(desktop.bound(), keys({"F4"}));
     owner.registerService(ibus);
     EXPECT_TRUE(become(desktop, {"F4", "F2"}));
@@ -164,13 +163,12 @@ TEST(DesktopSwitchKeys, CountWhileTheirProgramIsInChargeOfTheSession) {
     EXPECT_TRUE(become(desktop, {"F4", "F3"}));
     bus.kill();
     EXPECT_TRUE(become(desktop, {"F4"}));
-    QDBusConnection::disconnectFromBus(QStringLiteral("watching"));
     QDBusConnection::disconnectFromBus(QStringLiteral("owning"));
 }
 
 TEST(DesktopSwitchKeys, EveryBoundKeyConflictsAndTheStockKeysOfMacOSDoNot) {
     std::vector<ShortcutKey> bound;
-    const DesktopSwitchKeys desktop(QDBusConnection(QStringLiteral("no such connection")),
+    const DesktopSwitchKeys desktop(test::linkTo(""),
                                     {nullptr, nullptr, nullptr, [&bound] { return bound; }});
     const ShortcutKey stock{49, {ModifierKey::leftControl}};
     EXPECT_FALSE(desktop.conflicts(stock));

@@ -113,7 +113,7 @@ TEST_F(NotifierPanel, IsPreferredUnlessAnItemOfTheOtherKindHasBeenMade) {
     const auto comes = [&](TrayKind kind) {
         return runLoopUntil([&] { return !told.empty(); }) && std::exchange(told, {}) == std::vector{kind};
     };
-    TrayHost host(QDBusConnection::sessionBus(), true, {much.withXEmbed, little.withNone});
+    TrayHost host(std::make_shared<BusLink>(bus_address::session), true, {much.withXEmbed, little.withNone});
     host.start([&](TrayKind kind) { told.push_back(kind); });
     ASSERT_TRUE(comes(TrayKind::none));
     auto trayer = startTrayer();

@@ -1,6 +1,7 @@
 // The program's status item over a model with fakes, for a real panel.
 #pragma once
 
+#include "platform/linux/bus/bus_address.h"
 #include "platform/linux/tray/tray_host.h"
 #include "session/child_process.h"
 #include "support/fakes/model_rig.h"
@@ -20,7 +21,8 @@ class PanelRig : public testing::Test {
 
     void makeController(TrayHost::Patience patience) {
         controller = std::make_unique<StatusItemController>(
-            model, std::make_unique<TrayHost>(QDBusConnection::sessionBus(), true, patience));
+            model,
+            std::make_unique<TrayHost>(std::make_shared<BusLink>(bus_address::session), true, patience));
         controller->onHostChanged = [this](bool hasHost) { hosts.push_back(hasHost); };
     }
     /// Runs the loop until the controller has said so.
