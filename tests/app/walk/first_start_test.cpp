@@ -91,7 +91,7 @@ TEST_F(WalkWithoutPanel, NothingIsShownAtLoginUntilItIsStartedByHand) {
     EXPECT_TRUE(startAgain({"--background"}));
     EXPECT_TRUE(reader.look().empty());
     EXPECT_TRUE(startAgain());
-    expectSeen("Show the current input in the menu bar");
+    expectSeen("Show the current input in the panel");
     pressWith(key::leftControl, KEY_W);
     click("Quit Hopsel");
     expectEnded();
