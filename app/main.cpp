@@ -12,6 +12,7 @@
 #include "ui/preview/render_ui.h"
 
 #include <QApplication>
+#include <QEvent>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -59,6 +60,8 @@ int runApplication(int argc, char** argv, hopsel::AppDelegate::Start start) {
     }
     const int status = QApplication::exec();
     delegate.willTerminate();
+    // What the end has put off would wait for a loop that never runs again.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     return status;
 }
 

@@ -40,7 +40,8 @@ std::function<PrintedKeys()> X11KeySession::printedKeys() const {
         X11Connection connection;
         first = x11_keymap::readMeanings(connection).printed();
     } catch (const std::runtime_error&) {
-    } // the names of a plain keyboard, then
+        first = {}; // those of a plain keyboard
+    }
     return [hook = std::weak_ptr<X11KeyHook>(hook_), first] {
         const auto now = hook.lock();
         return now && now->isOpen() ? now->meanings().printed() : first;

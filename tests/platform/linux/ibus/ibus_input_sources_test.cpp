@@ -84,6 +84,7 @@ TEST_F(IbusInputSourcesTest, SwitchIsVerifiedByTheDaemonsSignalWithTheEnginesLay
     EXPECT_EQ(sources->select(hangul.id), accepted) << "is current";
     EXPECT_TRUE(layouts.waitForGroup(1, 5s)) << "and yet its layout is wanted";
     IbusRig::set("/desktop/ibus/general/use-system-keyboard-layout", "true");
+    sources->retry(); // reads the settings; the signal that tells of them may come after the engine's
     EXPECT_TRUE(service.switchTo(english.id).verified);
     EXPECT_EQ(layouts.lockedGroup(), 1) << "the user wants it left alone";
 
