@@ -73,6 +73,7 @@ void AppModel::refreshEngineState() {
 
 void AppModel::refreshSourceList() {
     publish(sources_, parts_.directory->enabledSources());
+    publish(isAskingForSources_, parts_.directory->isAsking());
     currentSourceChanged();
 }
 

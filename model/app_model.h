@@ -133,6 +133,8 @@ class AppModel final : public ObservableObject {
 
     const std::vector<Rule>& rules() const { return rules_; }
     const std::vector<InputSourceInfo>& sources() const { return sources_; }
+    /// The platform has not told its sources yet; others than these may come in a moment.
+    bool isAskingForSources() const { return isAskingForSources_; }
     const std::optional<std::string>& currentSourceID() const { return currentSourceID_; }
     const EngineState& engineState() const { return engineState_; }
     ShortcutStatus shortcutStatus() const { return shortcutStatus_; }
@@ -173,6 +175,7 @@ class AppModel final : public ObservableObject {
 
     std::vector<Rule> rules_;
     std::vector<InputSourceInfo> sources_;
+    bool isAskingForSources_ = false;
     std::optional<std::string> currentSourceID_;
     EngineState engineState_;
     ShortcutStatus shortcutStatus_ = ShortcutStatus::notNeeded;

@@ -7,9 +7,31 @@
 namespace hopsel {
 
 OnboardingModel::OnboardingModel(AppModel& app, OnboardingStep startAt) : app_(app), step_(startAt) {
-    source_suggester::Suggestion suggestion = source_suggester::suggest(app_.selectableSources());
-    sourceAID_ = std::move(suggestion.a);
-    sourceBID_ = std::move(suggestion.b);
+    suggestSources();
+    app_.observe(this, [this] { suggestSources(); });
+}
+
+void OnboardingModel::setSourceAID(std::optional<std::string> id) {
+    isAPicked_ = true;
+    publish(sourceAID_, std::move(id));
+}
+
+void OnboardingModel::setSourceBID(std::optional<std::string> id) {
+    isBPicked_ = true;
+    publish(sourceBID_, std::move(id));
+}
+
+void OnboardingModel::suggestSources() {
+    if (step_ != OnboardingStep::key && step_ != OnboardingStep::sources) return; // the rule has been made
+    const auto [a, b] = source_suggester::suggest(app_.selectableSources());
+    const bool isAGone = !selectedA();
+    const bool isBGone = !selectedB();
+    isAPicked_ = isAPicked_ && !isAGone;
+    isBPicked_ = isBPicked_ && !isBGone;
+    const bool isAnew = !isAPicked_ && !isBPicked_;
+    // Beside what the user picked, the one of the pair that is left.
+    if (isAnew || isAGone) publish(sourceAID_, !isAnew && a == sourceBID_ ? b : a);
+    if (isAnew || isBGone) publish(sourceBID_, !isAnew && b == sourceAID_ ? a : b);
 }
 
 bool OnboardingModel::permissionGranted() const {
@@ -34,7 +56,8 @@ std::vector<RuleIssue> OnboardingModel::issues() const {
 bool OnboardingModel::canAdvance() const {
     switch (step_) {
     case OnboardingStep::key: return trigger_.has_value();
-    case OnboardingStep::sources: return trigger_ && selectedA() && selectedB() && issues().empty();
+    case OnboardingStep::sources:
+        return !app_.isAskingForSources() && trigger_ && selectedA() && selectedB() && issues().empty();
     case OnboardingStep::permission: return permissionGranted();
     case OnboardingStep::test: return testPassed();
     }
@@ -81,6 +104,7 @@ void OnboardingModel::back() {
         if (createdRuleID_) app_.removeRule(*createdRuleID_);
         createdRuleID_.reset();
         publish(step_, OnboardingStep::sources);
+        suggestSources();
         break;
     case OnboardingStep::test: publish(step_, OnboardingStep::permission); break;
     }

@@ -1,5 +1,7 @@
 // The four steps of the first run: choose a key, choose two input sources, grant the permission, try the key.
 //
+// The sources are suggested, and suggested again as others come and go, until the user has picked some.
+//
 // One for each showing of the onboarding window, which owns it and is outlived by the application model. The
 // rule it adds at the second step is a real one and stays unless the user goes back.
 #pragma once
@@ -27,9 +29,9 @@ class OnboardingModel final : public ObservableObject {
     const std::optional<ModifierKey>& trigger() const { return trigger_; }
     void setTrigger(std::optional<ModifierKey> key) { publish(trigger_, key); }
     const std::optional<std::string>& sourceAID() const { return sourceAID_; }
-    void setSourceAID(std::optional<std::string> id) { publish(sourceAID_, std::move(id)); }
+    void setSourceAID(std::optional<std::string> id);
     const std::optional<std::string>& sourceBID() const { return sourceBID_; }
-    void setSourceBID(std::optional<std::string> id) { publish(sourceBID_, std::move(id)); }
+    void setSourceBID(std::optional<std::string> id);
 
     /// From 1.
     int stepNumber() const { return static_cast<int>(step_) + 1; }
@@ -52,6 +54,7 @@ class OnboardingModel final : public ObservableObject {
 
   private:
     std::optional<InputSourceInfo> selected(const std::optional<std::string>& id) const;
+    void suggestSources();
     bool addRule();
 
     AppModel& app_;
@@ -59,6 +62,8 @@ class OnboardingModel final : public ObservableObject {
     std::optional<ModifierKey> trigger_ = ModifierKey::rightCommand;
     std::optional<std::string> sourceAID_;
     std::optional<std::string> sourceBID_;
+    bool isAPicked_ = false; ///< by the user, and not suggested
+    bool isBPicked_ = false;
     std::optional<std::string> createdRuleID_;
     std::optional<std::string> failure_;
     int baselineSwitchCount_ = 0;

@@ -23,6 +23,8 @@ class InputSourceDirectory {
 
     /// In the platform's order; also those that cannot be selected.
     virtual std::vector<InputSourceInfo> enabledSources() = 0;
+    /// The platform has not told its sources yet: see the catalog.
+    virtual bool isAsking() const { return false; }
     /// Absent when the platform reports none.
     virtual std::optional<std::string> currentID() = 0;
 };
@@ -33,6 +35,7 @@ class LiveInputSourceDirectory final : public InputSourceDirectory {
     ~LiveInputSourceDirectory() override;
 
     std::vector<InputSourceInfo> enabledSources() override { return catalog_->enabledKeyboardSources(); }
+    bool isAsking() const override { return catalog_->isAsking(); }
     std::optional<std::string> currentID() override { return catalog_->currentID(); }
 
     /// Takes the catalog's `onSelectedChanged` for as long as this object lives. A second call does nothing.

@@ -24,6 +24,9 @@ class InputSourceCatalog {
 
     /// In the platform's order; also those that cannot be selected.
     virtual std::vector<InputSourceInfo> enabledKeyboardSources() = 0;
+    /// The platform has not told its sources yet: those listed may give way to others in a moment. Its end is
+    /// told as a change of the sources.
+    virtual bool isAsking() const { return false; }
     /// Absent when the platform reports none.
     virtual std::optional<std::string> currentID() = 0;
     /// Asks the platform to make the source current; does not wait until it is.

@@ -63,10 +63,13 @@ class SourcesPage final : public OnboardingPage {
           app_(app),
           pickerA_(addPicker(l10n::Key::addRuleSourceA)),
           pickerB_(addPicker(l10n::Key::addRuleSourceB)),
+          asking_(new Text(words(l10n::Key::onbAskingSources), TextStyle::callout, Tone::secondary)),
           messages_(new QVBoxLayout) {
         pickerA_->onPicked = [this](const std::string& id) { model_.setSourceAID(id); };
         pickerB_->onPicked = [this](const std::string& id) { model_.setSourceBID(id); };
         messages_->setSpacing(6);
+        asking_->hide();
+        column()->addWidget(asking_);
         column()->addLayout(messages_);
         column()->addStretch(1);
     }
@@ -79,6 +82,7 @@ class SourcesPage final : public OnboardingPage {
             pickerB_->show(pickers.offered, pickers.b);
             shownPickers_ = std::move(pickers);
         }
+        asking_->setVisible(app_.isAskingForSources());
         std::vector<QString> messages = problems();
         if (messages != shownMessages_) {
             design::clear(messages_);
@@ -127,6 +131,7 @@ class SourcesPage final : public OnboardingPage {
     AppModel& app_;
     SourcePicker* pickerA_;
     SourcePicker* pickerB_;
+    Text* asking_;
     QVBoxLayout* messages_;
     std::optional<Pickers> shownPickers_;
     std::vector<QString> shownMessages_;

@@ -3,6 +3,7 @@
 #include "platform/linux/bus/bus_call.h"
 
 #include <QPointer>
+#include <utility>
 
 namespace hopsel {
 
@@ -26,7 +27,7 @@ BusName::BusName(std::shared_ptr<BusLink> bus, QString name, std::function<void(
       name_(std::move(name)),
       onOwnerChanged_(std::move(onOwnerChanged)),
       changes_(bus_, ownerChanges(name_), [this](const QDBusMessage& signal) {
-          isOwnerTold_ = true;
+          isOwnerTold_ = isKnown_ = true;
           setOwner(signal.arguments().at(2).toString());
       }) {
     QObject::connect(bus_.get(), &BusLink::connected, &context_, [this] { ask(); });
@@ -41,7 +42,9 @@ void BusName::ask() {
                [this](const QDBusMessage& reply) {
                    // A change that was told of is newer than any answer, or the same.
                    const auto owner = bus_call::textIn(reply);
-                   if (!isOwnerTold_ && owner) setOwner(*owner);
+                   const bool wasKnown = std::exchange(isKnown_, true);
+                   if (!isOwnerTold_ && owner) return setOwner(*owner);
+                   if (!wasKnown && !isOwned() && onUnowned) onUnowned();
                });
 }
 

@@ -20,6 +20,10 @@ class BusName {
     /// The owner's unique name, empty if there is none or nobody has said yet.
     const QString& owner() const { return owner_; }
     bool isOwned() const { return !owner_.isEmpty(); }
+    /// The bus has said who owns the name, if anybody, or there is no bus.
+    bool isKnown() const { return isKnown_ || !bus_->isOpen(); }
+    /// Called from the event loop when the bus's first word is that nobody owns it.
+    std::function<void()> onUnowned;
     const std::shared_ptr<BusLink>& bus() const { return bus_; }
 
     /// Hears the signal from whoever owns the name. The sender is filled in here.
@@ -40,6 +44,7 @@ class BusName {
     std::function<void()> onOwnerChanged_;
     QString owner_;
     bool isOwnerTold_ = false;
+    bool isKnown_ = false;
     unsigned ownerCount_ = 0; ///< tells an owner from the next, even if it is the same again
     BusSubscription changes_;
     std::vector<std::unique_ptr<BusSubscription>> heard_;

@@ -11,12 +11,16 @@ namespace hopsel {
 class FcitxDaemon {
   public:
     /// `onOwnerChanged` is called from the event loop.
-    FcitxDaemon(std::shared_ptr<BusLink> bus, std::function<void()> onOwnerChanged)
-        : name_(std::move(bus), QStringLiteral("org.fcitx.Fcitx5"), std::move(onOwnerChanged)) {}
+    FcitxDaemon(std::shared_ptr<BusLink> bus, const std::function<void()>& onOwnerChanged)
+        : name_(std::move(bus), QStringLiteral("org.fcitx.Fcitx5"), onOwnerChanged) {
+        name_.onUnowned = onOwnerChanged;
+    }
 
     const std::shared_ptr<BusLink>& bus() const { return name_.bus(); }
     /// Its unique name; empty while there is no Fcitx5.
     const QString& owner() const { return name_.owner(); }
+    /// The bus has told whether there is one, or there is no bus. `onOwnerChanged` tells of it.
+    bool isOwnerKnown() const { return name_.isKnown(); }
 
     /// Hands over the reply, or an error in its place, unless `context` or this Fcitx5 is gone by then.
     void call(const QString& method, const QVariantList& arguments, const QObject& context,

@@ -4,6 +4,7 @@
 #include "platform/linux/sources/platform_errors.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace hopsel {
 
@@ -86,10 +87,12 @@ void FcitxInputSources::report() {
     const bool isChangeOfSources = list_.sources() != reportedSources_;
     std::optional<std::string> id = currentID();
     const bool isChangeOfSelected = id != reportedID_;
+    const bool isChangeOfAsking = isAsking() != std::exchange(reportedAsking_, isAsking());
     reportedInCharge_ = isInCharge();
     reportedSources_ = list_.sources();
     reportedID_ = std::move(id);
     if (isChangeOfCharge && onInChargeChanged) onInChargeChanged();
+    if (isChangeOfAsking && onAskingChanged) onAskingChanged();
     if (isChangeOfSources && onSourcesChanged) onSourcesChanged();
     if (isChangeOfSelected && onSelectedChanged) onSelectedChanged();
 }

@@ -22,6 +22,9 @@ class FcitxInputSources final : public InputFramework {
     explicit FcitxInputSources(std::shared_ptr<BusLink> sessionBus);
 
     bool isInCharge() const override;
+    bool isAsking() const override {
+        return !daemon_.isOwnerKnown() || (!daemon_.owner().isEmpty() && !list_.isTold());
+    }
     void retry() override;
     void askCurrent() override {
         if (!daemon_.owner().isEmpty()) current_.ask();
@@ -52,6 +55,7 @@ class FcitxInputSources final : public InputFramework {
     bool isSelectionLost_ = false;              ///< Fcitx5 went away since then
 
     bool reportedInCharge_ = false;
+    bool reportedAsking_ = true;
     std::vector<InputSourceInfo> reportedSources_;
     std::optional<std::string> reportedID_;
     CoalescingTimer reportTimer_;

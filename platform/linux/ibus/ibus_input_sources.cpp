@@ -62,6 +62,7 @@ void IbusInputSources::forget() {
     unanswered_ = 0;
     isCurrentInDoubt_ = false;
     engines_.clear();
+    areEnginesTold_ = false;
     sources_.clear();
     current_.reset();
     updateInCharge();
@@ -90,6 +91,7 @@ void IbusInputSources::askForEngines() {
 void IbusInputSources::takeEngines(const QDBusMessage& reply) {
     const auto described = ibus_engine::described(reply);
     if (!described) return giveUp();
+    areEnginesTold_ = true;
     engines_.clear();
     for (const QString& id : settings_.values().engines) {
         const auto engine = std::find_if(described->begin(), described->end(),
@@ -196,11 +198,14 @@ void IbusInputSources::applyLayout(const QString& engineID) {
 
 void IbusInputSources::updateInCharge() {
     const bool isInCharge = current_.has_value() && !sources_.empty();
-    if (isInCharge == isInCharge_) return;
-    isInCharge_ = isInCharge;
-    reportedSources_ = sources_;
-    reportedID_ = currentID();
-    if (onInChargeChanged) onInChargeChanged();
+    if (isInCharge != isInCharge_) {
+        isInCharge_ = isInCharge;
+        reportedSources_ = sources_;
+        reportedID_ = currentID();
+        if (onInChargeChanged) onInChargeChanged();
+    }
+    const bool isAskingNow = isAsking();
+    if (std::exchange(reportedAsking_, isAskingNow) != isAskingNow && onAskingChanged) onAskingChanged();
 }
 
 void IbusInputSources::reportSources() {

@@ -36,6 +36,9 @@ class IbusInputSources final : public InputFramework {
 
     /// False also where no engine is set: there is nothing that IBus could switch to.
     bool isInCharge() const override { return isInCharge_; }
+    bool isAsking() const override {
+        return !owner_.isKnown() || (owner_.isThere() && !(current_ && areEnginesTold_));
+    }
     void retry() override;
 
   private:
@@ -59,6 +62,8 @@ class IbusInputSources final : public InputFramework {
     Log& log_;
     bool isLatinStartTold_ = false;
     std::vector<IbusEngine> engines_;
+    bool areEnginesTold_ = false;
+    bool reportedAsking_ = true;
     std::vector<InputSourceInfo> sources_;
     std::vector<InputSourceInfo> reportedSources_;
     std::optional<QString> current_; ///< absent until the daemon has told; empty: there is none

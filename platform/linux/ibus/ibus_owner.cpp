@@ -2,6 +2,8 @@
 
 #include "platform/linux/bus/bus_call.h"
 
+#include <utility>
+
 namespace hopsel {
 
 IbusOwner::IbusOwner(std::shared_ptr<BusLink> sessionBus, std::function<void()> onChanged)
@@ -11,12 +13,15 @@ IbusOwner::IbusOwner(std::shared_ptr<BusLink> sessionBus, std::function<void()> 
                 set(false); // what was agreed with the last owner is void
                 ask();
             }),
-      fcitx_(std::move(sessionBus), "org.fcitx.Fcitx5", [this] { ask(); }) {}
+      fcitx_(std::move(sessionBus), "org.fcitx.Fcitx5", [this] { ask(); }) {
+    ibus_.onUnowned = onChanged_;
+}
 
 // Told by their processes, since one program may hold the two names with two connections.
 void IbusOwner::ask() {
     ++questions_;
     if (!ibus_.isOwned()) return set(false);
+    isAsking_ = !isThere_;
     askFor(ibus_, [this](Process ibus) {
         askFor(fcitx_, [this, ibus](Process fcitx) { set(ibus && ibus != fcitx); });
     });
@@ -31,7 +36,9 @@ void IbusOwner::askFor(const BusName& name, std::function<void(Process)> take) {
 }
 
 void IbusOwner::set(bool isThere) {
-    if (isThere == isThere_) return;
+    const bool wasAsking = std::exchange(isAsking_, false);
+    const bool isNothingNew = isThere == isThere_ && (isThere || !wasAsking);
+    if (isNothingNew) return;
     isThere_ = isThere;
     onChanged_();
 }

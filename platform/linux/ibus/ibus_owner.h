@@ -17,6 +17,8 @@ class IbusOwner final {
 
     /// False until the bus has answered, and when it is lost.
     bool isThere() const { return isThere_; }
+    /// False while the bus is being asked. `onChanged` tells of the end of it.
+    bool isKnown() const { return ibus_.isKnown() && !isAsking_; }
 
   private:
     using Process = std::optional<uint>;
@@ -27,6 +29,7 @@ class IbusOwner final {
     std::function<void()> onChanged_;
     unsigned questions_ = 0; ///< answers to all but the last are out of date
     bool isThere_ = false;
+    bool isAsking_ = false; ///< whose processes they are
     BusName ibus_;
     BusName fcitx_;
     QObject context_; ///< answers end with it

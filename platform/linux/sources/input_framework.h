@@ -25,6 +25,9 @@ class InputFramework : public InputSourceCatalog {
     /// cheap.
     virtual void askCurrent() {}
 
+    /// `isAsking` is another than it was: whether there is a daemon, or what it has, has become known, or is
+    /// asked anew. Called from the event loop.
+    std::function<void()> onAskingChanged;
     /// `isInCharge` is another than it was. Called from the event loop.
     std::function<void()> onInChargeChanged;
 };

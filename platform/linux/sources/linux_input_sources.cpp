@@ -2,9 +2,17 @@
 
 #include "platform/linux/sources/platform_errors.h"
 
+#include <chrono>
 #include <utility>
 
 namespace hopsel {
+
+namespace {
+
+/// Daemons of a session that is still starting take their time.
+constexpr std::chrono::seconds askingAtMost(5);
+
+} // namespace
 
 LinuxInputSources::LinuxInputSources(std::vector<std::unique_ptr<InputFramework>> frameworks,
                                      std::shared_ptr<InputSourceCatalog> fallback)
@@ -18,14 +26,19 @@ LinuxInputSources::LinuxInputSources(std::vector<std::unique_ptr<InputFramework>
     for (const auto& framework : frameworks_) {
         listen(framework.get());
         framework->onInChargeChanged = [this] { decide(); };
+        framework->onAskingChanged = [this] { noteAsking(); };
     }
     if (fallback_) listen(fallback_.get());
     inCharge_ = firstInCharge();
+    patience_.setSingleShot(true);
+    QObject::connect(&patience_, &QTimer::timeout, &patience_, [this] { announcement_.start(0); });
+    noteAsking();
 }
 
 LinuxInputSources::~LinuxInputSources() {
     for (const auto& framework : frameworks_)
-        framework->onSourcesChanged = framework->onSelectedChanged = framework->onInChargeChanged = nullptr;
+        framework->onSourcesChanged = framework->onSelectedChanged = framework->onInChargeChanged =
+            framework->onAskingChanged = nullptr;
     if (fallback_) fallback_->onSourcesChanged = fallback_->onSelectedChanged = nullptr; // others may own it
 }
 
@@ -86,6 +99,22 @@ void LinuxInputSources::decide() {
     if (next == inCharge_) return;
     inCharge_ = next;
     if (std::exchange(hasRequest_, false)) isRequestLost_ = true;
+    announcement_.start(0);
+    noteAsking();
+}
+
+bool LinuxInputSources::isAnyAsked() const {
+    for (const auto& framework : frameworks_) {
+        if (framework.get() == inCharge_) return false; // those behind it change nothing
+        if (framework->isAsking()) return true;
+    }
+    return false;
+}
+
+void LinuxInputSources::noteAsking() {
+    const bool isAsked = isAnyAsked();
+    if (isAsked == std::exchange(isAsked_, isAsked)) return;
+    isAsked ? patience_.start(askingAtMost) : patience_.stop();
     announcement_.start(0);
 }
 

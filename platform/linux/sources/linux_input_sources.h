@@ -26,6 +26,9 @@ class LinuxInputSources final : public InputSourceCatalog {
     ~LinuxInputSources() override;
 
     std::vector<InputSourceInfo> enabledKeyboardSources() override;
+    /// While one that would go before the one in charge is being asked, but not for ever: a daemon that hangs
+    /// keeps nobody waiting.
+    bool isAsking() const override { return isAsked_ && patience_.isActive(); }
     std::optional<std::string> currentID() override;
     SelectResult select(const std::string& id) override;
     /// `Failed` with `frameworkGone` once another is in charge than the one that accepted the request.
@@ -43,6 +46,8 @@ class LinuxInputSources final : public InputSourceCatalog {
     InputFramework* firstInCharge() const;
     InputSourceCatalog* answering() const;
     void decide();
+    bool isAnyAsked() const;
+    void noteAsking();
     void handOn(const InputSourceCatalog* from, const std::function<void()>& change) const;
     void announce() const;
 
@@ -51,6 +56,8 @@ class LinuxInputSources final : public InputSourceCatalog {
     InputFramework* inCharge_ = nullptr;
     bool hasRequest_ = false; ///< accepted by the one in charge since it came
     bool isRequestLost_ = false;
+    bool isAsked_ = false; ///< one of those that `isAsking` speaks of, however long
+    QTimer patience_;      ///< runs while that is worth waiting for
     QTimer announcement_;
 };
 

@@ -2,10 +2,12 @@
 // one, by starting it again.
 #include "app/walk/walk_rig.h"
 #include "session/hopsel_program.h"
+#include "session/text_field.h"
 
 using namespace hopsel::test;
 using namespace hopsel::session;
 using namespace std::chrono_literals;
+using testing::AllOf;
 using testing::HasSubstr;
 
 namespace {
@@ -15,6 +17,41 @@ constexpr int settingsItem = 3, bugReportItem = 2, quitItem = 1, pauseItem = 5;
 class WalkWithoutPanel : public Walk {
   protected:
     WalkWithoutPanel() : Walk(false) {}
+};
+
+/// The introduction with an input method, up to the page where the key is tried.
+class WalkWithFramework : public Walk {
+  protected:
+    explicit WalkWithFramework(Framework wanted) : Walk(true, wanted) {}
+
+    void goToTheLastPage() {
+        start();
+        expectSeen("Choose your switch key");
+        click("Next");
+        expectSeen("Choose your input sources");
+        click("Next");
+        expectSeen("✓ Permission granted");
+        click("Next");
+        expectSeen("Try your switch key");
+    }
+    void expectDetected() {
+        EXPECT_TRUE(reader.waitUntil([this] {
+            tapTrigger();
+            return reader.waitUntil([this] { return sees("✓ Detected"); }, 1s);
+        }));
+        click("Done");
+        expectGone("Done");
+    }
+};
+
+class WalkWithIbus : public WalkWithFramework {
+  protected:
+    WalkWithIbus() : WalkWithFramework(Framework::ibus) {}
+};
+
+class WalkWithFcitx : public WalkWithFramework {
+  protected:
+    WalkWithFcitx() : WalkWithFramework(Framework::fcitx) {}
 };
 
 } // namespace
@@ -95,4 +132,17 @@ TEST_F(WalkWithoutPanel, NothingIsShownAtLoginUntilItIsStartedByHand) {
     pressWith(key::leftControl, KEY_W);
     click("Quit Hopsel");
     expectEnded();
+}
+
+TEST_F(WalkWithIbus, IntroductionSuggestsWhatIbusHasAndSwitchesIt) {
+    goToTheLastPage();
+    expectDetected();
+    EXPECT_THAT(settings(), AllOf(HasSubstr("\"ibus:hangul\""), HasSubstr("\"ibus:xkb:us::eng\"")));
+}
+
+TEST_F(WalkWithFcitx, IntroductionSuggestsWhatFcitxHasAndSwitchesIt) {
+    goToTheLastPage();
+    const TextField field("fcitx"); // Fcitx5 switches only where someone types
+    expectDetected();
+    EXPECT_THAT(settings(), AllOf(HasSubstr("\"fcitx:hangul\""), HasSubstr("\"fcitx:keyboard-us\"")));
 }

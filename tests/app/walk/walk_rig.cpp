@@ -1,6 +1,7 @@
 #include "app/walk/walk_rig.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 // The accessibility library keeps what it once asked for. The name is the leak checker's.
 // NOLINTNEXTLINE(bugprone-reserved-identifier, readability-identifier-naming)
@@ -13,25 +14,44 @@ namespace hopsel::test {
 using namespace session;
 using namespace std::chrono_literals;
 
-Walk::Walk(bool withPanel) {
-    setLayouts("us,ru,de");
+Walk::Walk(bool withPanel, Framework wanted)
+    : framework(wanted),
+      bus(wanted == Framework::none ? std::make_unique<PrivateBus>() : nullptr),
+      ibus(wanted == Framework::ibus ? std::make_unique<IbusSession>() : nullptr),
+      fcitx(wanted == Framework::fcitx ? std::make_unique<FcitxSession>() : nullptr) {
+    setLayouts(framework == Framework::none ? "us,ru,de" : "us");
     server.startWindowManager();
     if (withPanel) server.startPanel();
+    if (framework == Framework::ibus) {
+        IbusSession::setEngines("['xkb:us::eng', 'hangul']");
+        IbusSession::setHangulStart("hangul");
+        ibus->startDaemon();
+    }
+    if (framework == Framework::fcitx) fcitx->startDaemon();
 }
 
 ChildProcess::Options Walk::program() const {
-    const std::string folder = home.path().string();
     ChildProcess::Options options;
     options.program = HOPSEL_EXECUTABLE;
-    options.environment = {{"HOME", folder},
-                           {"XDG_CONFIG_HOME", folder + "/config"},
-                           {"XDG_DATA_HOME", folder + "/data"},
-                           {"XDG_RUNTIME_DIR", folder},
-                           {"HOPSEL_CONFIG", std::nullopt},
-                           {"LC_ALL", "C.UTF-8"},
-                           {"LANGUAGE", "en"},
-                           {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1"}};
+    if (framework == Framework::none) {
+        const std::string folder = home.path().string();
+        options.environment = {{"HOME", folder},
+                               {"XDG_CONFIG_HOME", folder + "/config"},
+                               {"XDG_DATA_HOME", folder + "/data"},
+                               {"XDG_RUNTIME_DIR", folder}};
+    }
+    options.environment.insert({{"HOPSEL_CONFIG", std::nullopt},
+                                {"LC_ALL", "C.UTF-8"},
+                                {"LANGUAGE", "en"},
+                                {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1"}});
     return options;
+}
+
+std::string Walk::settings() const {
+    const char* data = std::getenv("XDG_DATA_HOME");
+    const bool isFrameworks = framework != Framework::none && data != nullptr;
+    return contents((isFrameworks ? std::filesystem::path(data) : home.path() / "data") /
+                    "Hopsel/config.json");
 }
 
 void Walk::start(const std::vector<std::string>& arguments) {

@@ -3,6 +3,8 @@
 #pragma once
 
 #include "core/rules/temporary_folder.h"
+#include "session/fcitx_session.h"
+#include "session/ibus_session.h"
 #include "session/private_bus.h"
 #include "session/screen_reader.h"
 #include "session/x_keyboard.h"
@@ -16,7 +18,10 @@ namespace hopsel::test {
 
 class Walk : public testing::Test {
   protected:
-    explicit Walk(bool withPanel = true);
+    enum class Framework { none, ibus, fcitx };
+
+    /// With a framework, its real daemon runs already, with English and Korean.
+    explicit Walk(bool withPanel = true, Framework framework = Framework::none);
 
     /// The program, with nothing but the folders of this home.
     session::ChildProcess::Options program() const;
@@ -45,7 +50,7 @@ class Walk : public testing::Test {
     bool waitForPopup(std::chrono::milliseconds timeout = std::chrono::seconds(10)) const;
 
     bool sees(const std::string& name) const { return reader.find(name).has_value(); }
-    std::string settings() const { return contents(home.path() / "data/Hopsel/config.json"); }
+    std::string settings() const;
     void tapTrigger() { keyboard.tap(session::key::rightSuper); }
     void pressWith(std::uint16_t modifier, std::uint16_t code);
     void pressShiftSpace() { pressWith(session::key::leftShift, session::key::space); }
@@ -53,10 +58,13 @@ class Walk : public testing::Test {
     session::XServer server;
     session::XLayouts layouts;
     session::XKeyboard keyboard;
-    session::PrivateBus bus;
+    Framework framework;
+    std::unique_ptr<session::PrivateBus> bus; ///< one of them, so that one session is there
+    std::unique_ptr<session::IbusSession> ibus;
+    std::unique_ptr<session::FcitxSession> fcitx;
     session::AccessibilityBus accessibility;
     session::ScreenReader reader{"hopsel"};
-    session::TemporaryFolder home;
+    session::TemporaryFolder home; ///< the frameworks' sessions have a home of their own
     std::unique_ptr<session::ChildProcess> running;
 
   private:

@@ -81,8 +81,10 @@ class FakeDirectory final : public InputSourceDirectory {
         return sources;
     }
     std::optional<std::string> currentID() override { return current; }
+    bool isAsking() const override { return isAsked; }
 
     Calls& calls;
+    bool isAsked = false;
     std::vector<InputSourceInfo> sources;
     std::optional<std::string> current;
 };

@@ -74,6 +74,48 @@ TEST_F(Onboarding, saysWhyTheSourcesWillNotDo) {
     EXPECT_TRUE(says("writeFailed("));
 }
 
+// An input framework tells its sources when the window has long been there.
+TEST_F(Onboarding, suggestsAgainAsSourcesComeAndGo) {
+    const InputSourceInfo hangul{"ibus:hangul", "Hangul", "", {"ko"}, true};
+    const InputSourceInfo us{"ibus:us", "English (US)", "", {"en"}, true};
+    const InputSourceInfo greek{"ibus:gr", "Greek", "", {"el"}, true};
+    const auto offer = [this](std::vector<InputSourceInfo> sources, bool isAsked = false) {
+        directory->sources = std::move(sources);
+        directory->isAsked = isAsked;
+        model->sourcesChanged();
+        settle();
+    };
+    const auto chosen = [this] {
+        return find<QComboBox>("Input source A")->currentText() + " / " +
+               find<QComboBox>("Input source B")->currentText();
+    };
+    offer({korean, english}, true);
+    click(Key::onbNext);
+    EXPECT_TRUE(says(Key::onbAskingSources));
+    EXPECT_FALSE(find(Key::onbNext)->isEnabled()) << "these may be gone in a moment";
+    offer({us, hangul, greek});
+    EXPECT_FALSE(says(Key::onbAskingSources));
+    EXPECT_EQ(chosen(), "Hangul / English (US)");
+    EXPECT_TRUE(find(Key::onbNext)->isEnabled());
+
+    choose(find<QComboBox>("Input source A"), "Greek");
+    offer({greek, hangul, us});
+    EXPECT_EQ(chosen(), "Greek / English (US)") << "what the user picked stays";
+    offer({greek, hangul});
+    EXPECT_EQ(chosen(), "Greek / Hangul") << "and gets a partner when its own disappears";
+    offer({hangul, us});
+    EXPECT_EQ(chosen(), "Hangul / English (US)");
+    offer({});
+    EXPECT_EQ(chosen(), " / ");
+    EXPECT_FALSE(find(Key::onbNext)->isEnabled());
+    offer({korean, english});
+    click(Key::onbNext);
+    offer({hangul, us});
+    EXPECT_EQ(model->rules()[0].id.empty(), false);
+    click(Key::onbBack);
+    EXPECT_EQ(chosen(), "Hangul / English (US)") << "the rule of those that are gone is made anew";
+}
+
 TEST_F(Onboarding, waitsForThePermissionAndGoesOnWhenItComes) {
     emitEvent(engine_event::StateChanged{engine_state::Degraded{DegradedReason::permissionMissing}});
     engine->current = engine_state::Degraded{DegradedReason::permissionMissing};

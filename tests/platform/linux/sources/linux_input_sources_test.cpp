@@ -14,6 +14,11 @@ class FakeFramework final : public InputFramework {
     SelectResult select(const std::string& id) override { return id == name ? accepted : notFound; }
     std::optional<SelectResult> refusal() const override { return said; }
     bool isInCharge() const override { return isThere; }
+    bool isAsking() const override { return isAsked; }
+    void ask(bool asked) {
+        isAsked = asked;
+        onAskingChanged();
+    }
     void be(bool there) {
         isThere = there;
         onInChargeChanged();
@@ -21,6 +26,7 @@ class FakeFramework final : public InputFramework {
 
     std::string name;
     bool isThere = false;
+    bool isAsked = false;
     std::optional<SelectResult> said;
 };
 
@@ -81,6 +87,30 @@ TEST_F(LinuxInputSourcesTest, TheFirstInChargeAnswersAtOnceAndATakeOverIsToldOnc
     }
     sources.reset();
     EXPECT_FALSE(fallback->onSourcesChanged || fallback->onSelectedChanged) << "which may live longer";
+}
+
+TEST_F(LinuxInputSourcesTest, AsksWhileOneThatMayTakeOverHasNotAnsweredButNotForEver) {
+    EXPECT_FALSE(sources->isAsking());
+    second->ask(true);
+    EXPECT_TRUE(sources->isAsking());
+    first->be(true);
+    EXPECT_FALSE(sources->isAsking()) << "what stands behind the one in charge changes nothing";
+    first->be(false);
+    EXPECT_TRUE(sources->isAsking());
+    second->ask(false);
+    EXPECT_FALSE(sources->isAsking());
+    EXPECT_TRUE(runLoopUntil([&] { return !told.empty(); }));
+
+    first->ask(true);
+    EXPECT_TRUE(runLoopUntil([&] { return told.size() > 2; }));
+    told.clear();
+    EXPECT_TRUE(runLoopUntil([&] { return !sources->isAsking(); }, std::chrono::seconds(20)));
+    EXPECT_TRUE(runLoopUntil([&] { return !told.empty(); })) << "whoever waits hears of it";
+    second->ask(true);
+    EXPECT_FALSE(sources->isAsking()) << "the one that hangs still does";
+    first->ask(false);
+    first->be(true);
+    EXPECT_FALSE(sources->isAsking());
 }
 
 TEST_F(LinuxInputSourcesTest, ARequestIsLostWithTheOneThatAcceptedIt) {
