@@ -8,6 +8,7 @@
 #include "core/base/product.h"
 #include "model/texts/l10n.h"
 #include "platform/interface/live_platform.h"
+#include "ui/design/accessible_roles.h"
 #include "ui/design/accessible_scroll_area.h"
 #include "ui/preview/render_ui.h"
 
@@ -37,6 +38,7 @@ int runApplication(int argc, char** argv, hopsel::AppDelegate::Start start) {
     hopsel::QuitRequest quitRequest;
     application.installEventFilter(&quitRequest);
     hopsel::design::describeScrollAreasSafely();
+    hopsel::design::describeRoles();
     launch->applicationMade();
     const hopsel::ToolkitTexts toolkitTexts;
     QApplication::setApplicationDisplayName(QString::fromUtf8(hopsel::product::name.data()));

@@ -34,6 +34,7 @@ Button::Button(const QString& text, Kind kind, QWidget* parent) : QPushButton(te
     setFont(fontOf(look(kind).text));
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     setCursor(Qt::ArrowCursor);
+    setAutoDefault(true); // Return presses the button that has the keyboard, as Space does
 }
 
 QSize Button::sizeHint() const {

@@ -1,13 +1,16 @@
 #include "ui/design/sheet.h"
 
+#include "ui/design/accessible_roles.h"
 #include "ui/design/colors.h"
 #include "ui/design/text.h"
 
 #include <QContextMenuEvent>
+#include <QHideEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QWheelEvent>
 #include <algorithm>
+#include <utility>
 
 namespace hopsel::design {
 
@@ -20,10 +23,32 @@ constexpr qreal radius = 12;
 
 Sheet::Sheet(QWidget* contents, QWidget* window) : QWidget(window), contents_(contents) {
     contents->setParent(this);
+    setAccessibleRole(this, QAccessible::Dialog);
+    setAccessibleName(contents->accessibleName());
     window->installEventFilter(this);
     arrange();
     raise();
     show();
+    disableWhatIsBeneath();
+}
+
+// A screen reader presses buttons without a click.
+void Sheet::disableWhatIsBeneath() {
+    for (QWidget* sibling : parentWidget()->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+        if (sibling == this || sibling->isWindow() || !sibling->isEnabled()) continue;
+        sibling->setEnabled(false);
+        beneath_.emplace_back(sibling);
+    }
+}
+
+void Sheet::enableWhatIsBeneath() {
+    for (const QPointer<QWidget>& widget : std::exchange(beneath_, {}))
+        if (widget) widget->setEnabled(true);
+}
+
+void Sheet::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    if (!event->spontaneous()) enableWhatIsBeneath();
 }
 
 void Sheet::arrange() {

@@ -1,5 +1,7 @@
 #include "ui/design/text.h"
 
+#include "ui/design/accessible_roles.h"
+
 #include <QApplication>
 #include <QEvent>
 #include <QFontDatabase>
@@ -56,8 +58,11 @@ QFont fontOf(TextStyle style) {
     return font;
 }
 
-Text::Text(const QString& text, TextStyle style, Tone tone, QWidget* parent)
-    : QLabel(text, parent), tone_(tone) {
+Text::Text(const QString& text, TextStyle style, Tone tone, QWidget* parent) : QLabel(parent), tone_(tone) {
+    // Before anything is said of it: a screen reader's description is made once.
+    if (style == TextStyle::title || style == TextStyle::largeTitle)
+        setAccessibleRole(this, QAccessible::Heading);
+    setText(text);
     setTextFormat(Qt::PlainText);
     setFont(fontOf(style));
     applyTone();

@@ -2,6 +2,7 @@
 // told of all of it.
 #include "app/walk/walk_rig.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <set>
 
@@ -66,6 +67,12 @@ TEST_F(SettingsWalk, RuleIsMadeByPressingItsKeysPausedAndDeleted) {
 TEST_F(SettingsWalk, CaptureTakesACombinationOfTheWindowManagers) {
     click("Switch Rules");
     click("+ Add Rule");
+    expectSeen("Trigger key: Press a key to set");
+    EXPECT_TRUE(reader.find("Input switch rules", "heading"));
+    EXPECT_FALSE(reader.find("+ Add Rule")->isEnabled) << "what is beneath the dialog is out of reach";
+    const auto seen = reader.look();
+    EXPECT_EQ(std::count_if(seen.begin(), seen.end(), [](const auto& each) { return each.role == "dialog"; }),
+              1);
     click("Trigger key: Press a key to set");
     expectSeen("Trigger key: Tap the key you want to use…");
     pressWith(key::leftAlt, KEY_F4);

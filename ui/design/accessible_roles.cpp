@@ -1,0 +1,42 @@
+#include "ui/design/accessible_roles.h"
+
+#include <QAccessibleWidget>
+#include <QLabel>
+#include <QVariant>
+
+namespace hopsel::design {
+
+namespace {
+
+constexpr const char* property = "accessibleRole";
+
+class Described final : public QAccessibleWidget {
+  public:
+    Described(QWidget* widget, QAccessible::Role role) : QAccessibleWidget(widget, role) {}
+
+    QString text(QAccessible::Text kind) const override {
+        const QString given = QAccessibleWidget::text(kind);
+        const auto* label = qobject_cast<const QLabel*>(widget());
+        return kind == QAccessible::Name && given.isEmpty() && label != nullptr ? label->text() : given;
+    }
+    QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        if (role() == QAccessible::Dialog && !widget()->isWindow()) state.modal = true;
+        return state;
+    }
+};
+
+QAccessibleInterface* describe(const QString& /*className*/, QObject* object) {
+    auto* widget = qobject_cast<QWidget*>(object);
+    if (widget == nullptr) return nullptr;
+    const QVariant role = widget->property(property);
+    return role.isValid() ? new Described(widget, QAccessible::Role(role.toInt())) : nullptr;
+}
+
+} // namespace
+
+void setAccessibleRole(QWidget* widget, QAccessible::Role role) { widget->setProperty(property, int(role)); }
+
+void describeRoles() { QAccessible::installFactory(describe); }
+
+} // namespace hopsel::design
