@@ -197,6 +197,7 @@ void AppDelegate::reopen() {
 // not when a panel goes away later.
 void AppDelegate::takePanel(bool hasPanel) {
     settingsController_->setMenu(hasPanel ? nullptr : statusController_->menu());
+    model_->setHasPanel(hasPanel);
     const bool isFirstAnswer = !std::exchange(isPanelKnown_, true);
     if (isFirstAnswer && !hasPanel && start_ == Start::byHand && onboardingController_->window() == nullptr)
         showSettings();

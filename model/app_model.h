@@ -73,11 +73,13 @@ class AppModel final : public ObservableObject {
     void setLaunchAtLogin(bool on);
     bool canGuardTaps() const { return parts_.engine->canGuardTaps(); }
     void setGuardsTaps(bool on);
+    void setHasPanel(bool has) { publish(hasPanel_, std::optional(has)); }
     bool accessibilityGranted() const { return parts_.settings->accessibilityGranted(); }
     void requestAccessibilityAccess();
     void requestInputMonitoringAccess();
     void openInputMonitoringSettings() { parts_.settings->openInputMonitoring(); }
     void openLoginItemsSettings() { parts_.settings->openLoginItems(); }
+    void openInputSourceSettings() { parts_.settings->openInputSources(); }
     /// Opening the settings or the bug report and quitting are the status item's own affair.
     void perform(MenuAction action);
     void markOnboardingCompleted() { setOnboardingCompleted(true); }
@@ -104,6 +106,10 @@ class AppModel final : public ObservableObject {
     /// False when the engine is not running; the handler then stays uncalled.
     bool captureTrigger(EngineControlling::CaptureHandler handler);
     void cancelCapture() { parts_.engine->cancelTriggerCapture(); }
+    /// From now on the engine tells this one what it tells the recorder of diagnostics; null gives that one
+    /// back. Whoever listens hands on to it what it is told.
+    void setKeyListener(std::shared_ptr<DiagnosticsRecorder> listener);
+    SwitchHindrance hindrance(std::int32_t code) const { return parts_.directory->hindrance(code); }
 
     // app_model_display.cpp: what is shown, computed on every read
     std::optional<InputSourceInfo> currentSource() const;
@@ -144,6 +150,8 @@ class AppModel final : public ObservableObject {
     bool showSourceLabel() const { return showSourceLabel_; }
     /// Are launchers and menu bars kept from acting on a trigger's lone tap?
     bool guardsTaps() const { return guardsTaps_; }
+    /// There is a panel or menu bar with our icon; absent until that is known.
+    const std::optional<bool>& hasPanel() const { return hasPanel_; }
     bool onboardingCompleted() const { return onboardingCompleted_; }
     /// Verified switches since launch.
     int switchCount() const { return switchCount_; }
@@ -184,6 +192,7 @@ class AppModel final : public ObservableObject {
     std::optional<StoreProblem> storeProblem_;
     bool showSourceLabel_;
     bool guardsTaps_;
+    std::optional<bool> hasPanel_;
     bool onboardingCompleted_;
     int switchCount_ = 0;
     std::vector<KnownApp> detectedApps_;

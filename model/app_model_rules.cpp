@@ -105,6 +105,10 @@ RuleHealth AppModel::health(const Rule& rule) const {
     return rule_health_checker::health(rule, available);
 }
 
+void AppModel::setKeyListener(std::shared_ptr<DiagnosticsRecorder> listener) {
+    parts_.engine->setDiagnostics(listener ? std::move(listener) : parts_.diagnostics);
+}
+
 bool AppModel::captureTrigger(EngineControlling::CaptureHandler handler) {
     if (!std::holds_alternative<engine_state::Running>(parts_.engine->state())) return false;
     parts_.engine->beginTriggerCapture(std::move(handler));

@@ -25,6 +25,8 @@ class InputSourceDirectory {
     virtual std::vector<InputSourceInfo> enabledSources() = 0;
     /// The platform has not told its sources yet: see the catalog.
     virtual bool isAsking() const { return false; }
+    /// What a code of `Failed` means to a person.
+    virtual SwitchHindrance hindrance(std::int32_t /*code*/) const { return SwitchHindrance::unknown; }
     /// Absent when the platform reports none.
     virtual std::optional<std::string> currentID() = 0;
 };
@@ -36,6 +38,7 @@ class LiveInputSourceDirectory final : public InputSourceDirectory {
 
     std::vector<InputSourceInfo> enabledSources() override { return catalog_->enabledKeyboardSources(); }
     bool isAsking() const override { return catalog_->isAsking(); }
+    SwitchHindrance hindrance(std::int32_t code) const override { return catalog_->hindrance(code); }
     std::optional<std::string> currentID() override { return catalog_->currentID(); }
 
     /// Takes the catalog's `onSelectedChanged` for as long as this object lives. A second call does nothing.

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "core/platform/input_source.h"
+#include "core/platform/switch_hindrance.h"
 
 #include <functional>
 #include <optional>
@@ -34,6 +35,8 @@ class InputSourceCatalog {
     /// What the platform has said against the last accepted request since then: a refusal, or that the
     /// framework is gone. Ends the wait for it. Absent where `select` tells everything at once.
     virtual std::optional<SelectResult> refusal() const { return std::nullopt; }
+    /// What a code of `Failed` means to a person.
+    virtual SwitchHindrance hindrance(std::int32_t /*code*/) const { return SwitchHindrance::unknown; }
     /// The source of the last accepted request has been current at some moment since, though another program
     /// may have made another current by now. False where the platform tells nothing unless asked.
     virtual bool hasBeenCurrent() const { return false; }

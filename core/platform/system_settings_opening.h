@@ -23,6 +23,8 @@ class SystemSettingsOpening {
     virtual void requestAccessibility() = 0;
     virtual void openAccessibility() = 0;
     virtual void openLoginItems() = 0;
+    /// Where the user adds input sources.
+    virtual void openInputSources() = 0;
 };
 
 } // namespace hopsel

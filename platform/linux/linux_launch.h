@@ -32,6 +32,7 @@ class LinuxLaunch final : public Launch {
   private:
     HiddenVariable busAddress_;
     HiddenVariable desktop_;
+    HiddenVariable inputMethod_;
 };
 
 } // namespace hopsel

@@ -94,7 +94,10 @@ std::shared_ptr<LoginItemControlling> LinuxPlatform::loginItem() {
 }
 
 std::shared_ptr<SystemSettingsOpening> LinuxPlatform::settingsOpener() {
-    return std::make_shared<DesktopSettingsOpener>(keys_->permissions(), helpPage(), log_);
+    return std::make_shared<DesktopSettingsOpener>(
+        keys_->permissions(), helpPage(), log_, [sources = sources_]() -> const char* {
+            return sources->inCharge() != nullptr ? sources->inCharge()->settingsProgram() : nullptr;
+        });
 }
 
 std::shared_ptr<PreferencesStoring> LinuxPlatform::preferences() {

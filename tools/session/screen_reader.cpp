@@ -49,6 +49,8 @@ SeenWidget describe(AtspiAccessible* accessible) {
     seen.name = taken(atspi_accessible_get_name(accessible, nullptr));
     seen.role = taken(atspi_accessible_get_role_name(accessible, nullptr));
     seen.description = taken(atspi_accessible_get_description(accessible, nullptr));
+    if (const Owned<AtspiText> typed(atspi_accessible_get_text_iface(accessible)); typed)
+        seen.text = taken(atspi_text_get_text(typed.get(), 0, -1, nullptr));
     seen.isFocused = has(accessible, ATSPI_STATE_FOCUSED);
     seen.isFocusable = has(accessible, ATSPI_STATE_FOCUSABLE);
     seen.isChecked = has(accessible, ATSPI_STATE_CHECKED);

@@ -31,6 +31,7 @@ struct SeenWidget {
     std::string name;
     std::string role; ///< in the library's English words, for example "push button"
     std::string description;
+    std::string text; ///< what has been typed into it
     int x = 0, y = 0, width = 0, height = 0;
     bool isWindow = false; ///< what follows is in it, until the next
     bool isFocused = false;

@@ -1,6 +1,7 @@
 // The first two pages: which key, and which two input sources.
 #include "model/texts/issue_texts.h"
 #include "ui/design/boxes.h"
+#include "ui/design/buttons.h"
 #include "ui/design/source_picker.h"
 #include "ui/onboarding/onboarding_page.h"
 #include "ui/onboarding/onboarding_widgets.h"
@@ -12,6 +13,7 @@ namespace hopsel {
 
 namespace {
 
+using design::Button;
 using design::SourcePicker;
 using design::Text;
 using design::TextStyle;
@@ -20,7 +22,9 @@ using design::Tone;
 class KeyPage final : public OnboardingPage {
   public:
     explicit KeyPage(OnboardingModel& model)
-        : OnboardingPage(l10n::Key::onbKeyTitle, words(l10n::Key::onbKeySubtitle)), model_(model) {
+        : OnboardingPage(l10n::Key::onbKeyTitle, words(l10n::Key::onbKeySubtitle)),
+          model_(model),
+          press_(new Button({}, Button::Kind::secondary)) {
         auto* row = new QHBoxLayout;
         row->setSpacing(12);
         for (const ModifierKey key :
@@ -33,6 +37,9 @@ class KeyPage final : public OnboardingPage {
             row->addWidget(choice, 1);
         }
         column()->addLayout(row);
+        press_->setAutoDefault(true);
+        connect(press_, &Button::clicked, this, [this] { model_.captureTrigger(); });
+        column()->addWidget(press_, 0, Qt::AlignLeft);
         column()->addWidget(
             (new Text(words(l10n::Key::onbKeyNote), TextStyle::caption, Tone::secondary))->wrapped());
         column()->addStretch(1);
@@ -42,16 +49,30 @@ class KeyPage final : public OnboardingPage {
         for (const auto& [key, choice] : choices_) {
             if (model_.trigger() == key) choice->setChecked(true);
         }
+        const bool isOwn = model_.trigger() && !choices_.contains(*model_.trigger());
+        if (isOwn) uncheckAll();
+        press_->setText(model_.isCapturing() ? words(l10n::Key::onbPressNow)
+                        : isOwn ? words(l10n::Key::onbPressedKey, {l10n::keyName(*model_.trigger())})
+                                : words(l10n::Key::onbPressKey));
+        press_->setEnabled(model_.permissionGranted());
     }
     QWidget* firstControl() const override {
         for (const auto& [key, choice] : choices_) {
             if (choice->isChecked()) return choice;
         }
-        return choices_.at(ModifierKey::rightCommand);
+        return press_->isEnabled() ? static_cast<QWidget*>(press_) : choices_.at(ModifierKey::rightCommand);
     }
 
   private:
+    /// Which those that exclude each other do not let happen by themselves.
+    void uncheckAll() {
+        for (const auto& [key, choice] : choices_) choice->setAutoExclusive(false);
+        for (const auto& [key, choice] : choices_) choice->setChecked(false);
+        for (const auto& [key, choice] : choices_) choice->setAutoExclusive(true);
+    }
+
     OnboardingModel& model_;
+    Button* press_;
     std::map<ModifierKey, KeyChoice*> choices_;
 };
 
@@ -64,12 +85,20 @@ class SourcesPage final : public OnboardingPage {
           pickerA_(addPicker(l10n::Key::addRuleSourceA)),
           pickerB_(addPicker(l10n::Key::addRuleSourceB)),
           asking_(new Text(words(l10n::Key::onbAskingSources), TextStyle::callout, Tone::secondary)),
+          few_(new Text(words(l10n::Key::onbFewSources), TextStyle::callout, Tone::warning)),
+          open_(new Button(words(l10n::Key::onbOpenSources), Button::Kind::secondary)),
           messages_(new QVBoxLayout) {
         pickerA_->onPicked = [this](const std::string& id) { model_.setSourceAID(id); };
         pickerB_->onPicked = [this](const std::string& id) { model_.setSourceBID(id); };
         messages_->setSpacing(6);
-        asking_->hide();
+        for (QWidget* widget :
+             {static_cast<QWidget*>(asking_), static_cast<QWidget*>(few_), static_cast<QWidget*>(open_)})
+            widget->hide();
+        open_->setAutoDefault(true);
+        connect(open_, &Button::clicked, this, [this] { app_.openInputSourceSettings(); });
         column()->addWidget(asking_);
+        column()->addWidget(few_->wrapped());
+        column()->addWidget(open_, 0, Qt::AlignLeft);
         column()->addLayout(messages_);
         column()->addStretch(1);
     }
@@ -83,6 +112,8 @@ class SourcesPage final : public OnboardingPage {
             shownPickers_ = std::move(pickers);
         }
         asking_->setVisible(app_.isAskingForSources());
+        few_->setVisible(model_.lacksSources());
+        open_->setVisible(model_.lacksSources());
         std::vector<QString> messages = problems();
         if (messages != shownMessages_) {
             design::clear(messages_);
@@ -132,6 +163,8 @@ class SourcesPage final : public OnboardingPage {
     SourcePicker* pickerA_;
     SourcePicker* pickerB_;
     Text* asking_;
+    Text* few_;
+    Button* open_;
     QVBoxLayout* messages_;
     std::optional<Pickers> shownPickers_;
     std::vector<QString> shownMessages_;

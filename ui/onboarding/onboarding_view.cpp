@@ -85,9 +85,9 @@ void OnboardingView::advance() {
 void OnboardingView::refresh() {
     QWidget* const focused = focusWidget();
     const OnboardingStep step = model_.step();
-    steps_->setCurrent(model_.stepNumber());
+    steps_->setSteps(model_.stepCount(), model_.stepNumber());
     stepOf_->setText(words(l10n::Key::onbStepOf,
-                           {std::to_string(model_.stepNumber()), std::to_string(allOnboardingSteps.size())}));
+                           {std::to_string(model_.stepNumber()), std::to_string(model_.stepCount())}));
     // The hidden ones too: the window is as large as the largest needs.
     for (OnboardingPage* each : pages_) each->refresh();
     back_->setVisible(step != OnboardingStep::key);

@@ -1,11 +1,12 @@
 #include "ui/onboarding/onboarding_widgets.h"
 
+#include "ui/design/accessible_roles.h"
 #include "ui/design/colors.h"
 #include "ui/design/focus_ring.h"
 
+#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QPainter>
-#include <QVBoxLayout>
 #include <utility>
 
 namespace hopsel {
@@ -22,9 +23,9 @@ constexpr int capsuleGap = 6;
 constexpr int choiceHeight = 84;
 constexpr int choicePadding = 12;
 
-constexpr int badgeSide = 84;
-constexpr int badgePixelSize = 42;
-constexpr int widestName = 460;
+constexpr int badgeSide = 64;
+constexpr int badgePixelSize = 32;
+constexpr int widestName = 380;
 
 constexpr qreal radius = 12;
 
@@ -34,8 +35,9 @@ StepBar::StepBar(int steps, QWidget* parent) : QWidget(parent), steps_(steps) {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
-void StepBar::setCurrent(int step) {
-    current_ = step;
+void StepBar::setSteps(int steps, int current) {
+    if (std::exchange(steps_, steps) != steps) updateGeometry();
+    current_ = current;
     update();
 }
 
@@ -116,14 +118,14 @@ class SourceTile::Badge final : public QWidget {
 
 SourceTile::SourceTile(QWidget* parent)
     : QWidget(parent), badge_(new Badge(this)), name_(new design::Text({}, design::TextStyle::title)) {
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(16, 18, 16, 16);
-    column->setSpacing(12);
-    column->addStretch(1);
-    column->addWidget(badge_, 0, Qt::AlignHCenter);
-    name_->setAlignment(Qt::AlignCenter);
-    column->addWidget(name_);
-    column->addStretch(1);
+    design::setAccessibleRole(name_, QAccessible::StaticText); // large, and yet no heading
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(16, 12, 16, 12);
+    row->setSpacing(16);
+    row->addStretch(1);
+    row->addWidget(badge_);
+    row->addWidget(name_);
+    row->addStretch(1);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::MinimumExpanding);
 }
 

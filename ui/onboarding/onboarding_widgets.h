@@ -15,8 +15,8 @@ class StepBar final : public QWidget {
   public:
     explicit StepBar(int steps, QWidget* parent = nullptr);
 
-    /// From 1.
-    void setCurrent(int step);
+    /// The current one from 1.
+    void setSteps(int steps, int current);
     QSize sizeHint() const override;
 
   protected:

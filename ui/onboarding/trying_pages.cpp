@@ -6,6 +6,11 @@
 #include "ui/onboarding/onboarding_widgets.h"
 
 #include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QKeySequence>
+#include <QLineEdit>
+#include <QStackedLayout>
+#include <set>
 
 namespace hopsel {
 
@@ -53,6 +58,17 @@ class PermissionPage final : public OnboardingPage {
     Text* granted_;
 };
 
+/// Keys that type nothing and move nothing, by name; empty for all others.
+QString nameOfIdleKey(const QKeyEvent& event) {
+    static const std::set<int> idle{
+        Qt::Key_CapsLock, Qt::Key_NumLock,  Qt::Key_ScrollLock,       Qt::Key_Pause,
+        Qt::Key_Print,    Qt::Key_Menu,     Qt::Key_Hangul,           Qt::Key_Hangul_Hanja,
+        Qt::Key_Henkan,   Qt::Key_Muhenkan, Qt::Key_Hiragana_Katakana};
+    const bool isFunction = event.key() >= Qt::Key_F1 && event.key() <= Qt::Key_F35;
+    if (event.isAutoRepeat() || (!isFunction && !idle.contains(event.key()))) return {};
+    return QKeySequence(event.key()).toString(QKeySequence::NativeText);
+}
+
 class TestPage final : public OnboardingPage {
   public:
     TestPage(OnboardingModel& model, AppModel& app)
@@ -60,14 +76,29 @@ class TestPage final : public OnboardingPage {
           model_(model),
           app_(app),
           tile_(new SourceTile),
-          success_(new Text(words(l10n::Key::onbTestSuccess), TextStyle::title3, Tone::positive)) {
+          field_(new QLineEdit),
+          success_(new Text(words(l10n::Key::onbTestSuccess), TextStyle::title3, Tone::positive)),
+          remark_(new Text({}, TextStyle::callout, Tone::warning)),
+          atLogin_(new design::Switch(words(l10n::Key::generalLaunchAtLogin))),
+          where_(new Text({}, TextStyle::caption, Tone::secondary)) {
         column()->addWidget(tile_, 1);
-        // Its place is kept, so that nothing moves at the moment of success.
-        QSizePolicy policy = success_->wrapped()->sizePolicy();
-        policy.setRetainSizeWhenHidden(true);
-        success_->setSizePolicy(policy);
+        field_->setAccessibleName(words(l10n::Key::onbTestField));
+        field_->setPlaceholderText(words(l10n::Key::onbTestField));
+        field_->setFont(design::fontOf(TextStyle::body));
+        field_->setTextMargins(8, 5, 8, 5);
+        field_->installEventFilter(this);
+        column()->addWidget(field_);
+        // One place for both, as high as the longer one needs, so that nothing moves as they change.
+        auto* said = new QStackedLayout;
         success_->setAlignment(Qt::AlignCenter);
-        column()->addWidget(success_);
+        remark_->setAlignment(Qt::AlignCenter);
+        remark_->setMinimumHeight(2 * remark_->fontMetrics().lineSpacing());
+        said->addWidget(remark_->wrapped());
+        said->addWidget(success_);
+        column()->addLayout(said);
+        said_ = said;
+        column()->addWidget(loginRow());
+        column()->addWidget(where_->wrapped());
     }
 
     void refresh() override {
@@ -75,15 +106,50 @@ class TestPage final : public OnboardingPage {
             setSubtitle(words(l10n::Key::onbTestPrompt, {l10n::keyName(*model_.trigger())}));
         tile_->setSource(QString::fromStdString(app_.currentSourceLabel().value_or("–")),
                          QString::fromStdString(app_.currentSourceName().value_or("")));
-        tile_->setPassed(model_.testPassed());
-        success_->setVisible(model_.testPassed());
+        const bool isPassed = model_.testPassed();
+        tile_->setPassed(isPassed);
+        const QString remark = QString::fromStdString(model_.remark());
+        remark_->setText(remark);
+        said_->setCurrentWidget(isPassed && remark.isEmpty() ? static_cast<QWidget*>(success_) : remark_);
+        const LoginItemStatus login = app_.launchStatus();
+        atLogin_->parentWidget()->setVisible(login != LoginItemStatus::unavailable);
+        atLogin_->setChecked(login == LoginItemStatus::enabled || login == LoginItemStatus::requiresApproval);
+        where_->setText(words(app_.hasPanel().value_or(true) ? l10n::Key::onbWhereInPanel
+                                                             : l10n::Key::onbWhereStartAgain));
+    }
+    QWidget* firstControl() const override { return field_; }
+
+  protected:
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        if (event->type() != QEvent::KeyPress) return false;
+        const QString name = nameOfIdleKey(static_cast<const QKeyEvent&>(*event));
+        if (!name.isEmpty()) model_.noteOtherKey(name.toStdString());
+        return false;
     }
 
   private:
+    QWidget* loginRow() {
+        auto* line = new QWidget;
+        auto* row = new QHBoxLayout(line);
+        row->setContentsMargins(0, 0, 0, 0);
+        row->addWidget(new Text(words(l10n::Key::generalLaunchAtLogin)), 1);
+        row->addWidget(atLogin_);
+        connect(atLogin_, &QCheckBox::clicked, this, [this](bool on) {
+            app_.setLaunchAtLogin(on);
+            refresh(); // whether it could be thrown is known only now
+        });
+        return line;
+    }
+
     OnboardingModel& model_;
     AppModel& app_;
     SourceTile* tile_;
+    QLineEdit* field_;
+    QStackedLayout* said_ = nullptr;
     Text* success_;
+    Text* remark_;
+    design::Switch* atLogin_;
+    Text* where_;
 };
 
 } // namespace

@@ -103,6 +103,7 @@ class PreviewSettings final : public SystemSettingsOpening {
     void requestAccessibility() override {}
     void openAccessibility() override {}
     void openLoginItems() override {}
+    void openInputSources() override {}
 
   private:
     bool inputMonitoring_;

@@ -11,7 +11,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-enum class Place { shortcuts, autostart };
+enum class Place { shortcuts, autostart, sources };
 
 struct Program {
     const char* desktop; ///< as it stands in XDG_CURRENT_DESKTOP
@@ -41,6 +41,15 @@ constexpr Program programs[] = {
     {"LXQt", Place::shortcuts, "lxqt-config-globalkeyshortcuts"},
     {"LXQt", Place::autostart, "lxqt-config-session"},
     {"LXDE", Place::autostart, "lxsession-edit"},
+    {"GNOME", Place::sources, "gnome-control-center keyboard"},
+    {"Unity", Place::sources, "unity-control-center region"},
+    {"Budgie", Place::sources, "budgie-control-center keyboard"},
+    {"KDE", Place::sources, "systemsettings kcm_keyboard"},
+    {"KDE", Place::sources, "systemsettings5 kcm_keyboard"},
+    {"XFCE", Place::sources, "xfce4-keyboard-settings"},
+    {"MATE", Place::sources, "mate-keyboard-properties"},
+    {"X-Cinnamon", Place::sources, "cinnamon-settings keyboard"},
+    {"LXQt", Place::sources, "lxqt-config-input"},
 };
 
 bool openSettings(Place place) {
@@ -70,8 +79,11 @@ fs::path helpPage() {
 }
 
 DesktopSettingsOpener::DesktopSettingsOpener(std::shared_ptr<Permissions> permissions, fs::path helpPage,
-                                             Log& log)
-    : permissions_(std::move(permissions)), helpPage_(std::move(helpPage)), log_(log) {}
+                                             Log& log, SourcesProgram sourcesProgram)
+    : permissions_(std::move(permissions)),
+      helpPage_(std::move(helpPage)),
+      log_(log),
+      sourcesProgram_(std::move(sourcesProgram)) {}
 
 void DesktopSettingsOpener::openInputMonitoring() { openHelp("listening"); }
 
@@ -81,6 +93,12 @@ void DesktopSettingsOpener::openAccessibility() {
 
 void DesktopSettingsOpener::openLoginItems() {
     if (!openSettings(Place::autostart)) openHelp("login");
+}
+
+void DesktopSettingsOpener::openInputSources() {
+    const char* program = sourcesProgram_ ? sourcesProgram_() : nullptr;
+    if (program != nullptr && startProgram(program, {})) return;
+    if (!openSettings(Place::sources)) openHelp("sources");
 }
 
 void DesktopSettingsOpener::openHelp(const char* section) {

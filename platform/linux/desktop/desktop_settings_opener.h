@@ -10,6 +10,7 @@
 #include "core/platform/system_settings_opening.h"
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 
 namespace hopsel {
@@ -20,8 +21,12 @@ std::filesystem::path helpPage();
 
 class DesktopSettingsOpener final : public SystemSettingsOpening {
   public:
+    /// The program in which an input method is set up; null where there is none.
+    using SourcesProgram = std::function<const char*()>;
+
     /// The log outlives this object.
-    DesktopSettingsOpener(std::shared_ptr<Permissions> permissions, std::filesystem::path helpPage, Log& log);
+    DesktopSettingsOpener(std::shared_ptr<Permissions> permissions, std::filesystem::path helpPage, Log& log,
+                          SourcesProgram sourcesProgram = nullptr);
 
     void requestInputMonitoring() override { permissions_->requestInputMonitoring(); }
     void openInputMonitoring() override;
@@ -30,6 +35,7 @@ class DesktopSettingsOpener final : public SystemSettingsOpening {
     void requestAccessibility() override { permissions_->requestAccessibility(); }
     void openAccessibility() override;
     void openLoginItems() override;
+    void openInputSources() override;
 
   private:
     void openHelp(const char* section);
@@ -37,6 +43,7 @@ class DesktopSettingsOpener final : public SystemSettingsOpening {
     std::shared_ptr<Permissions> permissions_;
     std::filesystem::path helpPage_;
     Log& log_;
+    SourcesProgram sourcesProgram_;
 };
 
 } // namespace hopsel

@@ -26,6 +26,7 @@ class FcitxInputSources final : public InputFramework {
         return !daemon_.isOwnerKnown() || (!daemon_.owner().isEmpty() && !list_.isTold());
     }
     void retry() override;
+    const char* settingsProgram() const override { return "fcitx5-configtool"; }
     void askCurrent() override {
         if (!daemon_.owner().isEmpty()) current_.ask();
     }

@@ -40,6 +40,7 @@ class IbusInputSources final : public InputFramework {
         return !owner_.isKnown() || (owner_.isThere() && !(current_ && areEnginesTold_));
     }
     void retry() override;
+    const char* settingsProgram() const override { return "ibus-setup"; }
 
   private:
     void connect();

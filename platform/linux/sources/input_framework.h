@@ -21,6 +21,9 @@ class InputFramework : public InputSourceCatalog {
     /// connection that was lost.
     virtual void retry() {}
 
+    /// The program in which its sources are set up; null where the desktop's settings have them.
+    virtual const char* settingsProgram() const { return nullptr; }
+
     /// The current source may be another than the one told: asks, where no signal tells. Often called, so
     /// cheap.
     virtual void askCurrent() {}

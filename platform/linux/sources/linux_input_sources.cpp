@@ -86,6 +86,17 @@ bool LinuxInputSources::hasBeenCurrent() const {
     return hasRequest_ && catalog != nullptr && catalog->hasBeenCurrent();
 }
 
+SwitchHindrance LinuxInputSources::hindrance(std::int32_t code) const {
+    switch (code) {
+    case platform_error::connectionLost:
+    case platform_error::frameworkGone: return SwitchHindrance::notReachable;
+    case platform_error::groupNotLockable: return SwitchHindrance::notSwitchable;
+    case platform_error::noInputContext: return SwitchHindrance::noTextField;
+    case platform_error::desktopCannotSwitch: return SwitchHindrance::notPossibleHere;
+    default: return SwitchHindrance::unknown;
+    }
+}
+
 void LinuxInputSources::retry() {
     for (const auto& framework : frameworks_) framework->retry();
 }

@@ -31,6 +31,7 @@ class LinuxInputSources final : public InputSourceCatalog {
     bool isAsking() const override { return isAsked_ && patience_.isActive(); }
     std::optional<std::string> currentID() override;
     SelectResult select(const std::string& id) override;
+    SwitchHindrance hindrance(std::int32_t code) const override;
     /// `Failed` with `frameworkGone` once another is in charge than the one that accepted the request.
     std::optional<SelectResult> refusal() const override;
     bool hasBeenCurrent() const override;

@@ -18,4 +18,8 @@ void WorkspaceSettingsOpener::openAccessibility() {
     workspace_->open("x-apple.systempreferences:com.apple.preference.security?Privacy_Accessibility");
 }
 
+void WorkspaceSettingsOpener::openInputSources() {
+    workspace_->open("x-apple.systempreferences:com.apple.preference.keyboard?InputSources");
+}
+
 } // namespace hopsel

@@ -22,6 +22,7 @@ class WorkspaceSettingsOpener final : public SystemSettingsOpening {
     void requestAccessibility() override { permissions_->requestAccessibility(); }
     void openAccessibility() override;
     void openLoginItems() override { workspace_->openLoginItems(); }
+    void openInputSources() override;
 
   private:
     std::shared_ptr<Permissions> permissions_;

@@ -14,6 +14,18 @@ namespace hopsel::test {
 using namespace session;
 using namespace std::chrono_literals;
 
+namespace {
+
+void waitForService(const char* name) {
+    ChildProcess::Options options;
+    options.program = "gdbus";
+    options.arguments = {"wait", "--session", "--timeout", "20", name};
+    options.package = "libglib2.0-bin";
+    runProgram(options, 25s);
+}
+
+} // namespace
+
 Walk::Walk(bool withPanel, Framework wanted)
     : framework(wanted),
       bus(wanted == Framework::none ? std::make_unique<PrivateBus>() : nullptr),
@@ -26,8 +38,13 @@ Walk::Walk(bool withPanel, Framework wanted)
         IbusSession::setEngines("['xkb:us::eng', 'hangul']");
         IbusSession::setHangulStart("hangul");
         ibus->startDaemon();
+        waitForService("org.freedesktop.IBus");
     }
-    if (framework == Framework::fcitx) fcitx->startDaemon();
+    if (framework == Framework::fcitx) {
+        fcitx->startDaemon();
+        waitForService("org.fcitx.Fcitx5");
+        waitForService("org.freedesktop.IBus"); // it serves these programs as well
+    }
 }
 
 ChildProcess::Options Walk::program() const {
@@ -40,6 +57,8 @@ ChildProcess::Options Walk::program() const {
                                {"XDG_DATA_HOME", folder + "/data"},
                                {"XDG_RUNTIME_DIR", folder}};
     }
+    if (framework != Framework::none)
+        options.environment = {{"QT_IM_MODULE", framework == Framework::ibus ? "ibus" : "fcitx"}};
     options.environment.insert({{"HOPSEL_CONFIG", std::nullopt},
                                 {"LC_ALL", "C.UTF-8"},
                                 {"LANGUAGE", "en"},

@@ -82,6 +82,9 @@ class FakeDirectory final : public InputSourceDirectory {
     }
     std::optional<std::string> currentID() override { return current; }
     bool isAsking() const override { return isAsked; }
+    SwitchHindrance hindrance(std::int32_t code) const override {
+        return code == 5 ? SwitchHindrance::noTextField : SwitchHindrance::unknown;
+    }
 
     Calls& calls;
     bool isAsked = false;
@@ -132,6 +135,7 @@ class FakeSettings final : public SystemSettingsOpening {
     void requestAccessibility() override { calls.emplace_back("request accessibility"); }
     void openAccessibility() override { calls.emplace_back("open accessibility"); }
     void openLoginItems() override { calls.emplace_back("open login items"); }
+    void openInputSources() override { calls.emplace_back("open input sources"); }
 
     Calls& calls;
     bool accessibility = true;

@@ -4,15 +4,37 @@
 
 #include "ui/window_rig.h"
 
+#include <QLineEdit>
 #include <gmock/gmock.h>
+#include <utility>
 
 namespace hopsel::test {
 namespace {
 
+using fakes::english;
+using fakes::korean;
 using l10n::Key;
 
 class Onboarding : public testing::Test, protected WindowRig {
   protected:
+    /// To the page where the key is tried.
+    void goToTheEnd() {
+        click(Key::onbNext);
+        click(Key::onbNext);
+    }
+    /// What the engine tells of a key; with its other end it is a tap.
+    void press(ModifierKey key, KeyVerdict verdict = KeyVerdict::passed) {
+        engine->recorder->record(
+            diagnostic_kind::Key{key_event_kind::ModifierDown{key}, {key}, KeyVerdict::passed}, 10);
+        engine->recorder->record(diagnostic_kind::Key{key_event_kind::ModifierUp{key}, {}, verdict}, 10.1);
+        settle();
+    }
+    void tell(const EngineEvent& event) {
+        engine->recorder->record(diagnostic_kind::Engine{event}, 10.2);
+        emitEvent(event);
+        settle();
+    }
+
     Onboarding() {
         controller->show();
         activate();
@@ -32,23 +54,22 @@ TEST_F(Onboarding, goesWithReturnAndArrowsAlone) {
     type(Qt::Key_Return);
     EXPECT_EQ(focused(), find<QComboBox>("Input source A"));
     type(Qt::Key_Return);
-    EXPECT_EQ(focused(), find("Next"));
-    type(Qt::Key_Tab, Qt::ShiftModifier);
-    EXPECT_EQ(focused(), find("Back"));
+    EXPECT_TRUE(says("3 / 3")) << "no page about a permission that is there";
+    EXPECT_EQ(focused(), find<QLineEdit>(Key::onbTestField)) << "where people type";
+    while (focused() != find("Back")) type(Qt::Key_Tab);
     type(Qt::Key_Return);
-    EXPECT_TRUE(says("2 / 4")) << "a button that has the keyboard is what Return presses";
+    EXPECT_TRUE(says("2 / 3")) << "a button that has the keyboard is what Return presses";
     EXPECT_TRUE(model->rules().empty());
-    type(Qt::Key_Enter);
     emitEvent(engine_event::Switched{"r", "abc", "hangul", true, 1}); // before the step that waits for it
-    type(Qt::Key_Return);
-    EXPECT_TRUE(says("4 / 4"));
+    type(Qt::Key_Enter);
+    EXPECT_TRUE(says("3 / 3"));
     emitEvent(engine_event::Switched{"r", "hangul", "abc", false, 1}); // not verified
     type(Qt::Key_Space);
     type(Qt::Key_Return);
-    EXPECT_TRUE(says("4 / 4")) << "nothing is to be pressed yet";
+    EXPECT_TRUE(says("3 / 3")) << "nothing is to be pressed yet";
     emitEvent(engine_event::Switched{"r", "abc", "hangul", true, 1});
     settle();
-    EXPECT_EQ(focused(), find("Done"));
+    EXPECT_TRUE(says(Key::onbTestSuccess));
     type(Qt::Key_Return);
     EXPECT_EQ(window(), nullptr);
     EXPECT_TRUE(model->onboardingCompleted() && preferences->completed);
@@ -66,7 +87,7 @@ TEST_F(Onboarding, saysWhyTheSourcesWillNotDo) {
     EXPECT_TRUE(says("Both input sources are the same."));
     EXPECT_FALSE(find("Next")->isEnabled());
     type(Qt::Key_Return);
-    EXPECT_TRUE(says("2 / 4"));
+    EXPECT_TRUE(says("2 / 3"));
     type(Qt::Key_Up);
     EXPECT_FALSE(says("Both input sources are the same."));
     blockFile();
@@ -135,6 +156,98 @@ TEST_F(Onboarding, waitsForThePermissionAndGoesOnWhenItComes) {
     EXPECT_EQ(window(), nullptr);
     EXPECT_TRUE(preferences->completed);
     EXPECT_EQ(model->rules().size(), 1U) << "the rule stays";
+}
+
+TEST_F(Onboarding, saysWhatCameOfEachPress) {
+    const auto failed = [](std::int32_t code) {
+        return engine_event::SwitchFailed{"r", "hangul", select_result::Failed{code}};
+    };
+    recorder->startRecording();
+    goToTheEnd();
+    press(ModifierKey::leftCommand);
+    EXPECT_TRUE(says("Left ⌘ arrived. The key to press is Right ⌘."));
+    EXPECT_EQ(recorder->entries().size(), 2U) << "diagnostics still hear of everything";
+    type(Qt::Key_CapsLock);
+    EXPECT_TRUE(says("CapsLock arrived"));
+    press(ModifierKey::rightCommand, KeyVerdict::switchRequested);
+    tell(failed(5));
+    EXPECT_TRUE(says(Key::onbTestNoTextField));
+    tell(failed(77));
+    EXPECT_TRUE(says("The key arrived, but switching failed (code 77)"));
+    tell(engine_event::RuleSkipped{"r", skip_reason::BrokenSource{{"hangul"}}});
+    EXPECT_TRUE(says(Key::onbTestSourceGone));
+    tell(engine_event::SwitchSuppressed{"r", SuppressReason::secureInput});
+    EXPECT_TRUE(says(Key::onbTestPassword));
+    tell(engine_event::Switched{"r", "abc", "hangul", false, 1});
+    EXPECT_TRUE(says(Key::onbTestUnverified) && !says(Key::onbTestSuccess));
+    tell(engine_event::Switched{"r", "abc", "hangul", true, 1});
+    EXPECT_TRUE(says(Key::onbTestSuccess));
+    click(Key::onbFinish);
+    EXPECT_EQ(engine->recorder, recorder) << "nobody listens to the keys any more";
+}
+
+TEST_F(Onboarding, offersTheWayOutWhereThereIsOneSourceOnly) {
+    directory->sources = {english};
+    model->sourcesChanged();
+    click(Key::onbNext);
+    EXPECT_TRUE(says(Key::onbFewSources));
+    calls.clear();
+    click(Key::onbOpenSources);
+    EXPECT_THAT(calls, testing::ElementsAre("open input sources"));
+    directory->sources = {english, korean};
+    model->sourcesChanged();
+    settle();
+    EXPECT_FALSE(says(Key::onbFewSources) || find(Key::onbOpenSources) != nullptr);
+    EXPECT_TRUE(find(Key::onbNext)->isEnabled());
+}
+
+TEST_F(Onboarding, takesTheKeyThatIsPressedAndEditsTheRuleThatHasIt) {
+    model->addRule(trigger::ModifierTap{ModifierKey::leftControl}, english, korean);
+    model->setRuleEnabled(model->rules()[0].id, false);
+    controller->show();
+    settle();
+    EXPECT_TRUE(find("Your key: Left ⌃"));
+    click(Key::onbNext);
+    EXPECT_EQ(find<QComboBox>("Input source A")->currentText(), "ABC") << "the rule that is there";
+    choose(find<QComboBox>("Input source A"), "Korean");
+    choose(find<QComboBox>("Input source B"), "ABC");
+    click(Key::onbNext);
+    EXPECT_TRUE(says("3 / 3"));
+    ASSERT_EQ(model->rules().size(), 1U);
+    EXPECT_TRUE(model->rules()[0].enabled);
+    EXPECT_EQ(std::get<action::Toggle>(model->rules()[0].action).sourceA.sourceId, "hangul");
+    click(Key::onbBack);
+    EXPECT_EQ(model->rules().size(), 1U) << "it was not made here";
+    click(Key::onbBack);
+
+    click(find("Your key: Left ⌃"));
+    EXPECT_TRUE(find(Key::onbPressNow) && engine->isCapturing());
+    std::exchange(engine->capture, nullptr)(ModifierKey::leftOption);
+    settle();
+    EXPECT_TRUE(find("Your key: Left ⌥"));
+    click(find("Your key: Left ⌥"));
+    click(find("Right ⌥"));
+    EXPECT_FALSE(engine->isCapturing());
+    click(Key::onbPressKey);
+    click(Key::onbNext);
+    EXPECT_FALSE(engine->isCapturing());
+    click(Key::onbNext);
+    ASSERT_EQ(model->rules().size(), 2U) << "the key is another, so is the rule";
+    EXPECT_EQ(model->rules()[1].trigger, Trigger(trigger::ModifierTap{ModifierKey::rightOption}));
+}
+
+TEST_F(Onboarding, offersTheStartAtLoginAndSaysWhereTheProgramIs) {
+    goToTheEnd();
+    EXPECT_TRUE(says(Key::onbWhereInPanel));
+    model->setHasPanel(false);
+    settle();
+    EXPECT_TRUE(says(Key::onbWhereStartAgain));
+    auto* const atLogin = find(Key::generalLaunchAtLogin);
+    click(atLogin);
+    EXPECT_EQ(loginItem->current, LoginItemStatus::enabled);
+    loginItem->refuses = true;
+    click(atLogin);
+    EXPECT_TRUE(atLogin->isChecked()) << "as it is";
 }
 
 TEST_F(Onboarding, beginsAnewWithoutCountingTheOldOneAsClosed) {

@@ -19,6 +19,17 @@ TEST(SettingsOpener, OpensTheProgramOfTheDesktopElseTheHelpPageElseNamesThePageI
     EXPECT_EQ(programs.nextCall(), "gnome-tweaks|");
     opener.openAccessibility();
     EXPECT_EQ(programs.nextCall(), page + "combinations") << "what GNOME has for it is not installed";
+    const char* setup = "ibus-setup";
+    hopsel::DesktopSettingsOpener withMethod(nullptr, "/usr/share/doc of hopsel/permissions.html", log,
+                                             [&] { return setup; });
+    withMethod.openInputSources();
+    EXPECT_EQ(programs.nextCall(), page + "sources") << "neither is installed";
+    for (const char* name : {"ibus-setup", "gnome-control-center"}) programs.install(name);
+    withMethod.openInputSources();
+    EXPECT_EQ(programs.nextCall(), "ibus-setup|");
+    setup = nullptr;
+    withMethod.openInputSources();
+    EXPECT_EQ(programs.nextCall(), "gnome-control-center|keyboard");
     EXPECT_EQ(log.lines.size(), 1U);
 }
 
