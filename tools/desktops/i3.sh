@@ -3,6 +3,6 @@ export XDG_CURRENT_DESKTOP=i3 DESKTOP_SESSION=i3
 
 start_desktop() {
     mkdir -p "$XDG_CONFIG_HOME/i3"
-    printf '%s\n' '# i3 config file (v4)' 'bindsym Mod1+Tab focus next' 'bar { status_command true }' >"$XDG_CONFIG_HOME/i3/config"
+    printf '%s\n' '# i3 config file (v4)' 'bindsym Mod1+Tab focus next' 'bar {' '    position top' '}' >"$XDG_CONFIG_HOME/i3/config"
     start_part i3
 }
