@@ -3,7 +3,9 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <fcntl.h>
+#include <sys/time.h>
 #include <system_error>
 #include <unistd.h>
 
@@ -16,6 +18,9 @@ std::array<int, 2> signalPipe{-1, -1};
 
 void onSignalReceived(int) {
     const int savedError = errno;
+    // Whatever hangs, within the second.
+    const itimerval limit{.it_interval = {}, .it_value = {.tv_sec = 0, .tv_usec = 900'000}};
+    setitimer(ITIMER_REAL, &limit, nullptr);
     const char byte = 0;
     // A full pipe says what this byte would say.
     [[maybe_unused]] const ssize_t written = write(signalPipe[1], &byte, 1);
@@ -46,8 +51,11 @@ TerminationSignals::TerminationSignals(std::function<void()> onSignal) {
                          }
                          callback();
                      });
+    handle(SIGALRM, [](int) { _exit(EXIT_FAILURE); });
     handle(SIGTERM, onSignalReceived);
     handle(SIGINT, onSignalReceived);
+    // Unlike being ignored, what we start does not inherit this.
+    for (const int signal : {SIGPIPE, SIGXFSZ}) handle(signal, [](int) {});
 }
 
 TerminationSignals::~TerminationSignals() {

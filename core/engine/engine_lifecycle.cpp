@@ -207,9 +207,12 @@ void EngineCoordinator::listenTapDisabled(bool reenabled) {
         return;
     }
     source_->stop();
+    // The state comes before the word: an observer of the reset may stop the engine, and start it again.
+    const EngineState degraded = engine_state::Degraded{DegradedReason::tapDisabled};
+    state_ = degraded;
     reset(ResetReason::tapDisabled);
-    if (!isRunning()) return; // an observer of the reset stopped the engine
-    setState(engine_state::Degraded{DegradedReason::tapDisabled});
+    if (state_ != degraded) return;
+    emit(engine_event::StateChanged{degraded});
     syncShortcutSource();
 }
 

@@ -1,13 +1,19 @@
 #include "platform/linux/linux_launch.h"
 
+#include "platform/linux/bus/bus_address.h"
+#include "platform/linux/bus/bus_probe.h"
+#include "platform/linux/ibus/ibus_address.h"
 #include "platform/linux/linux_platform.h"
 #include "ui/design/symbols.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QDBusConnection>
 #include <QDir>
 #include <QLibraryInfo>
+#include <QTimer>
 #include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 
@@ -15,11 +21,32 @@ namespace hopsel {
 
 namespace {
 
+constexpr const char* accessibilityVariable = "AT_SPI_BUS_ADDRESS";
+/// An address of a bus that leads nowhere, at once.
+constexpr const char* nowhere = "disabled:";
+
 /// Without a session bus there is none for us either: the D-Bus library would start one.
 void refuseBusOfOurOwn() {
     const std::string runtimeBus = qEnvironmentVariable("XDG_RUNTIME_DIR").toStdString() + "/bus";
     if (qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS") && !std::filesystem::exists(runtimeBus))
-        qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
+        qputenv("DBUS_SESSION_BUS_ADDRESS", nowhere);
+}
+
+/// The toolkit would wait for these in our main thread, half a minute each, if they hang. Then it is to do
+/// without.
+void refuseWhatHangs() {
+    constexpr std::chrono::milliseconds patience(250);
+    const QString bus = bus_address::session();
+    constexpr bus_probe::Service accessibility{"org.a11y.Bus", "/org/a11y/bus", "org.a11y.Status",
+                                               "IsEnabled"};
+    if (!bus_address::local(bus).isEmpty()) {
+        const bus_probe::Answer answer = bus_probe::ask(bus, patience, &accessibility);
+        if (answer == bus_probe::Answer::none) qputenv("DBUS_SESSION_BUS_ADDRESS", nowhere);
+        if (answer == bus_probe::Answer::silence) qputenv(accessibilityVariable, nowhere);
+    }
+    const auto ibus = qgetenv("QT_IM_MODULE") == "ibus" ? ibus_address::current() : std::nullopt;
+    if (ibus && bus_probe::ask(*ibus, patience) == bus_probe::Answer::none)
+        qputenv("QT_IM_MODULE", "compose");
 }
 
 /// Is there a plugin of this toolkit through which Fcitx5 reaches text fields?
@@ -47,13 +74,17 @@ void HiddenVariable::showAgain() const {
 }
 
 LinuxLaunch::LinuxLaunch()
-    : busAddress_("DBUS_SESSION_BUS_ADDRESS"), desktop_("XDG_CURRENT_DESKTOP"), inputMethod_("QT_IM_MODULE") {
+    : busAddress_("DBUS_SESSION_BUS_ADDRESS"),
+      desktop_("XDG_CURRENT_DESKTOP"),
+      inputMethod_("QT_IM_MODULE"),
+      accessibility_(accessibilityVariable) {
     LinuxPlatform::requireSession(); // without it the toolkit would end in a crash report
     refuseBusOfOurOwn();
+    reachFcitxAsIbus();
+    refuseWhatHangs();
     // Qt's own dispatcher comes back from a wait some 10 µs sooner than the one over GLib, on every trigger.
     // Only this process is to use it, not what it starts.
     qputenv("QT_NO_GLIB", "1");
-    reachFcitxAsIbus();
     // The themes of the GTK desktops bring a second toolkit and three times our memory with them; we draw
     // everything ourselves.
     if (!qgetenv("XDG_CURRENT_DESKTOP").contains("KDE")) qunsetenv("XDG_CURRENT_DESKTOP");
@@ -64,6 +95,7 @@ void LinuxLaunch::applicationMade() {
     QApplication::setWindowIcon(design::applicationIcon());
     // The toolkit's own connection, for its item in the panel: what it finds now it keeps.
     QDBusConnection::sessionBus();
+    if (qgetenv(accessibilityVariable) == nowhere) QAccessible::isActive(); // likewise
     desktop_.showAgain();
     inputMethod_.showAgain();
     qunsetenv("QT_NO_GLIB");
@@ -71,6 +103,10 @@ void LinuxLaunch::applicationMade() {
     std::signal(SIGTSTP, [](int) {}); // unlike being ignored, what we start does not inherit this
 }
 
-void LinuxLaunch::finished() { busAddress_.showAgain(); }
+void LinuxLaunch::finished() {
+    busAddress_.showAgain();
+    // The toolkit reads it in its first turn of the loop.
+    QTimer::singleShot(0, [variable = accessibility_] { variable.showAgain(); });
+}
 
 } // namespace hopsel

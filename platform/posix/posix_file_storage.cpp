@@ -150,10 +150,14 @@ std::string PosixFileStorage::read(const fs::path& file) const {
     }
 }
 
+// What is made here is the user's alone; what is there already stays as it is.
 void PosixFileStorage::createDirectories(const fs::path& folder) {
     std::error_code error;
-    fs::create_directories(folder, error);
-    if (error) throw std::system_error(error, folder.string());
+    if (folder.empty() || fs::is_directory(folder, error)) return;
+    createDirectories(folder.parent_path());
+    if (::mkdir(folder.c_str(), 0700) == 0) return;
+    const int reason = errno;
+    if (!fs::is_directory(folder, error)) fail(folder, reason);
 }
 
 void PosixFileStorage::writeAtomically(const fs::path& file, std::string_view bytes) {
@@ -167,7 +171,7 @@ void PosixFileStorage::writeAtomically(const fs::path& file, std::string_view by
     const fs::path folder = folderOf(target);
     const fs::path temporary = temporaryName(folder);
     const Descriptor output(
-        retrying([&] { return ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666); }));
+        retrying([&] { return ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600); }));
     if (!output.isOpen()) fail(target);
     FileInProgress inProgress(temporary);
     // A file system without modes (a memory stick) refuses this, and has nothing to keep either.

@@ -6,9 +6,13 @@
 #include "session/x_server.h"
 #include "session/x_window.h"
 
+#include <algorithm>
 #include <csignal>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 using namespace hopsel::session;
 using namespace std::chrono_literals;
@@ -81,6 +85,57 @@ TEST_F(Session, KilledWhileASwallowedKeyIsHeldItLeavesAWorkingKeyboard) {
     expectPlainKeyboard();
     const auto another = program.startAnother();
     EXPECT_TRUE(tapsUntilGroup(1)) << "the lock of a killed copy does not count";
+}
+
+TEST_F(Session, StoppedWithAKeyToDecideOnItGivesTheKeyboardBackAndComesBack) {
+    HopselProgram program(HOPSEL_EXECUTABLE, twoRules);
+    ASSERT_TRUE(tapsUntilGroup(1));
+    const auto shiftSpaceSwitches = [this](int group) {
+        const Deadline deadline(patience);
+        do typeShiftSpace();
+        while (!layouts.waitForGroup(group, 400ms) && !deadline.hasPassed());
+        return layouts.lockedGroup() == group;
+    };
+    ASSERT_TRUE(shiftSpaceSwitches(0));
+    for (int round = 0; round < 2; ++round) {
+        program.process().kill(SIGSTOP);
+        window->records();
+        window->clear();
+        const double start = monotonicSeconds();
+        typeShiftSpace();
+        keyboard.tap(key::a);
+        EXPECT_TRUE(window->waitFor([](const auto& records) {
+            return std::any_of(records.begin(), records.end(),
+                               [](const XRecord& each) { return each.text == "a"; });
+        }));
+        RecordProperty("keyboardBackAfterMilliseconds",
+                       static_cast<int>((monotonicSeconds() - start) * 1000));
+        expectPlainKeyboard();
+        program.process().kill(SIGCONT);
+        EXPECT_TRUE(tapsUntilGroup(1));
+        EXPECT_TRUE(shiftSpaceSwitches(0));
+    }
+}
+
+TEST_F(Session, ASignalEndsItWithinASecondAlsoWhenABusNeverGreets) {
+    const TemporaryFolder folder;
+    const int silent = socket(AF_UNIX, SOCK_STREAM, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    const std::string path = (folder.path() / "bus").string();
+    path.copy(address.sun_path, sizeof(address.sun_path) - 1);
+    ASSERT_EQ(bind(silent, reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
+    ASSERT_EQ(listen(silent, 64), 0);
+    const char* previous = std::getenv("DBUS_SESSION_BUS_ADDRESS");
+    const std::string before = previous == nullptr ? "" : previous;
+    setenv("DBUS_SESSION_BUS_ADDRESS", ("unix:path=" + path).c_str(), 1);
+    HopselProgram program(HOPSEL_EXECUTABLE, twoRules);
+    EXPECT_TRUE(tapsUntilGroup(1)) << "it does not wait for the bus";
+    program.process().kill(SIGTERM);
+    EXPECT_TRUE(program.process().waitForExit(5s));
+    previous == nullptr ? unsetenv("DBUS_SESSION_BUS_ADDRESS")
+                        : setenv("DBUS_SESSION_BUS_ADDRESS", before.c_str(), 1);
+    close(silent);
 }
 
 TEST_F(Session, FilesThatItMustNotTouchAreNamedInOneLineAndStay) {

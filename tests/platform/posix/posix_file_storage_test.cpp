@@ -23,13 +23,19 @@ class PosixFileStorageTest : public FolderTest {
 };
 
 TEST_F(PosixFileStorageTest, what_is_written_is_read_back_and_nothing_else_lies_around) {
-    const mode_t before = ::umask(027);
+    storage.createDirectories(folder / "a/b");
+    for (const char* made : {"a", "a/b"}) EXPECT_EQ(fs::status(folder / made).permissions(), fs::perms(0700));
+    ::chmod((folder / "a").c_str(), 0755);
+    storage.createDirectories(folder / "a");
+    EXPECT_EQ(fs::status(folder / "a").permissions(), fs::perms(0755)) << "is somebody's wish";
+    storage.writeAtomically(folder / "a/file", "");
+    EXPECT_THROW(storage.createDirectories(folder / "a/file/b"), std::system_error);
+    fs::remove_all(folder / "a");
     for (const std::string& text : {std::string("old"), std::string(), std::string(300'000, 'x') + '\0'}) {
         storage.writeAtomically(file, text);
         EXPECT_EQ(storage.read(file), text);
-        EXPECT_EQ(fs::status(file).permissions(), fs::perms(0640));
+        EXPECT_EQ(fs::status(file).permissions(), fs::perms(0600)) << "the user's alone";
     }
-    ::umask(before);
     EXPECT_THAT(listing(), ElementsAre("config.json"));
 }
 
