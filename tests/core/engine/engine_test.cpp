@@ -32,6 +32,17 @@ TEST_F(Engine, tellsTheFilterItsKeysAndStartsEachSourceOnce) {
     EXPECT_EQ(rig.filter->starts + rig.source->starts, 2);
 }
 
+TEST_F(Engine, runsIfWhoHearsOfALostTapStopsAndStartsIt) {
+    engine->setOnEvent([this](const EngineEvent& event) {
+        const auto* reset = std::get_if<engine_event::Reset>(&event);
+        if (reset == nullptr || reset->reason != ResetReason::tapDisabled) return;
+        engine->stop();
+        engine->start();
+    });
+    rig.source->onDisabled(false);
+    EXPECT_EQ(engine->state(), EngineState(engine_state::Running{}));
+}
+
 TEST_F(Engine, tellsTheListenerWhichTapsAreItsOwnUnlessAnotherComputerHasThem) {
     Rule off = fakes::tapRule("off", ModifierKey::leftOption, "A", "B");
     off.enabled = false;
