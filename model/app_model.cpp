@@ -26,6 +26,9 @@ void AppModel::start() {
     parts_.engine->setOnEvent([model = QPointer(this)](const EngineEvent& event) {
         if (model) model->handle(event);
     });
+    parts_.engine->setOnUnavailableShortcuts([model = QPointer(this)] {
+        if (model) model->refreshEngineState();
+    });
     refreshSourceList();
     takeRules();
     if (engineEnabled_) parts_.engine->start();
@@ -60,6 +63,7 @@ void AppModel::handle(const EngineEvent& event) {
             },
             [this](const engine_event::ShortcutStatusChanged& changed) {
                 publish(shortcutStatus_, changed.status);
+                publish(takenShortcuts_, parts_.engine->unavailableShortcuts());
             },
             [](const auto&) {}, // the recorder has it
         },
@@ -69,6 +73,7 @@ void AppModel::handle(const EngineEvent& event) {
 void AppModel::refreshEngineState() {
     publish(engineState_, parts_.engine->state());
     publish(shortcutStatus_, parts_.engine->shortcutStatus());
+    publish(takenShortcuts_, parts_.engine->unavailableShortcuts());
 }
 
 void AppModel::refreshSourceList() {

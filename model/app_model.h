@@ -92,10 +92,15 @@ class AppModel final : public ObservableObject {
     // app_model_rules.cpp: editing rules. Nothing is edited while there is a store problem.
     bool canEditRules() const { return !storeProblem_; }
     std::vector<InputSourceInfo> selectableSources() const;
+    /// `ruleID`: of the rule that is being changed, if there is one.
     std::vector<RuleIssue> previewIssues(const Trigger& trigger, const InputSourceInfo& a,
-                                         const InputSourceInfo& b) const;
+                                         const InputSourceInfo& b,
+                                         const std::string& ruleID = "preview") const;
     EditResult addRule(const Trigger& trigger, const InputSourceInfo& a, const InputSourceInfo& b);
     EditResult updateSources(const std::string& ruleID, const InputSourceInfo& a, const InputSourceInfo& b);
+    /// Gives a rule another key and other sources at once.
+    EditResult updateRule(const std::string& ruleID, const Trigger& trigger, const InputSourceInfo& a,
+                          const InputSourceInfo& b);
     bool removeRule(const std::string& id);
     bool setRuleEnabled(const std::string& id, bool enabled);
     /// For who shows the warnings, to call now and then: nobody tells when the system's own shortcuts change.
@@ -117,6 +122,9 @@ class AppModel final : public ObservableObject {
     std::optional<std::string> currentSourceLabel() const;
     /// The identifier itself where no listed source has it.
     std::string sourceName(const std::string& id) const;
+    /// The names of the combinations that another program holds, in the order of the rules; empty where that
+    /// is not known.
+    std::vector<std::string> takenCombinations() const;
     std::string ruleLine(const Rule& rule) const;
     StatusLine statusLine() const;
     MenuState menuState() const;
@@ -144,6 +152,8 @@ class AppModel final : public ObservableObject {
     const std::optional<std::string>& currentSourceID() const { return currentSourceID_; }
     const EngineState& engineState() const { return engineState_; }
     ShortcutStatus shortcutStatus() const { return shortcutStatus_; }
+    /// Combinations of the rules that another program holds.
+    const ShortcutSet& takenShortcuts() const { return takenShortcuts_; }
     bool engineEnabled() const { return engineEnabled_; }
     LoginItemStatus launchStatus() const { return launchStatus_; }
     const std::optional<StoreProblem>& storeProblem() const { return storeProblem_; }
@@ -171,6 +181,8 @@ class AppModel final : public ObservableObject {
     void setOnboardingCompleted(bool completed);
     template <class Edit>
     EditResult edit(Edit&& change);
+    template <class Change>
+    EditResult change(const std::string& ruleID, Change&& change);
     void takeRules();
     StatusLine statusOfRules() const;
     const InputSourceInfo* listed(const std::string& id) const;
@@ -187,6 +199,7 @@ class AppModel final : public ObservableObject {
     std::optional<std::string> currentSourceID_;
     EngineState engineState_;
     ShortcutStatus shortcutStatus_ = ShortcutStatus::notNeeded;
+    ShortcutSet takenShortcuts_;
     bool engineEnabled_;
     LoginItemStatus launchStatus_ = LoginItemStatus::disabled;
     std::optional<StoreProblem> storeProblem_;

@@ -51,6 +51,16 @@ std::string AppModel::label(const InputSourceRef& ref) const {
                              : source_label::label({}, ref.displayName);
 }
 
+std::vector<std::string> AppModel::takenCombinations() const {
+    std::vector<std::string> names;
+    for (const Rule& rule : rules_) {
+        const std::optional<ShortcutKey> shortcut = swallowedShortcut(rule.trigger);
+        if (rule.enabled && shortcut && takenShortcuts_.count(*shortcut) > 0)
+            names.push_back(l10n::shortcutName(*shortcut));
+    }
+    return names;
+}
+
 std::string AppModel::ruleLine(const Rule& rule) const {
     return l10n::triggerName(rule.trigger) + "  " + currentName(toggleOf(rule).sourceA) + " ⇄ " +
            currentName(toggleOf(rule).sourceB);
@@ -67,7 +77,8 @@ StatusLine AppModel::statusLine() const {
                                          : StatusLine::tapDisabled;
                           },
                           [this](const engine_state::Running&) {
-                              return shortcutStatus_ == ShortcutStatus::unavailable
+                              return shortcutStatus_ == ShortcutStatus::unavailable ||
+                                             !takenShortcuts_.empty()
                                          ? StatusLine::accessibilityMissing
                                          : statusOfRules();
                           },
@@ -92,6 +103,7 @@ MenuState AppModel::menuState() const {
     state.status = statusLine();
     state.currentInputName = currentSourceName();
     for (const Rule& rule : rules_) state.ruleLines.push_back(ruleLine(rule));
+    state.takenCombinations = takenCombinations();
     state.launchAtLogin = launchStatus_ == LoginItemStatus::enabled;
     return state;
 }

@@ -24,8 +24,8 @@ std::vector<InputSourceInfo> AppModel::selectableSources() const {
 }
 
 std::vector<RuleIssue> AppModel::previewIssues(const Trigger& trigger, const InputSourceInfo& a,
-                                               const InputSourceInfo& b) const {
-    return rule_validator::issues({"preview", true, trigger, toggle(a, b)}, parts_.store->config().rules);
+                                               const InputSourceInfo& b, const std::string& ruleID) const {
+    return rule_validator::issues({ruleID, true, trigger, toggle(a, b)}, parts_.store->config().rules);
 }
 
 EditResult AppModel::addRule(const Trigger& trigger, const InputSourceInfo& a, const InputSourceInfo& b) {
@@ -38,13 +38,26 @@ EditResult AppModel::addRule(const Trigger& trigger, const InputSourceInfo& a, c
 
 EditResult AppModel::updateSources(const std::string& ruleID, const InputSourceInfo& a,
                                    const InputSourceInfo& b) {
+    return change(ruleID, [&](Rule& rule) { rule.action = toggle(a, b); });
+}
+
+EditResult AppModel::updateRule(const std::string& ruleID, const Trigger& trigger, const InputSourceInfo& a,
+                                const InputSourceInfo& b) {
+    return change(ruleID, [&](Rule& rule) {
+        rule.trigger = trigger;
+        rule.action = toggle(a, b);
+    });
+}
+
+template <class Change>
+EditResult AppModel::change(const std::string& ruleID, Change&& change) {
     const std::vector<Rule>& stored = parts_.store->config().rules;
     const auto found =
         std::find_if(stored.begin(), stored.end(), [&](const Rule& rule) { return rule.id == ruleID; });
     if (canEditRules() && found == stored.end()) return edit_result::Failed{"rule not found"};
     return edit([&](RuleStore& store) {
         Rule changed = *found;
-        changed.action = toggle(a, b);
+        change(changed);
         store.update(changed);
     });
 }
@@ -92,7 +105,10 @@ void AppModel::refreshConflicts() {
 std::optional<RuleWarning> AppModel::warning(const Trigger& trigger, bool enabled) const {
     const std::optional<ShortcutKey> shortcut = swallowedShortcut(trigger);
     if (!shortcut) return std::nullopt;
-    if (enabled && shortcutStatus_ == ShortcutStatus::unavailable) return RuleWarning::needsAccessibility;
+    // Where it is known which combinations are taken, the others are all right.
+    const bool isTaken = takenShortcuts_.empty() ? shortcutStatus_ == ShortcutStatus::unavailable
+                                                 : takenShortcuts_.count(*shortcut) > 0;
+    if (enabled && isTaken) return RuleWarning::needsAccessibility;
     if (parts_.systemShortcutConflict(*shortcut)) return RuleWarning::systemShortcutConflict;
     return std::nullopt;
 }

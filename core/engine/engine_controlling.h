@@ -26,6 +26,10 @@ class EngineControlling {
 
     virtual EngineState state() const = 0;
     virtual ShortcutStatus shortcutStatus() const = 0;
+    /// The combinations that another program holds, while there are any to filter; the others work.
+    virtual ShortcutSet unavailableShortcuts() const { return {}; }
+    /// Called, synchronously, when they may have changed; an empty function takes it away.
+    virtual void setOnUnavailableShortcuts(std::function<void()> /*observer*/) {}
     /// The one observer of engine events, called synchronously; an empty function takes it away.
     virtual void setOnEvent(EventObserver observer) = 0;
     /// True also past the deadline, until the next event or a cancel notices it.

@@ -56,6 +56,10 @@ class EngineCoordinator final : public EngineControlling,
 
     EngineState state() const override { return state_; }
     ShortcutStatus shortcutStatus() const override { return shortcutStatus_; }
+    ShortcutSet unavailableShortcuts() const override;
+    void setOnUnavailableShortcuts(std::function<void()> observer) override {
+        onUnavailableShortcuts_ = std::move(observer);
+    }
     void setOnEvent(EventObserver observer) override { onEvent_ = std::move(observer); }
     bool isCapturing() const override { return static_cast<bool>(captureHandler_); }
     std::shared_ptr<DiagnosticsRecorder> diagnostics() const override { return diagnostics_; }
@@ -129,6 +133,7 @@ class EngineCoordinator final : public EngineControlling,
     EngineState state_ = engine_state::Stopped{};
     ShortcutStatus shortcutStatus_ = ShortcutStatus::notNeeded;
     EventObserver onEvent_;
+    std::function<void()> onUnavailableShortcuts_;
     std::shared_ptr<DiagnosticsRecorder> diagnostics_;
     std::optional<remote_apps::Kind> frontmostRemoteKind_;
     ShortcutKey guestKey_{49, {ModifierKey::leftControl}}; // Control+Space

@@ -74,6 +74,11 @@ void EngineCoordinator::connectSources() {
     shortcutSource_->onDisabled = [weak](bool reenabled) {
         if (const auto self = weak.lock()) self->shortcutTapDisabled(reenabled);
     };
+    shortcutSource_->onUnavailableChanged = [weak] {
+        const auto engine = weak.lock();
+        if (!engine) return;
+        if (const auto observer = engine->onUnavailableShortcuts_) observer();
+    };
 }
 
 void EngineCoordinator::start() {
@@ -214,6 +219,12 @@ void EngineCoordinator::listenTapDisabled(bool reenabled) {
     if (state_ != degraded) return;
     emit(engine_event::StateChanged{degraded});
     syncShortcutSource();
+}
+
+ShortcutSet EngineCoordinator::unavailableShortcuts() const {
+    return shortcutSource_ && shortcutStatus_ != ShortcutStatus::notNeeded
+               ? shortcutSource_->unavailableShortcuts()
+               : ShortcutSet();
 }
 
 // Modifier taps go on working without the filtering source, so the engine's state stays as it is.

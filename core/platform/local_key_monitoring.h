@@ -15,6 +15,12 @@ struct LocalKeyDown {
     bool isRepeat = false;
 };
 
+/// Keys that cannot be triggers, as far as a window can see it.
+enum class UnusableKey : std::uint8_t {
+    capsLock,
+    modifiersTogether, ///< several modifiers went down and came up without any other key
+};
+
 class LocalKeyMonitoring {
   public:
     LocalKeyMonitoring() = default;
@@ -28,6 +34,9 @@ class LocalKeyMonitoring {
     virtual void stop() = 0;
     /// Combinations that another program has taken for itself do not arrive.
     virtual bool missesGrabbedKeys() const { return false; }
+
+    /// Told while it runs, where the platform can tell. It may stop the monitor.
+    std::function<void(UnusableKey)> onUnusable;
 };
 
 /// For previews, and for platforms that cannot.

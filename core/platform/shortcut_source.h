@@ -33,10 +33,16 @@ class ShortcutSource {
     /// taken while the source runs is reported through `onDisabled(false)`. Does not throw.
     virtual void setShortcuts(const ShortcutSet& shortcuts) = 0;
 
+    /// Those of the combinations told that another program holds, as far as they were tried for: the others
+    /// work, these as soon as they are free. Sources that see every key have none.
+    virtual ShortcutSet unavailableShortcuts() const { return {}; }
+
     /// Without a handler every key passes.
     InputHandler onInput;
     /// The platform took the source away, with or without giving it back. Without a handler nobody is told.
     DisabledHandler onDisabled;
+    /// `unavailableShortcuts` may have changed.
+    std::function<void()> onUnavailableChanged;
 };
 
 } // namespace hopsel

@@ -1,5 +1,6 @@
 #include "model/menu/menu_builder.h"
 
+#include "model/texts/combination_texts.h"
 #include "model/texts/l10n.h"
 
 namespace hopsel::menu_builder {
@@ -35,7 +36,8 @@ std::vector<MenuItemSpec> items(const MenuState& state) {
     if (state.ruleLines.empty()) menu.emplace_back(menu_item::Info{t(Key::menuNoRules)});
     menu.emplace_back(menu_item::Separator{});
     menu.emplace_back(menu_item::Header{t(Key::menuStatusHeader)});
-    menu.emplace_back(menu_item::Status{statusTitle(state.status), statusLevel(state.status)});
+    menu.emplace_back(
+        menu_item::Status{statusTitle(state.status, state.takenCombinations), statusLevel(state.status)});
     if (auto way = remedy(state.status)) menu.push_back(*std::move(way));
     menu.emplace_back(menu_item::Separator{});
     menu.emplace_back(
@@ -46,7 +48,8 @@ std::vector<MenuItemSpec> items(const MenuState& state) {
     return menu;
 }
 
-std::string statusTitle(StatusLine status) {
+std::string statusTitle(StatusLine status, const std::vector<std::string>& taken) {
+    if (status == StatusLine::accessibilityMissing && !taken.empty()) return l10n::takenText(taken);
     switch (status) {
     case StatusLine::ok: return t(Key::statusOK);
     case StatusLine::paused: return t(Key::statusPaused);

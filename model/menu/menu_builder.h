@@ -7,7 +7,8 @@ namespace hopsel::menu_builder {
 
 std::vector<MenuItemSpec> items(const MenuState& state);
 
-std::string statusTitle(StatusLine status);
+/// `taken`: the combinations that another program holds, where that is known.
+std::string statusTitle(StatusLine status, const std::vector<std::string>& taken = {});
 MenuStatusLevel statusLevel(StatusLine status);
 
 } // namespace hopsel::menu_builder

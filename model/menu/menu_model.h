@@ -39,6 +39,8 @@ struct MenuState {
     std::optional<std::string> currentInputName; ///< absent when unknown
     std::vector<std::string> ruleLines;          ///< in the stored order, disabled rules too
     bool launchAtLogin = false;
+    /// Those that another program holds; empty where it is not known which.
+    std::vector<std::string> takenCombinations = {};
     friend bool operator==(const MenuState&, const MenuState&) = default;
 };
 

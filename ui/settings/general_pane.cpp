@@ -116,7 +116,7 @@ QWidget* GeneralPane::approvalLine() {
 void GeneralPane::refresh() {
     const StatusLine status = model_.statusLine();
     dot_->setTone(toneOf(status));
-    status_->setText(QString::fromStdString(menu_builder::statusTitle(status)));
+    status_->setText(QString::fromStdString(menu_builder::statusTitle(status, model_.takenCombinations())));
     openPrivacy_->setVisible(status == StatusLine::permissionMissing);
     showLabel_->setChecked(model_.showSourceLabel());
     if (guardTaps_ != nullptr) guardTaps_->setChecked(model_.guardsTaps());

@@ -11,7 +11,6 @@
 
 #include <bitset>
 #include <map>
-#include <string>
 #include <vector>
 
 namespace hopsel {
@@ -23,10 +22,11 @@ class X11KeyGrabs {
     X11KeyGrabs(X11Connection& connection, X11Connection& helper)
         : connection_(connection), helper_(helper) {}
 
-    /// Replaces all grabs; those that are wanted already stay untouched. Throws `std::runtime_error`, naming
-    /// the key, when another program holds one of the combinations; then nothing is grabbed at all.
-    void install(const ShortcutSet& shortcuts, const KeyMeanings& meanings,
-                 const std::vector<MasterKeyboard>& masters);
+    /// Makes the grabs those of the shortcuts; what is held already stays untouched. Each shortcut goes by
+    /// itself: the answer has those of which another program holds a combination, and nothing is grabbed for
+    /// them.
+    ShortcutSet install(const ShortcutSet& shortcuts, const KeyMeanings& meanings,
+                        const std::vector<MasterKeyboard>& masters);
     void removeAll();
 
     /// A press of this key may come to us as a grab, depending on the modifiers.
@@ -34,18 +34,19 @@ class X11KeyGrabs {
 
   private:
     using Masks = std::set<XModifierMask>;
-    using WantedKeys = std::map<XKeyCode, Masks>;
+    using Combinations = std::map<XKeyCode, Masks>;
 
-    /// The key of a combination that a client of the core protocol (most window managers) holds too, or an
-    /// empty text. Which of the two would get it depends on who grabbed last.
-    std::string contestedKey(const WantedKeys& wanted);
-    /// The key that could not be grabbed, or an empty text.
-    std::string grabAll();
-    bool grab(XKeyCode key, const Masks& masks, XDeviceId keyboard);
+    /// What a client of the core protocol (most window managers) holds, too. Which of the two would get it
+    /// depends on who grabbed last.
+    Combinations contested(const Combinations& wanted);
+    /// Those that were refused.
+    Combinations hold(const Combinations& wanted);
+    Masks grab(XKeyCode key, const Masks& masks, XDeviceId keyboard);
+    void letGo(const Combinations& unwanted);
 
     X11Connection& connection_;
     X11Connection& helper_;
-    WantedKeys wanted_;
+    Combinations held_;
     std::vector<MasterKeyboard> masters_;
     std::bitset<256> coveredKeys_;
 };

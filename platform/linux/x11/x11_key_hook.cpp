@@ -59,6 +59,7 @@ void X11KeyHook::stopListening() {
 }
 
 void X11KeyHook::startFiltering(const ShortcutSet& shortcuts, Filter filter) {
+    taken_.clear();
     if (!session_) throw std::runtime_error("the keyboard is not listened to");
     shortcuts_ = shortcuts;
     installGrabs();
@@ -302,7 +303,9 @@ void X11KeyHook::dispatchSoon() {
 
 void X11KeyHook::installGrabs() {
     dispatchSoon();
-    session_->grabs.install(shortcuts_, meanings_, session_->masters);
+    taken_ = session_->grabs.install(shortcuts_, meanings_, session_->masters);
+    if (!taken_.empty() && taken_.size() == shortcuts_.size())
+        throw std::runtime_error("other programs have grabbed every key combination of the rules");
 }
 
 void X11KeyHook::refreshLater() {
@@ -316,14 +319,26 @@ void X11KeyHook::refreshKeyboard() {
     session_->masters = x11_input_devices::masterKeyboards(session_->primary);
     meanings_ = x11_keymap::readMeanings(session_->primary);
     resynchronise();
-    if (!session_ || !filter_) return;
+    if (session_ && filter_) refreshGrabs();
+}
+
+void X11KeyHook::retryTaken() {
+    dispatch();
+    if (session_ && filter_ && !taken_.empty() && !session_->hold.isActive()) refreshGrabs();
+}
+
+void X11KeyHook::refreshGrabs() {
+    const ShortcutSet before = taken_;
     try {
         installGrabs();
         dispatch();
     } catch (const std::runtime_error&) {
         filter_ = nullptr;
         if (const auto callback = onFilterLost) callback();
+        return;
     }
+    if (taken_ == before) return;
+    if (const auto callback = onTakenChanged) callback();
 }
 
 void X11KeyHook::resynchronise() {

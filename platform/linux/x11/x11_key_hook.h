@@ -54,10 +54,15 @@ class X11KeyHook {
     void startListening(Listener listener);
     void stopListening();
 
-    /// Only while listening. Throws `std::runtime_error` in words for the user.
+    /// Only while listening. What another program has is in `takenShortcuts`, the others are filtered. Throws
+    /// `std::runtime_error` in words for the user if it has them all.
     void startFiltering(const ShortcutSet& shortcuts, Filter filter);
     /// Throws likewise, and then filters nothing any more.
     void setShortcuts(const ShortcutSet& shortcuts);
+    /// Tries for what another program has: nobody tells when it lets go.
+    void retryTaken();
+    /// Those of the shortcuts, as they were last set, that another program has.
+    const ShortcutSet& takenShortcuts() const { return taken_; }
     /// A key that is swallowed at this moment stays swallowed until it is up.
     void stopFiltering();
 
@@ -85,8 +90,10 @@ class X11KeyHook {
     std::function<void()> onHandled;
     /// A connection broke; the hook is closed already.
     std::function<void()> onLost;
-    /// The combinations cannot be filtered any more (another program took one); the filter is off already.
+    /// No combination can be filtered any more (other programs took them); the filter is off already.
     std::function<void()> onFilterLost;
+    /// `takenShortcuts` changed by itself.
+    std::function<void()> onTakenChanged;
 
   private:
     struct Barrier {
@@ -110,6 +117,7 @@ class X11KeyHook {
     bool settleAnsweredBarrier();
     void settleFrontBarrier();
     void installGrabs();
+    void refreshGrabs();
     void dispatchSoon();
     void refreshKeyboard();
     void refreshLater();
@@ -136,6 +144,7 @@ class X11KeyHook {
     Listener listener_;
     Filter filter_;
     ShortcutSet shortcuts_;
+    ShortcutSet taken_;
     KeyMeanings meanings_;
     HeldKeys held_;
     X11OwnPosts ownPosts_;

@@ -4,7 +4,9 @@
 #include "platform/linux/x11/x11_keymap.h"
 
 #include <QCoreApplication>
+#include <bit>
 #include <exception>
+#include <utility>
 #include <xkbcommon/xkbcommon-x11.h>
 
 namespace hopsel {
@@ -90,14 +92,29 @@ bool X11LocalKeyMonitor::pressed(const xcb_key_press_event_t& event) {
         if ((seen_ & swallowed_).none()) leave();
         return isOurs;
     }
-    // The silent one is our own tap guard's.
-    if (meanings_.modifier(key) || meanings_.isCapsLock(key) || key == meanings_.silentKey() ||
-        key < key_codes::x11Offset)
+    if (meanings_.isCapsLock(key)) {
+        chord_ = Chord::none;
+        if (!isRepeat) tellUnusable(UnusableKey::capsLock);
         return true;
+    }
+    if (meanings_.modifier(key)) {
+        if (std::popcount(held_.modifiers().bits()) < 2)
+            chord_ = Chord::none;
+        else if (chord_ == Chord::none)
+            chord_ = Chord::several;
+        return true;
+    }
+    if (key == meanings_.silentKey()) return true; // our own tap guard's
+    chord_ = Chord::spoilt;
+    if (key < key_codes::x11Offset) return true;
     const auto linuxCode = static_cast<std::uint16_t>(key - key_codes::x11Offset);
     const auto onKeyDown = onKeyDown_; // it may stop or start us
     onKeyDown({key_codes::virtualKeyCode(linuxCode), held_.flags(), isRepeat});
     return true;
+}
+
+void X11LocalKeyMonitor::tellUnusable(UnusableKey key) const {
+    if (const auto tell = onUnusable) tell(key); // it may stop us
 }
 
 bool X11LocalKeyMonitor::released(const xcb_key_release_event_t& event) {
@@ -105,7 +122,10 @@ bool X11LocalKeyMonitor::released(const xcb_key_release_event_t& event) {
     lastRelease_ = Release{key, event.time};
     seen_.reset(key);
     held_.release(key, meaning(key));
-    return swallowed_[key];
+    const bool isOurs = swallowed_[key];
+    if (held_.modifiers().empty() && std::exchange(chord_, Chord::none) == Chord::several && isStarted())
+        tellUnusable(UnusableKey::modifiersTogether);
+    return isOurs;
 }
 
 } // namespace hopsel

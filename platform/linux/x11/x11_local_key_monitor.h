@@ -32,6 +32,7 @@ class X11LocalKeyMonitor final : public LocalKeyMonitoring, private QAbstractNat
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
     bool pressed(const xcb_key_press_event_t& event);
     bool released(const xcb_key_release_event_t& event);
+    void tellUnusable(UnusableKey key) const;
     bool isStarted() const { return onKeyDown_ != nullptr; }
     KeyMeaning meaning(XKeyCode key) const;
     void leave();
@@ -46,6 +47,8 @@ class X11LocalKeyMonitor final : public LocalKeyMonitoring, private QAbstractNat
     HeldKeys::KeySet seen_;      ///< pressed as far as the events tell
     HeldKeys::KeySet swallowed_; ///< the latest press was kept from Qt, and so is what follows from it
     std::optional<Release> lastRelease_;
+    /// What has been pressed together since a first modifier went down.
+    enum class Chord { none, several, spoilt } chord_ = Chord::none;
 };
 
 } // namespace hopsel

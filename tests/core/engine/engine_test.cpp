@@ -59,6 +59,18 @@ TEST_F(Engine, tellsTheListenerWhichTapsAreItsOwnUnlessAnotherComputerHasThem) {
     EXPECT_TRUE(rig.source->tapTriggers.empty());
 }
 
+TEST_F(Engine, passesOnWhichCombinationsAreTaken) {
+    int told = 0;
+    engine->setOnUnavailableShortcuts([&] { ++told; });
+    rig.filter->taken = {{96, {}}};
+    rig.filter->onUnavailableChanged();
+    EXPECT_EQ(told, 1);
+    EXPECT_THAT(engine->unavailableShortcuts(), ElementsAre(ShortcutKey{96, {}}));
+    EXPECT_EQ(engine->shortcutStatus(), ShortcutStatus::running) << "the others work";
+    engine->stop();
+    EXPECT_THAT(engine->unavailableShortcuts(), IsEmpty());
+}
+
 TEST_F(Engine, isHeldWeaklyByItsCallbacks) {
     tap();
     engine.reset();

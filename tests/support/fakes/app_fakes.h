@@ -28,6 +28,8 @@ class FakeEngine final : public EngineControlling {
 
     EngineState state() const override { return current; }
     ShortcutStatus shortcutStatus() const override { return status; }
+    ShortcutSet unavailableShortcuts() const override { return taken; }
+    void setOnUnavailableShortcuts(std::function<void()> observer) override { onTaken = std::move(observer); }
     void setOnEvent(EventObserver observer) override {
         calls.emplace_back("engine observe");
         onEvent = std::move(observer);
@@ -66,6 +68,8 @@ class FakeEngine final : public EngineControlling {
     EngineState current;
     EngineState stateAfterStart = engine_state::Running{};
     ShortcutStatus status = ShortcutStatus::notNeeded;
+    ShortcutSet taken;
+    std::function<void()> onTaken;
     EventObserver onEvent;
     CaptureHandler capture;
     std::shared_ptr<DiagnosticsRecorder> recorder;

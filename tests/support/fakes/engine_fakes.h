@@ -69,6 +69,9 @@ class FakeShortcutSource final : public FakeTap<ShortcutSource> {
         if (isStarted && refusesChange) onDisabled(false);
     }
 
+    ShortcutSet unavailableShortcuts() const override { return taken; }
+
+    ShortcutSet taken;          ///< another program has them
     bool refusesChange = false; ///< a running source cannot take another set
     ShortcutSet shortcuts;
 };

@@ -1,6 +1,7 @@
 #include "ui/settings/rules/add_rule_view.h"
 
 #include "model/source_suggester.h"
+#include "model/texts/combination_texts.h"
 #include "model/texts/issue_texts.h"
 #include "model/texts/l10n.h"
 #include "model/texts/platform_notes.h"
@@ -34,9 +35,10 @@ constexpr int padding = 24;
 
 AddRuleView::AddRuleView(AppModel& model, std::shared_ptr<LocalKeyMonitoring> keys,
                          std::optional<Trigger> initialTrigger, std::function<void()> onClose,
-                         QWidget* parent)
+                         QWidget* parent, std::optional<Rule> changed)
     : QWidget(parent),
       model_(model),
+      changed_(std::move(changed)),
       capture_(model, std::move(keys), initialTrigger),
       onClose_(std::move(onClose)),
       captureButton_(new Button({}, Button::Kind::keyCap)),
@@ -45,7 +47,12 @@ AddRuleView::AddRuleView(AppModel& model, std::shared_ptr<LocalKeyMonitoring> ke
     const auto suggestion = source_suggester::suggest(model_.selectableSources());
     sourceAID_ = suggestion.a;
     sourceBID_ = suggestion.b;
-    setAccessibleName(text(Key::addRuleTitle));
+    if (changed_) {
+        const auto& toggle = std::get<action::Toggle>(changed_->action);
+        sourceAID_ = toggle.sourceA.sourceId;
+        sourceBID_ = toggle.sourceB.sourceId;
+    }
+    setAccessibleName(title());
 
     auto* scroller = new QScrollArea;
     scroller->setFrameShape(QFrame::NoFrame);
@@ -75,12 +82,16 @@ AddRuleView::AddRuleView(AppModel& model, std::shared_ptr<LocalKeyMonitoring> ke
     refresh();
 }
 
+QString AddRuleView::title() const {
+    return changed_ ? QString::fromStdString(l10n::changeKeyText()) : text(Key::addRuleTitle);
+}
+
 QWidget* AddRuleView::body() {
     auto* body = new QWidget;
     auto* column = new QVBoxLayout(body);
     column->setContentsMargins(padding, padding, padding, 4);
     column->setSpacing(16);
-    column->addWidget((new Text(text(Key::addRuleTitle), TextStyle::title3))->wrapped());
+    column->addWidget((new Text(title(), TextStyle::title3))->wrapped());
     auto* key = new QVBoxLayout;
     key->setSpacing(6);
     key->addWidget(new Text(text(Key::addRuleKey), TextStyle::callout));
@@ -120,7 +131,8 @@ QWidget* AddRuleView::buttonRow() {
     buttons->setContentsMargins(padding, 16, padding, padding);
     buttons->setSpacing(10);
     cancelButton_ = new Button(text(Key::addRuleCancel), Button::Kind::secondary);
-    addButton_ = new Button(text(Key::addRuleAdd), Button::Kind::primary);
+    addButton_ = new Button(changed_ ? QString::fromStdString(l10n::changeText()) : text(Key::addRuleAdd),
+                            Button::Kind::primary);
     buttons->addStretch(1);
     buttons->addWidget(cancelButton_);
     buttons->addWidget(addButton_);
@@ -192,8 +204,9 @@ void AddRuleView::showCapture() {
     QString words = text(hint);
     if (hint != Key::addRuleNeedsEngine && capture_.missesGrabbedKeys())
         words += ' ' + QString::fromStdString(l10n::note(PlatformNote::grabbedCombinations));
+    if (capture_.refused()) words = QString::fromStdString(l10n::refusedText(*capture_.refused()));
     hint_->setText(words);
-    hint_->setTone(hint == Key::addRuleKeyHint ? Tone::secondary : Tone::warning);
+    hint_->setTone(hint == Key::addRuleKeyHint && !capture_.refused() ? Tone::secondary : Tone::warning);
     captureButton_->setAccessibleDescription(words);
 }
 
@@ -206,7 +219,7 @@ void AddRuleView::showSources(const std::vector<InputSourceInfo>& offered) {
 
 void AddRuleView::showMessages() {
     QStringList lines;
-    for (const RuleIssue& issue : issues()) lines += QString::fromStdString(l10n::issueText(issue));
+    for (const RuleIssue& issue : issues()) lines += describe(issue);
     lines += warnings();
     if (!failure_.isEmpty()) lines += failure_;
     if (lines == shownMessages_) return;
@@ -217,6 +230,17 @@ void AddRuleView::showMessages() {
         messages_->addWidget(message);
         message->show(); // at once, so that our height counts it
     }
+}
+
+/// A key that a rule has already, with that rule.
+QString AddRuleView::describe(const RuleIssue& issue) const {
+    QString words = QString::fromStdString(l10n::issueText(issue));
+    const auto* duplicate = std::get_if<rule_issue::DuplicateTrigger>(&issue);
+    if (duplicate == nullptr) return words;
+    for (const Rule& rule : model_.rules())
+        if (rule.id == duplicate->existingRuleId)
+            words += " (" + QString::fromStdString(model_.ruleLine(rule)) + ")";
+    return words;
 }
 
 std::optional<InputSourceInfo> AddRuleView::selected(const std::optional<std::string>& id) const {
@@ -231,6 +255,7 @@ std::vector<RuleIssue> AddRuleView::issues() const {
     const auto a = selected(sourceAID_);
     const auto b = selected(sourceBID_);
     if (!capture_.trigger() || !a || !b) return {};
+    if (changed_) return model_.previewIssues(*capture_.trigger(), *a, *b, changed_->id);
     return model_.previewIssues(*capture_.trigger(), *a, *b);
 }
 
@@ -242,6 +267,8 @@ QStringList AddRuleView::warnings() const {
     // While shortcuts are unavailable the model's warning is another one.
     if (model_.warning(*trigger, true) == RuleWarning::systemShortcutConflict)
         texts += text(Key::issueSystemShortcutConflict);
+    if (const std::string missed = l10n::missedByPrograms(*swallowedShortcut(*trigger)); !missed.empty())
+        texts += QString::fromStdString(missed);
     return texts;
 }
 
@@ -249,10 +276,16 @@ bool AddRuleView::canAdd() const {
     return capture_.trigger() && selected(sourceAID_) && selected(sourceBID_) && issues().empty();
 }
 
+EditResult AddRuleView::store() {
+    const InputSourceInfo a = *selected(sourceAID_);
+    const InputSourceInfo b = *selected(sourceBID_);
+    return changed_ ? model_.updateRule(changed_->id, *capture_.trigger(), a, b)
+                    : model_.addRule(*capture_.trigger(), a, b);
+}
+
 void AddRuleView::add() {
     if (!canAdd()) return;
-    const EditResult result =
-        model_.addRule(*capture_.trigger(), *selected(sourceAID_), *selected(sourceBID_));
+    const EditResult result = store();
     if (std::holds_alternative<edit_result::Added>(result)) {
         capture_.cancel();
         onClose_();

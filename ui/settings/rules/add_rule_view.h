@@ -20,10 +20,11 @@ class Text;
 
 class AddRuleView final : public QWidget {
   public:
-    /// `onClose` is called from within a control of the view: delete it later.
+    /// `onClose` is called from within a control of the view: delete it later. `changed`: the rule that is
+    /// given another key, instead of a new one.
     AddRuleView(AppModel& model, std::shared_ptr<LocalKeyMonitoring> keys,
                 std::optional<Trigger> initialTrigger, std::function<void()> onClose,
-                QWidget* parent = nullptr);
+                QWidget* parent = nullptr, std::optional<Rule> changed = std::nullopt);
 
     /// To where the user begins.
     void focusFirst();
@@ -36,6 +37,7 @@ class AddRuleView final : public QWidget {
     void hideEvent(QHideEvent* event) override;
 
   private:
+    QString title() const;
     QWidget* body();
     QWidget* pickerColumn(const QString& title, design::SourcePicker*& picker,
                           std::optional<std::string>& chosenID);
@@ -49,12 +51,15 @@ class AddRuleView final : public QWidget {
 
     std::optional<InputSourceInfo> selected(const std::optional<std::string>& id) const;
     std::vector<RuleIssue> issues() const;
+    QString describe(const RuleIssue& issue) const;
     QStringList warnings() const;
+    EditResult store();
     bool canAdd() const;
     void add();
     void cancel();
 
     AppModel& model_;
+    std::optional<Rule> changed_;
     TriggerCapture capture_;
     std::optional<std::string> sourceAID_;
     std::optional<std::string> sourceBID_;

@@ -1,5 +1,6 @@
 #include "ui/settings/rules/rules_pane.h"
 
+#include "model/texts/combination_texts.h"
 #include "model/texts/l10n.h"
 #include "ui/design/boxes.h"
 #include "ui/design/buttons.h"
@@ -9,6 +10,7 @@
 #include "ui/settings/rules/add_rule_view.h"
 #include "ui/settings/rules/rule_row.h"
 
+#include <QHBoxLayout>
 #include <algorithm>
 
 namespace hopsel {
@@ -37,6 +39,7 @@ RulesPane::RulesPane(AppModel& model, std::shared_ptr<LocalKeyMonitoring> keys, 
       model_(model),
       keys_(std::move(keys)),
       problem_(new QVBoxLayout),
+      taken_(new design::Card),
       empty_((new Text(text(Key::rulesEmpty), TextStyle::body, Tone::secondary))->wrapped()),
       card_(new design::Card),
       add_(new Button(text(Key::rulesAdd), Button::Kind::primary)) {
@@ -44,7 +47,9 @@ RulesPane::RulesPane(AppModel& model, std::shared_ptr<LocalKeyMonitoring> keys, 
     remoteNote_ =
         design::messageLine("info.circle", QString::fromStdString(l10n::t(Key::rulesRemoteNote, {guestKey})),
                             Tone::secondary, Tone::secondary);
+    fillTaken();
     content()->addLayout(problem_);
+    content()->addWidget(taken_);
     content()->addWidget(empty_);
     content()->addWidget(card_);
     content()->addWidget(add_, 0, Qt::AlignLeft);
@@ -57,8 +62,32 @@ RulesPane::RulesPane(AppModel& model, std::shared_ptr<LocalKeyMonitoring> keys, 
 
 RulesPane::~RulesPane() { delete sheet_; }
 
+void RulesPane::fillTaken() {
+    takenWords_ = (new Text({}, TextStyle::body, Tone::warning))->wrapped();
+    taken_->column()->addWidget(takenWords_);
+    auto* buttons = new QHBoxLayout;
+    auto* settings = new Button(text(Key::actionOpenAccessibility), Button::Kind::secondary);
+    auto* another = new Button(QString::fromStdString(l10n::chooseAnotherText()), Button::Kind::secondary);
+    buttons->addWidget(settings);
+    buttons->addWidget(another);
+    buttons->addStretch(1);
+    taken_->column()->addLayout(buttons);
+    connect(settings, &QPushButton::clicked, this,
+            [this] { model_.perform(MenuAction::openAccessibilitySettings); });
+    connect(another, &QPushButton::clicked, this, [this] { chooseAnother(); });
+}
+
+void RulesPane::chooseAnother() {
+    for (const Rule& rule : model_.rules())
+        if (model_.warning(rule.trigger, rule.enabled) == RuleWarning::needsAccessibility)
+            return showSheet(rule);
+}
+
 void RulesPane::refresh() {
     showProblem();
+    const std::vector<std::string> taken = model_.takenCombinations();
+    taken_->setVisible(!taken.empty());
+    takenWords_->setText(QString::fromStdString(l10n::takenText(taken)));
     if (showsSameRules()) {
         for (std::size_t i = 0; i < rows_.size(); ++i) rows_[i]->refresh(model_.rules()[i]);
     } else {
@@ -146,12 +175,13 @@ void RulesPane::giveFocusNear(std::size_t index) {
     heir->setFocus(Qt::OtherFocusReason);
 }
 
-void RulesPane::showAddSheet() {
+void RulesPane::showSheet(std::optional<Rule> changed) {
     if (sheet_ || !model_.canEditRules()) return;
     const QPointer<RulesPane> self(this);
-    auto* view = new AddRuleView(model_, keys_, std::nullopt, [self] {
+    const auto close = [self] {
         if (self) self->closeAddSheet();
-    });
+    };
+    auto* view = new AddRuleView(model_, keys_, std::nullopt, close, nullptr, std::move(changed));
     sheet_ = new design::Sheet(view, window());
     view->focusFirst();
 }

@@ -32,7 +32,7 @@ class RulesPane final : public design::PaneContainer {
     ~RulesPane() override;
 
     /// What the add button does.
-    void showAddSheet();
+    void showAddSheet() { showSheet(std::nullopt); }
     bool isShowingAddSheet() const { return !sheet_.isNull(); }
 
   protected:
@@ -40,7 +40,12 @@ class RulesPane final : public design::PaneContainer {
     void hideEvent(QHideEvent* event) override;
 
   private:
+    /// For a new rule, or to give a rule another key.
+    void showSheet(std::optional<Rule> changed);
     void closeAddSheet();
+    void fillTaken();
+    /// For the first rule whose combination is taken.
+    void chooseAnother();
     void refresh();
     void showProblem();
     bool showsSameRules() const;
@@ -53,6 +58,8 @@ class RulesPane final : public design::PaneContainer {
     std::shared_ptr<LocalKeyMonitoring> keys_;
     std::optional<StoreProblem> shownProblem_;
     QVBoxLayout* problem_;
+    design::Card* taken_; ///< which combinations another program holds, and two ways out
+    design::Text* takenWords_ = nullptr;
     design::Text* empty_;
     design::Card* card_;
     std::vector<RuleRow*> rows_;

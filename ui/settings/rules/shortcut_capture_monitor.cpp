@@ -13,9 +13,10 @@ constexpr std::uint16_t escapeKeyCode = 53;
 ShortcutCaptureMonitor::ShortcutCaptureMonitor(std::shared_ptr<LocalKeyMonitoring> keys)
     : keys_(keys ? std::move(keys) : std::make_shared<NoLocalKeyMonitoring>()) {}
 
-void ShortcutCaptureMonitor::start(Handler onCapture) {
+void ShortcutCaptureMonitor::start(Handler onCapture, std::function<void(UnusableKey)> onUnusable) {
     stop();
     isStarted_ = true;
+    keys_->onUnusable = std::move(onUnusable);
     keys_->start([onCapture = std::move(onCapture)](const LocalKeyDown& key) {
         if (key.isRepeat) return;
         const ModifierSet held = heldModifiers(key.flags);
@@ -28,7 +29,9 @@ void ShortcutCaptureMonitor::start(Handler onCapture) {
 
 void ShortcutCaptureMonitor::stop() {
     // The platform's monitor is shared: what another started is not ours to stop.
-    if (std::exchange(isStarted_, false)) keys_->stop();
+    if (!std::exchange(isStarted_, false)) return;
+    keys_->onUnusable = nullptr;
+    keys_->stop();
 }
 
 } // namespace hopsel

@@ -24,7 +24,7 @@ class ShortcutCaptureMonitor {
     ShortcutCaptureMonitor& operator=(const ShortcutCaptureMonitor&) = delete;
 
     /// Called for every key-down until `stop`, which the handler may call.
-    void start(Handler onCapture);
+    void start(Handler onCapture, std::function<void(UnusableKey)> onUnusable = {});
     void stop();
     bool missesGrabbedKeys() const { return keys_->missesGrabbedKeys(); }
 

@@ -17,6 +17,7 @@ TriggerCapture::~TriggerCapture() {
 
 void TriggerCapture::start() {
     const int token = ++token_;
+    refused_.reset();
     const QPointer<TriggerCapture> self(this);
     const bool isStarted = model_.captureTrigger([self](ModifierKey key) {
         if (self) self->captured(trigger::ModifierTap{key});
@@ -25,12 +26,17 @@ void TriggerCapture::start() {
         end(State::unavailable);
         return;
     }
-    monitor_.start([self](std::optional<ShortcutKey> key) {
+    const auto onKey = [self](std::optional<ShortcutKey> key) {
         if (!self) return;
         if (key)
             self->captured(trigger::Shortcut{*key});
         else
             self->end(State::idle);
+    };
+    monitor_.start(onKey, [self](UnusableKey key) {
+        if (!self) return;
+        self->refused_ = key;
+        if (self->onChange) self->onChange();
     });
     QTimer::singleShot(timeout_, this, [this, token] {
         if (token == token_ && isCapturing()) end(State::timedOut);
@@ -49,6 +55,7 @@ void TriggerCapture::captured(const Trigger& trigger) {
 void TriggerCapture::end(State state) {
     monitor_.stop();
     model_.cancelCapture();
+    refused_.reset();
     state_ = state;
     if (onChange) onChange();
 }

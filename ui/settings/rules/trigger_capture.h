@@ -34,6 +34,8 @@ class TriggerCapture final : public QObject {
     bool isCapturing() const { return state_ == State::capturing; }
     bool missesGrabbedKeys() const { return monitor_.missesGrabbedKeys(); }
     const std::optional<Trigger>& trigger() const { return trigger_; }
+    /// What was pressed last in this capture and cannot be a trigger; it goes on.
+    std::optional<UnusableKey> refused() const { return refused_; }
 
     /// How long the next capture waits.
     void setTimeout(std::chrono::milliseconds timeout) { timeout_ = timeout; }
@@ -48,6 +50,7 @@ class TriggerCapture final : public QObject {
     AppModel& model_;
     ShortcutCaptureMonitor monitor_;
     std::optional<Trigger> trigger_;
+    std::optional<UnusableKey> refused_;
     State state_ = State::idle;
     std::chrono::milliseconds timeout_ = std::chrono::seconds(15);
     int token_ = 0; ///< of the latest capture: an earlier one's timer must not end it

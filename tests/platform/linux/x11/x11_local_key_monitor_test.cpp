@@ -87,6 +87,29 @@ class KeyMonitor : public testing::Test {
     bool stopsAfterOne = false;
 };
 
+TEST_F(KeyMonitor, SaysAtOnceWhatCannotBeATrigger) {
+    std::vector<UnusableKey> told;
+    monitor.onUnusable = [&](UnusableKey key) { told.push_back(key); };
+    start();
+    keyboard.tap(key::capsLock);
+    keyboard.press(key::leftShift); // one alone is the engine's to tell
+    keyboard.release(key::leftShift);
+    keyboard.press(key::leftControl);
+    keyboard.press(key::leftShift);
+    keyboard.release(key::leftControl);
+    keyboard.release(key::leftShift);
+    ASSERT_TRUE(runLoopUntil([&] { return told.size() >= 2; }));
+    keyboard.press(key::leftControl);
+    keyboard.press(key::leftShift);
+    keyboard.tap(key::space);
+    keyboard.release(key::leftShift);
+    keyboard.release(key::leftControl);
+    ASSERT_TRUE(waitForReports(1));
+    monitor.stop();
+    type(key::q);
+    EXPECT_THAT(told, ElementsAre(UnusableKey::capsLock, UnusableKey::modifiersTogether));
+}
+
 TEST_F(KeyMonitor, TellsSidesAndKeepsEverythingFromTheField) {
     start();
     for (const std::uint16_t shift : {key::leftShift, key::rightShift}) {

@@ -69,6 +69,22 @@ TEST_F(AddRuleSheet, SaysWhatSpeaksAgainstTheRule) {
     EXPECT_EQ(source(Key::addRuleSourceA)->currentIndex(), -1);
 }
 
+TEST_F(AddRuleSheet, AnswersAtOnceToWhatCannotBeOrHadBetterNotBeATrigger) {
+    addRule(leftShiftSpace);
+    click(Key::addRuleKey);
+    keys->onUnusable(UnusableKey::capsLock);
+    EXPECT_TRUE(says("Caps Lock cannot be a trigger key"));
+    keys->onUnusable(UnusableKey::modifiersTogether);
+    EXPECT_TRUE(says("Press one of these keys alone") && isCapturing());
+    keys->press(8, {ModifierKey::leftControl});
+    EXPECT_TRUE(says(Key::addRuleKeyHint) && says("Many programs use this combination") &&
+                add()->isEnabled());
+    capture(96, {ModifierKey::leftControl});
+    EXPECT_FALSE(says("Many programs use this combination"));
+    capture(49, {ModifierKey::leftShift});
+    EXPECT_TRUE(says("This key is already used by another rule. (Left ⇧ + Space  Korean ⇄ ABC)"));
+}
+
 TEST_F(AddRuleSheet, EndsTheCaptureWhenItsWindowGoes) {
     click(Key::addRuleKey);
     ASSERT_TRUE(isCapturing());

@@ -39,6 +39,34 @@ TEST_F(Pane, FollowsTheRulesAndTheEngine) {
     EXPECT_TRUE(runLoopUntil([this] { return !says(Key::ruleSystemConflict); }));
 }
 
+TEST_F(Pane, NamesTheCombinationThatAnotherProgramHoldsAndOffersTwoWaysOut) {
+    const ShortcutKey print{105, {}};
+    addRule(leftShiftSpace);
+    addRule(trigger::Shortcut{print});
+    engine->status = ShortcutStatus::running;
+    engine->taken = {print};
+    engine->onTaken();
+    open(SettingsPane::rules);
+    EXPECT_TRUE(says("⚠ F13 is taken by another program"));
+    EXPECT_FALSE(model->warning(leftShiftSpace, true)) << "the other one works";
+    EXPECT_EQ(model->warning(trigger::Shortcut{print}, true), RuleWarning::needsAccessibility);
+    EXPECT_EQ(model->menuState().takenCombinations, std::vector<std::string>{"F13"});
+    EXPECT_EQ(model->statusLine(), StatusLine::accessibilityMissing);
+    click(Key::actionOpenAccessibility);
+    EXPECT_EQ(calls.back(), "open accessibility");
+
+    click(find("Choose another key"));
+    click(find(Key::addRuleKey));
+    keys->press(96, {ModifierKey::leftShift});
+    click(find("Change"));
+    ASSERT_EQ(model->rules().size(), 2U);
+    EXPECT_EQ(model->rules()[1].trigger, Trigger(trigger::Shortcut{{96, {ModifierKey::leftShift}}}));
+    engine->taken.clear();
+    engine->onTaken();
+    settle();
+    EXPECT_FALSE(says("⚠ ") || model->statusLine() != StatusLine::ok);
+}
+
 TEST_F(Pane, GoesBackToWhatIsStoredWhenAChangeIsRefused) {
     addRule(rightCommand);
     open(SettingsPane::rules);
