@@ -13,6 +13,7 @@
 #include "platform/linux/desktops/kde_layouts.h"
 #include "platform/linux/desktops/sway_layouts.h"
 #include "platform/linux/fcitx/fcitx_input_sources.h"
+#include "platform/linux/gnome/gnome_shell.h"
 #include "platform/linux/ibus/ibus_input_sources.h"
 #include "platform/linux/texts/linux_words.h"
 #include "platform/linux/tray/tray_host.h"
@@ -29,7 +30,8 @@ namespace {
 std::vector<std::unique_ptr<InputFramework>> frameworks(const std::shared_ptr<BusLink>& bus, Log& log) {
     std::vector<std::unique_ptr<InputFramework>> all;
     all.push_back(std::make_unique<FcitxInputSources>(bus));
-    all.push_back(std::make_unique<GnomeSources>(bus));
+    all.push_back(std::make_unique<GnomeShell>(bus, log));
+    all.push_back(std::make_unique<GnomeSources>(bus)); // where the shell has not our extension
     all.push_back(std::make_unique<IbusInputSources>(bus, log));
     all.push_back(std::make_unique<KdeLayouts>(bus));
     all.push_back(std::make_unique<SwayLayouts>());

@@ -15,7 +15,7 @@ ChildProcess::Options options(const std::string& inputMethod) {
     options.package = "python3";
     options.environment = {{"GTK_IM_MODULE", inputMethod},
                            {"NO_AT_BRIDGE", "1"},
-                           {"GDK_BACKEND", "x11"},
+                           {"GDK_BACKEND", inputMethod == "wayland" ? "wayland" : "x11"},
                            {"GTK_THEME", "Adwaita"},
                            {"LC_ALL", "C.UTF-8"}};
     options.output = ChildProcess::Output::capture;

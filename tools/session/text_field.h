@@ -13,8 +13,8 @@ namespace hopsel::session {
 
 class TextField {
   public:
-    /// `inputMethod` is GTK's name for it, "ibus" or "fcitx". Returns when the field has the focus. Throws
-    /// `std::runtime_error`.
+    /// `inputMethod` is GTK's name for it: "ibus" or "fcitx" under X11, "wayland" for the compositor's.
+    /// Returns when the field has the focus. Throws `std::runtime_error`.
     explicit TextField(const std::string& inputMethod);
 
     /// What it holds, without what is being composed, as of the last wait.

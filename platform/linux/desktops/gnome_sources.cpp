@@ -18,7 +18,7 @@ constexpr const char* settingsInterface = "ca.desrt.dconf.Writer";
 std::string idOf(const GnomeSettings::Source& source) {
     const bool isKnown = source.first == u"xkb" || source.first == u"ibus";
     const std::string name = told_text::plain(source.second);
-    return isKnown && !name.empty() ? "gnome:" + source.first.toStdString() + ":" + name : "";
+    return isKnown && !name.empty() ? source.first.toStdString() + ":" + name : "";
 }
 
 bool hasSource(const std::vector<InputSourceInfo>& sources, const std::string& id) {

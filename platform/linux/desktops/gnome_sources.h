@@ -1,4 +1,4 @@
-// GNOME's input sources, which can be listed but not switched.
+// GNOME's input sources where its shell does not have our extension: they can be listed but not switched.
 //
 // GNOME's shell is the only one that switches them. It offers other programs no call for it, ignores what is
 // written to its settings' `current`, and applies its own choice again at the next change of focus when

@@ -28,13 +28,13 @@ TEST_F(GnomeSourcesTest, AreListedButNotSwitched) {
     shell.appear();
     ASSERT_TRUE(watch.comesInCharge());
     const std::vector<InputSourceInfo> expected{
-        {"gnome:xkb:us", "English (US)", "xkb", {"en"}, false},
-        {"gnome:xkb:kr+kr104", "Korean (101/104-key compatible)", "xkb", {"ko"}, false},
-        {"gnome:ibus:hangul", "hangul", "ibus", {}, false}};
+        {"xkb:us", "English (US)", "xkb", {"en"}, false},
+        {"xkb:kr+kr104", "Korean (101/104-key compatible)", "xkb", {"ko"}, false},
+        {"ibus:hangul", "hangul", "ibus", {}, false}};
     EXPECT_EQ(sources.enabledKeyboardSources(), expected);
-    EXPECT_EQ(sources.select("gnome:ibus:hangul"),
+    EXPECT_EQ(sources.select("ibus:hangul"),
               SelectResult(select_result::Failed{platform_error::desktopCannotSwitch}));
-    EXPECT_EQ(sources.select("gnome:odd:x"), notFound);
+    EXPECT_EQ(sources.select("odd:x"), notFound);
     shell.disappear();
     EXPECT_TRUE(watch.comesInCharge(false));
     EXPECT_EQ(watch.sources + watch.selected, 0);
@@ -45,9 +45,9 @@ TEST_F(GnomeSourcesTest, FollowTheSettingsAsTheShellWritesThem) {
     ASSERT_TRUE(watch.comesInCharge());
     EXPECT_EQ(sources.currentID(), std::nullopt);
     set("sources", "[('xkb', 'us'), ('ibus', 'hangul')]");
-    EXPECT_TRUE(watch.becomesCurrent("gnome:xkb:us"));
+    EXPECT_TRUE(watch.becomesCurrent("xkb:us"));
     set("mru-sources", "[('xkb', 'ru'), ('ibus', 'hangul'), ('xkb', 'us')]");
-    EXPECT_TRUE(watch.becomesCurrent("gnome:ibus:hangul"));
+    EXPECT_TRUE(watch.becomesCurrent("ibus:hangul"));
     set("xkb-options", "['caps:none']");
     set("mru-sources", "[('ibus', 'hangul')]");
     set("per-window", "true");
@@ -61,7 +61,7 @@ TEST_F(GnomeSourcesTest, FollowTheSettingsAsTheShellWritesThem) {
     std::string many = "[('xkb', '\\u0007')";
     for (int i = 0; i < 1000; ++i) many += ", ('ibus', 'e" + std::to_string(i) + "')";
     set("sources", many + "]");
-    EXPECT_TRUE(watch.becomesCurrent("gnome:ibus:e0"));
+    EXPECT_TRUE(watch.becomesCurrent("ibus:e0"));
     EXPECT_EQ(watch.ids().size(), 63U);
     set("sources", "['xkb']");
     EXPECT_TRUE(watch.lists({}));

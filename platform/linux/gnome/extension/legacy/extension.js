@@ -1,0 +1,34 @@
+// The entry for GNOME 43 and 44, whose extensions are scripts. The body is a module also here, and so arrives a
+// moment after the extension was enabled; it may have been disabled again by then.
+const {getCurrentExtension} = imports.misc.extensionUtils;
+const {getIBusManager} = imports.misc.ibusManager;
+const {getInputSourceManager} = imports.ui.status.keyboard;
+
+class HopselExtension {
+    constructor(me) {
+        this._me = me;
+        this._isEnabled = false;
+        this._hopsel = null;
+    }
+
+    enable() {
+        this._isEnabled = true;
+        import(this._me.dir.get_child('body').get_child('hopsel.js').get_uri()).then(body => {
+            if (!this._isEnabled || this._hopsel) return;
+            const shell = {inputSourceManager: getInputSourceManager(), ibusManager: getIBusManager()};
+            this._hopsel = new body.Hopsel(shell, this._me.dir, this._me.metadata['version-name']);
+            this._hopsel.enable();
+        }).catch(error => logError(error, 'Hopsel'));
+    }
+
+    disable() {
+        this._isEnabled = false;
+        this._hopsel?.disable();
+        this._hopsel = null;
+    }
+}
+
+/* exported init */
+function init() {
+    return new HopselExtension(getCurrentExtension());
+}

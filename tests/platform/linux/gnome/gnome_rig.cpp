@@ -1,0 +1,104 @@
+#include "platform/linux/gnome/gnome_rig.h"
+
+#include <QDBusObjectPath>
+#include <QDBusPendingCallWatcher>
+#include <vector>
+
+namespace hopsel::test {
+
+namespace {
+
+const QString remoteDesktop = QStringLiteral("org.gnome.Mutter.RemoteDesktop");
+int made = 0;
+const int leftShift = 42;
+
+} // namespace
+
+Caller::Caller(const std::string& busAddress)
+    : name_(QStringLiteral("caller %1").arg(++made)),
+      bus_(QDBusConnection::connectToBus(QString::fromStdString(busAddress), name_)) {}
+
+void Caller::leave() {
+    bus_ = QDBusConnection(QString());
+    QDBusConnection::disconnectFromBus(name_);
+}
+
+QDBusMessage Caller::call(const QString& service, const QString& path, const QString& interface,
+                          const QString& method, const QVariantList& arguments) {
+    auto message = QDBusMessage::createMethodCall(service, path, interface, method);
+    message.setArguments(arguments);
+    const QDBusPendingCall pending = bus_.asyncCall(message);
+    QDBusPendingCallWatcher watcher(pending);
+    EXPECT_TRUE(runLoopUntil([&] { return watcher.isFinished(); })) << qPrintable(method);
+    return watcher.reply();
+}
+
+std::string Caller::error(const QString& method, const QVariantList& arguments) {
+    return call("app.hopsel.Shell", "/app/hopsel/Shell", "app.hopsel.Shell1", method, arguments)
+        .errorName()
+        .section(u'.', -1)
+        .toStdString();
+}
+
+bool Caller::isFloodRefused(const QString& method, const QVariantList& arguments) {
+    auto message =
+        QDBusMessage::createMethodCall("app.hopsel.Shell", "/app/hopsel/Shell", "app.hopsel.Shell1", method);
+    message.setArguments(arguments);
+    for (int round = 0; round < 20; ++round) {
+        // Sent in one go, so that they arrive in one second on whatever machine.
+        std::vector<QDBusPendingCall> calls;
+        for (int i = 0; i < 2000; ++i) calls.push_back(bus_.asyncCall(message));
+        EXPECT_TRUE(runLoopUntil([&] { return calls.back().isFinished(); }, std::chrono::seconds(60)));
+        for (const QDBusPendingCall& sent : calls) {
+            if (sent.error().name().endsWith(".TooMany")) return true;
+        }
+    }
+    return false;
+}
+
+GnomeRig::GnomeRig() {
+    constexpr auto patience = std::chrono::seconds(60);
+    const auto isThere = [&](const QString& name) {
+        return caller
+            .call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "NameHasOwner",
+                  {name})
+            .arguments()
+            .value(0)
+            .toBool();
+    };
+    EXPECT_TRUE(runLoopUntil([&] { return isThere("app.hopsel.Shell") && isThere(remoteDesktop); }, patience))
+        << "no shell, or no extension; HOPSEL_SHOW_SHELL_LOG=1 shows what it says";
+    EXPECT_TRUE(
+        runLoopUntil([&] { return evaluate("Main.layoutManager._startingUp") == "false"; }, patience));
+    evaluate("Main.overview.hide()");
+    keyboard_ = caller.call(remoteDesktop, "/org/gnome/Mutter/RemoteDesktop", remoteDesktop, "CreateSession")
+                    .arguments()
+                    .value(0)
+                    .value<QDBusObjectPath>()
+                    .path();
+    caller.call(remoteDesktop, keyboard_, remoteDesktop + ".Session", "Start");
+    type({leftShift}); // without a keyboard, which the first key makes, no window gets the focus
+}
+
+std::string GnomeRig::evaluate(const QString& script) {
+    return caller.call("org.gnome.Shell", "/org/gnome/Shell", "org.gnome.Shell", "Eval", {script})
+        .arguments()
+        .value(1)
+        .toString()
+        .toStdString();
+}
+
+void GnomeRig::enableExtension(bool isEnabled) {
+    caller.call("org.gnome.Shell", "/org/gnome/Shell", "org.gnome.Shell.Extensions",
+                isEnabled ? "EnableExtension" : "DisableExtension", {"hopsel-43@app.hopsel.Hopsel"});
+}
+
+void GnomeRig::type(const std::vector<int>& evdevCodes) {
+    for (const int code : evdevCodes) {
+        for (const bool isDown : {true, false})
+            caller.call(remoteDesktop, keyboard_, remoteDesktop + ".Session", "NotifyKeyboardKeycode",
+                        {static_cast<uint>(code), isDown});
+    }
+}
+
+} // namespace hopsel::test

@@ -1,0 +1,50 @@
+// GNOME's shell without a screen, a keyboard into it, and calls to whatever is on its bus.
+#pragma once
+
+#include "session/gnome_session.h"
+#include "support/framework_watch.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+
+namespace hopsel::test {
+
+/// A program on the session bus, until it leaves.
+class Caller {
+  public:
+    explicit Caller(const std::string& busAddress);
+    ~Caller() { leave(); }
+    Caller(const Caller&) = delete;
+    Caller& operator=(const Caller&) = delete;
+
+    /// Waits for the reply or the error, in the event loop.
+    QDBusMessage call(const QString& service, const QString& path, const QString& interface,
+                      const QString& method, const QVariantList& arguments = {});
+    /// To our extension; the error's last word, or empty.
+    std::string error(const QString& method, const QVariantList& arguments = {});
+    /// Calls as fast as it can, until it is told that this is too much.
+    bool isFloodRefused(const QString& method, const QVariantList& arguments);
+    void leave();
+
+  private:
+    QString name_;
+    QDBusConnection bus_;
+};
+
+struct GnomeRig {
+    /// Waits until the shell has started and our extension answers.
+    GnomeRig();
+
+    /// What the shell says to some lines of its own language.
+    std::string evaluate(const QString& script);
+    void enableExtension(bool isEnabled);
+    void type(const std::vector<int>& evdevCodes);
+
+    session::GnomeSession session{HOPSEL_SHARE, "[('xkb','us'),('xkb','ru'),('ibus','hangul')]"};
+    Caller caller{session.busAddress()};
+
+  private:
+    QString keyboard_; ///< the path of mutter's remote desktop
+};
+
+} // namespace hopsel::test
