@@ -163,6 +163,20 @@ void AppDelegate::buildWindows() {
     statusController_->onQuit = [] { QCoreApplication::exit(); };
     statusController_->onHostChanged = [this](bool hasPanel) { takePanel(hasPanel); };
     platform_->setOnReopen([this] { reopen(); });
+    openCommandDesk();
+}
+
+void AppDelegate::openCommandDesk() {
+    commands_ = std::make_unique<CommandDesk>(*model_);
+    commands_->onSettings = [this] { showSettings(); };
+    // Once the answer has left.
+    commands_->onQuit = [] {
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(), [] { QCoreApplication::exit(); }, Qt::QueuedConnection);
+    };
+    platform_->setOnCommand([this](const std::string& request, const Platform::Answer& answer) {
+        commands_->ask(request, answer);
+    });
 }
 
 void AppDelegate::showFirstWindow() {

@@ -4,6 +4,7 @@
 // interfaces; callbacks hold the model weakly.
 #pragma once
 
+#include "app/command_desk.h"
 #include "core/engine/engine_coordinator.h"
 #include "model/app_model.h"
 #include "platform/interface/platform.h"
@@ -53,6 +54,7 @@ class AppDelegate {
     void showSettings(std::optional<SettingsPane> pane = std::nullopt);
     void showOnboarding();
     void reopen();
+    void openCommandDesk();
     void takePanel(bool hasPanel);
     void sayThatItRunsOn();
     void startRetrying();
@@ -70,6 +72,7 @@ class AppDelegate {
     std::shared_ptr<SystemSettingsOpening> settingsOpener_;
     std::shared_ptr<LiveInputSourceDirectory> directory_;
     std::unique_ptr<AppModel> model_;
+    std::unique_ptr<CommandDesk> commands_;
     std::unique_ptr<SettingsWindowController> settingsController_;
     std::unique_ptr<OnboardingWindowController> onboardingController_;
     std::unique_ptr<StatusItemController> statusController_;

@@ -21,6 +21,26 @@ constexpr Option options[] = {
     {"--version", Wish::version, "show the version and exit"},
 };
 
+struct Command {
+    std::string_view name;
+    std::string_view argument; ///< what the help calls it; empty where there is none
+    bool needsArgument;
+    std::string_view explanation;
+};
+
+constexpr Command commands[] = {
+    {"--status", "", false, "tell the state of the running copy"},
+    {"--list-sources", "", false, "list its input sources"},
+    {"--select", "ID", true, "select the input source"},
+    {"--toggle", "[RULE]", false, "switch as the rule does; a number or an identifier, else the first"},
+    {"--pause", "", false, "switch no more"},
+    {"--resume", "", false, "switch again"},
+    {"--settings", "", false, "show its Settings window"},
+    {"--quit", "", false, "end it"},
+};
+
+constexpr std::string_view asJson = "--json";
+
 constexpr std::string_view render = "--render-ui";
 
 /// The toolkit's own, each with a value.
@@ -66,6 +86,24 @@ CommandLine CommandLine::read(const std::vector<std::string>& arguments) {
             continue;
         }
         if (isForeign(*argument)) continue;
+        if (*argument == asJson) {
+            result.json = true;
+            continue;
+        }
+        const auto* command = std::find_if(std::begin(commands), std::end(commands),
+                                           [&](const Command& each) { return each.name == *argument; });
+        if (command != std::end(commands)) {
+            if (!result.command.empty()) return refused("one command at a time: " + *argument);
+            result.command = argument->substr(2);
+            const auto next = argument + 1;
+            const bool hasArgument = !command->argument.empty() && next != arguments.end() &&
+                                     (command->needsArgument || next->rfind("--", 0) != 0);
+            if (command->needsArgument && (!hasArgument || next->empty()))
+                return refused(*argument + " needs " + std::string(command->argument));
+            if (hasArgument) result.argument = *++argument;
+            if (result.wish == Wish::run) result.wish = Wish::ask;
+            continue;
+        }
         const auto* option = std::find_if(std::begin(options), std::end(options),
                                           [&](const Option& each) { return each.name == *argument; });
         if (option == std::end(options))
@@ -73,6 +111,10 @@ CommandLine CommandLine::read(const std::vector<std::string>& arguments) {
                            *argument);
         if (result.wish != Wish::help && result.wish != Wish::version) result.wish = option->wish;
     }
+    const bool asks = !result.command.empty();
+    if (result.json && !asks) return refused("--json needs a command");
+    if (asks && result.wish == Wish::background)
+        return refused("--background starts a copy, --" + result.command + " asks the one that runs");
     return result;
 }
 
@@ -88,6 +130,13 @@ std::string CommandLine::help() {
         text.append(explanation).append("\n");
     };
     for (const Option& option : options) line(option.name, option.explanation);
+    text += "\nOf the copy that runs:\n";
+    for (const Command& command : commands)
+        line(std::string(command.name) + (command.argument.empty() ? "" : " ") +
+                 std::string(command.argument),
+             command.explanation);
+    line(asJson, "answer in JSON");
+    text += "\nFor developers:\n";
     line("--render-ui FOLDER", "draw every window into picture files and exit");
     return text;
 }

@@ -17,12 +17,16 @@ struct CommandLine {
         renderUI,   ///< every window into files
         help,
         version,
+        ask,    ///< the copy that runs, for `command`
         refuse, ///< `problem` says why
     };
 
     Wish wish = Wish::run;
     std::string renderDirectory; ///< for `renderUI`
     std::string problem;         ///< for `refuse`, in words for a terminal
+    std::string command = {};    ///< for `ask`, as the option without its dashes
+    std::string argument = {};   ///< what stands behind it; may be empty
+    bool json = false;           ///< for `ask`: answers for programs
 
     /// `arguments` without the program's own name.
     static CommandLine read(const std::vector<std::string>& arguments);

@@ -3,6 +3,7 @@
 #include "app/app_delegate.h"
 #include "app/command_line.h"
 #include "app/quit_request.h"
+#include "app/remote_commands.h"
 #include "app/termination_signals.h"
 #include "app/toolkit_texts.h"
 #include "core/base/product.h"
@@ -87,6 +88,10 @@ int main(int argc, char** argv) {
     case Wish::renderUI: return render(argc, argv, commandLine.renderDirectory);
     case Wish::help: std::fputs(hopsel::CommandLine::help().c_str(), stdout); return EXIT_SUCCESS;
     case Wish::version: std::puts("Hopsel " HOPSEL_VERSION); return EXIT_SUCCESS;
+    case Wish::ask: {
+        const QCoreApplication application(argc, argv);
+        return hopsel::askRunningCopy(commandLine, *hopsel::makeSingleInstance());
+    }
     case Wish::refuse: break;
     }
     std::fprintf(stderr, "hopsel: %s (see hopsel --help)\n", commandLine.problem.c_str());

@@ -68,6 +68,7 @@ void AppModel::handle(const EngineEvent& event) {
             [](const auto&) {}, // the recorder has it
         },
         event);
+    if (const auto hear = onEngineEvent) hear(event);
 }
 
 void AppModel::refreshEngineState() {

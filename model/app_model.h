@@ -116,6 +116,12 @@ class AppModel final : public ObservableObject {
     void setKeyListener(std::shared_ptr<DiagnosticsRecorder> listener);
     SwitchHindrance hindrance(std::int32_t code) const { return parts_.directory->hindrance(code); }
 
+    /// As if a trigger for the two sources had been pressed; told by events that bear `name`. False when the
+    /// engine is not running.
+    bool requestSwitch(const std::string& name, const InputSourceRef& a, const InputSourceRef& b);
+    /// Hears every event of the engine, after the state has taken it in.
+    std::function<void(const EngineEvent&)> onEngineEvent;
+
     // app_model_display.cpp: what is shown, computed on every read
     std::optional<InputSourceInfo> currentSource() const;
     std::optional<std::string> currentSourceName() const;
@@ -182,7 +188,7 @@ class AppModel final : public ObservableObject {
     template <class Edit>
     EditResult edit(Edit&& change);
     template <class Change>
-    EditResult change(const std::string& ruleID, Change&& change);
+    EditResult change(const std::string& ruleID, Change&& apply);
     void takeRules();
     StatusLine statusOfRules() const;
     const InputSourceInfo* listed(const std::string& id) const;

@@ -50,14 +50,14 @@ EditResult AppModel::updateRule(const std::string& ruleID, const Trigger& trigge
 }
 
 template <class Change>
-EditResult AppModel::change(const std::string& ruleID, Change&& change) {
+EditResult AppModel::change(const std::string& ruleID, Change&& apply) {
     const std::vector<Rule>& stored = parts_.store->config().rules;
     const auto found =
         std::find_if(stored.begin(), stored.end(), [&](const Rule& rule) { return rule.id == ruleID; });
     if (canEditRules() && found == stored.end()) return edit_result::Failed{"rule not found"};
     return edit([&](RuleStore& store) {
         Rule changed = *found;
-        change(changed);
+        apply(changed);
         store.update(changed);
     });
 }
@@ -123,6 +123,12 @@ RuleHealth AppModel::health(const Rule& rule) const {
 
 void AppModel::setKeyListener(std::shared_ptr<DiagnosticsRecorder> listener) {
     parts_.engine->setDiagnostics(listener ? std::move(listener) : parts_.diagnostics);
+}
+
+bool AppModel::requestSwitch(const std::string& name, const InputSourceRef& a, const InputSourceRef& b) {
+    // The trigger is never looked at: the rule goes right to the queue.
+    return parts_.engine->request(
+        {name, true, trigger::ModifierTap{ModifierKey::rightCommand}, action::Toggle{a, b}});
 }
 
 bool AppModel::captureTrigger(EngineControlling::CaptureHandler handler) {

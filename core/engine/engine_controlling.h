@@ -55,6 +55,9 @@ class EngineControlling {
     virtual void apply(const Config& config) = 0;
     /// Reads again which sources can be selected; called when the platform's set of them changed.
     virtual void refreshSources() = 0;
+    /// Does what the rule says as if its trigger had been pressed; the rule need not be one of those applied.
+    /// What comes of it is told by events with the rule's identifier. False, and nothing, while not running.
+    virtual bool request(const Rule& /*rule*/) { return false; }
     /// Starts the filtering source again if it is unavailable.
     virtual void retryShortcutIfNeeded() = 0;
     /// Resets, in every state: any of these events may have lost a key-up.

@@ -88,6 +88,7 @@ class EngineCoordinator final : public EngineControlling,
     void stop() override;
     void apply(const Config& config) override;
     void refreshSources() override;
+    bool request(const Rule& rule) override;
     void retryShortcutIfNeeded() override;
     void handle(SystemEvent event) override;
     void beginTriggerCapture(CaptureHandler handler) override;

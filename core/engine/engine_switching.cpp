@@ -7,6 +7,12 @@ namespace hopsel {
 
 void EngineCoordinator::refreshSources() { availableIDs_ = service_->availableSourceIDs(); }
 
+bool EngineCoordinator::request(const Rule& rule) {
+    if (!isRunning()) return false;
+    enqueue(rule);
+    return true;
+}
+
 void EngineCoordinator::enqueue(const Rule& rule) {
     queue_.push_back(rule);
     if (isDraining_) return;

@@ -59,6 +59,12 @@ class Platform {
     virtual void followAppearance(std::function<void(design::Appearance)> onChange) = 0;
     /// Called when the user starts the program again, which is to bring its window to the front.
     virtual void setOnReopen(std::function<void()> callback) = 0;
+    /// Called with what another start of the program asks of this one, in words of the two; it is to be
+    /// answered once, soon or later.
+    using Answer = std::function<void(const std::string& reply)>;
+    using CommandHandler = std::function<void(const std::string& request, const Answer& answer)>;
+    /// After `setOnReopen`.
+    virtual void setOnCommand(CommandHandler /*handler*/) {}
     /// Gets the program the right to show a window in front, where a window that asks for it has not got it.
     virtual void comeToFront() {}
 

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 
 namespace hopsel {
 
@@ -22,6 +23,12 @@ class SingleInstance {
     virtual std::optional<std::int64_t> otherProcess() const = 0;
     /// Asks it to come to the front. False if it cannot be reached. Waits for at most a second.
     virtual bool activateOther() const = 0;
+
+    enum class Asked { answered, notRunning, noAnswer };
+    /// Asks it for something, and waits some seconds for the reply.
+    virtual Asked askOther(const std::string& /*request*/, std::string& /*reply*/) const {
+        return Asked::notRunning;
+    }
 };
 
 } // namespace hopsel

@@ -141,6 +141,9 @@ void LinuxPlatform::setOnReopen(std::function<void()> callback) {
     };
 }
 
+/// After `setOnReopen`, which opens the channel.
+void LinuxPlatform::setOnCommand(CommandHandler handler) { activation_->onCommand = std::move(handler); }
+
 void LinuxPlatform::recoverFrom(SystemEvent event) {
     switch (event) {
     case SystemEvent::didWake:

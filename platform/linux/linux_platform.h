@@ -49,6 +49,7 @@ class LinuxPlatform final : public Platform {
     l10n::SystemWords words() const override;
     void followAppearance(std::function<void(design::Appearance)> onChange) override;
     void setOnReopen(std::function<void()> callback) override;
+    void setOnCommand(CommandHandler handler) override;
     void recoverFrom(SystemEvent event) override;
     /// Of servers and buses.
     Connection retry() override;

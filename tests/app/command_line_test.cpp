@@ -24,6 +24,15 @@ TEST(CommandLine, knowsItsOptionsAndRefusesAllOthers) {
         {{"--help", "-x"}, Wish::refuse},
         {{"--background=yes"}, Wish::refuse},
         {{"rules.json"}, Wish::refuse},
+        {{"--status", "--json"}, Wish::ask},
+        {{"--toggle"}, Wish::ask},
+        {{"--select"}, Wish::refuse},
+        {{"--select", ""}, Wish::refuse},
+        {{"--pause", "--resume"}, Wish::refuse},
+        {{"--background", "--pause"}, Wish::refuse},
+        {{"--json"}, Wish::refuse},
+        {{"--pause", "now"}, Wish::refuse},
+        {{"--quit", "--help"}, Wish::help},
         {{""}, Wish::refuse},
     };
     for (const auto& [arguments, wish] : cases) {
@@ -33,6 +42,9 @@ TEST(CommandLine, knowsItsOptionsAndRefusesAllOthers) {
         EXPECT_EQ(read.renderDirectory, wish == Wish::renderUI ? "/tmp/x" : "");
     }
     EXPECT_THAT(CommandLine::read({"--backgruond"}).problem, testing::HasSubstr("--backgruond"));
+    const CommandLine toggle = CommandLine::read({"--toggle", "--json"});
+    EXPECT_TRUE(toggle.command == "toggle" && toggle.argument.empty() && toggle.json);
+    EXPECT_EQ(CommandLine::read({"--select", "--odd"}).argument, "--odd") << "whatever a source is called";
     EXPECT_THAT(CommandLine::help(), testing::HasSubstr("  --background          start"));
 }
 

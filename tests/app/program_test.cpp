@@ -153,6 +153,37 @@ TEST_F(Session, FilesThatItMustNotTouchAreNamedInOneLineAndStay) {
     }
 }
 
+TEST_F(Session, TheCommandLineAsksTheCopyThatRuns) {
+    HopselProgram program(HOPSEL_EXECUTABLE, twoRules);
+    const auto ask = [&](const std::vector<std::string>& arguments) {
+        const auto asking = program.startAnother(arguments);
+        const std::string said = asking->readAll(patience);
+        return std::pair(asking->waitForExit(patience).value_or(-1), said);
+    };
+    using testing::Pair;
+    const Deadline deadline(patience);
+    while (ask({"--status"}).first == 3 && !deadline.hasPassed()) {
+    }
+    EXPECT_THAT(ask({"--status"}), Pair(0, HasSubstr("1. Right Super  English (US) ⇄ Russian")));
+    EXPECT_EQ(ask({"--toggle"}), std::pair(0, std::string("Russian\n")));
+    EXPECT_EQ(layouts.lockedGroup(), 1);
+    EXPECT_EQ(ask({"--select", "xkb:ru"}).first, 0) << "it is the current one";
+    EXPECT_EQ(ask({"--toggle", "2"}).first, 0);
+    EXPECT_EQ(layouts.lockedGroup(), 0);
+    EXPECT_THAT(ask({"--list-sources"}), Pair(0, "* xkb:us\tEnglish (US)\n  xkb:ru\tRussian\n"));
+    EXPECT_THAT(ask({"--json", "--select", "xkb:fr"}), Pair(1, HasSubstr("{\"error\":")));
+    EXPECT_THAT(ask({"--toggle", "9"}), Pair(1, HasSubstr("there is no rule")));
+    EXPECT_THAT(ask({"--pause", "--json"}), Pair(0, HasSubstr("\"status\": \"paused\"")));
+    EXPECT_THAT(ask({"--toggle"}), Pair(1, HasSubstr("Paused")));
+    expectPlainKeyboard();
+    EXPECT_EQ(ask({"--resume"}).first, 0);
+    EXPECT_TRUE(tapsUntilGroup(1));
+    EXPECT_EQ(ask({"--no-such-thing"}).first, 2);
+    EXPECT_EQ(ask({"--quit"}).first, 0);
+    EXPECT_EQ(program.process().waitForExit(patience), 0);
+    EXPECT_THAT(ask({"--status"}), Pair(3, HasSubstr("no copy is running")));
+}
+
 TEST(NoSession, SaysWhatIsMissingAndLeaves) {
     for (const auto& display : {std::optional<std::string>(), std::optional<std::string>(":4099")}) {
         ChildProcess::Options options;

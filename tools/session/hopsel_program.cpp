@@ -36,8 +36,10 @@ HopselProgram::HopselProgram(const std::filesystem::path& executable, std::strin
     process_ = startAnother();
 }
 
-std::unique_ptr<ChildProcess> HopselProgram::startAnother() const {
+std::unique_ptr<ChildProcess> HopselProgram::startAnother(const std::vector<std::string>& arguments) const {
     ChildProcess::Options options;
+    options.arguments = arguments;
+    if (!arguments.empty()) options.output = ChildProcess::Output::capture;
     options.program = executable_.string();
     options.package = "hopsel itself: build it first";
     const std::string home = folder_.path().string();

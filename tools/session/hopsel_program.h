@@ -6,7 +6,9 @@
 
 #include <filesystem>
 #include <memory>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace hopsel::session {
 
@@ -20,8 +22,8 @@ class HopselProgram {
 
     ChildProcess& process() { return *process_; }
     const std::filesystem::path& settingsFile() const { return settingsFile_; }
-    /// Starts another copy in the same session.
-    std::unique_ptr<ChildProcess> startAnother() const;
+    /// Starts another copy in the same session. With arguments, what it prints is captured, too.
+    std::unique_ptr<ChildProcess> startAnother(const std::vector<std::string>& arguments = {}) const;
 
   private:
     std::filesystem::path executable_;

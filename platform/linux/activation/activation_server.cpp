@@ -3,8 +3,11 @@
 #include "platform/linux/bus/bus_address.h"
 #include "platform/linux/bus/bus_call.h"
 
+#include <QDeadlineTimer>
 #include <QEventLoop>
 #include <QLocalSocket>
+#include <QPointer>
+#include <sys/socket.h>
 #include <unistd.h>
 
 namespace hopsel {
@@ -13,8 +16,11 @@ namespace {
 
 constexpr const char* objectPath = "/app/hopsel/Hopsel";
 constexpr const char* interface = "org.freedesktop.Application";
-constexpr int patience = 1000; // milliseconds
+constexpr int patience = 1000;         // milliseconds
+constexpr int patienceForReply = 4000; // milliseconds; a switch has its own, shorter deadline
 constexpr qint64 longestToken = 256;
+constexpr qint64 longestRequest = 4096;
+constexpr qint64 longestReply = 1 << 20;
 
 /// Letters and digits of the display's name, without its screen: ":1.0" is "1".
 QString displayWord() {
@@ -33,6 +39,16 @@ QString socketPath() {
     const QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
     const QString name = "hopsel-" + displayWord() + ".socket";
     return folder.isEmpty() ? "/tmp/hopsel-" + QString::number(getuid()) + "-" + name : folder + "/" + name;
+}
+
+constexpr const char* asked = "hopselAsked";
+
+/// The file's rights say so already, but for a folder that all share.
+bool isOfThisUser(const QLocalSocket& socket) {
+    ucred peer{};
+    socklen_t size = sizeof peer;
+    const auto descriptor = static_cast<int>(socket.socketDescriptor());
+    return getsockopt(descriptor, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 && peer.uid == getuid();
 }
 
 /// What the desktop gave this process to take the focus with: Wayland's name for it, or X11's.
@@ -85,13 +101,48 @@ bool ActivationServer::handleMessage(const QDBusMessage& message, const QDBusCon
 
 void ActivationServer::takeConnection() {
     while (QLocalSocket* socket = server_.nextPendingConnection()) {
-        socket->setReadBufferSize(longestToken);
+        socket->setReadBufferSize(longestRequest);
+        connect(socket, &QLocalSocket::readyRead, this, [this, socket] { read(*socket); });
         connect(socket, &QLocalSocket::disconnected, this, [this, socket] {
-            const QString token = QString::fromUtf8(socket->readAll());
+            const QByteArray token = socket->peek(longestToken);
             socket->deleteLater();
-            if (onActivate) onActivate(token);
+            if (token.startsWith('\0') || socket->property(asked).toBool()) return;
+            if (onActivate) onActivate(QString::fromUtf8(token));
         });
+        read(*socket); // what came before we listened
     }
+}
+
+void ActivationServer::read(QLocalSocket& socket) {
+    if (socket.property(asked).toBool()) return; // one request, one answer
+    const QByteArray start = socket.peek(longestRequest);
+    if (!start.startsWith('\0')) return; // a token, complete when the other side leaves
+    const qsizetype end = start.indexOf('\n');
+    if (end < 0 && start.size() < longestRequest) return;
+    socket.setProperty(asked, true);
+    if (end < 0 || !onCommand || !isOfThisUser(socket)) return socket.abort();
+    socket.read(end + 1);
+    const QPointer<QLocalSocket> other(&socket);
+    onCommand(start.mid(1, end - 1).toStdString(), [other](const std::string& reply) {
+        if (!other) return;
+        other->write(reply.data(), static_cast<qint64>(reply.size()));
+        other->flush();
+        other->disconnectFromServer();
+    });
+}
+
+CopyAsked askRunningCopy(const std::string& request, std::string& reply) {
+    QLocalSocket socket;
+    socket.connectToServer(socketPath());
+    if (!socket.waitForConnected(patience)) return CopyAsked::notRunning;
+    socket.write(QByteArray(1, '\0') + QByteArray::fromStdString(request) + '\n');
+    const QDeadlineTimer deadline(patienceForReply);
+    while (socket.state() == QLocalSocket::ConnectedState && !deadline.hasExpired() &&
+           socket.bytesAvailable() <= longestReply)
+        socket.waitForReadyRead(static_cast<int>(deadline.remainingTime()));
+    reply = socket.readAll().toStdString();
+    return !reply.empty() && socket.state() != QLocalSocket::ConnectedState ? CopyAsked::answered
+                                                                            : CopyAsked::noAnswer;
 }
 
 namespace {

@@ -39,4 +39,13 @@ std::optional<std::int64_t> LockFileInstance::otherProcess() const {
 
 bool LockFileInstance::activateOther() const { return activateRunningCopy(); }
 
+SingleInstance::Asked LockFileInstance::askOther(const std::string& request, std::string& reply) const {
+    switch (askRunningCopy(request, reply)) {
+    case CopyAsked::answered: return Asked::answered;
+    case CopyAsked::notRunning: return Asked::notRunning;
+    case CopyAsked::noAnswer: break;
+    }
+    return Asked::noAnswer;
+}
+
 } // namespace hopsel

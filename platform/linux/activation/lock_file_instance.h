@@ -18,6 +18,7 @@ class LockFileInstance final : public SingleInstance {
     void release() override { lock_.unlock(); }
     std::optional<std::int64_t> otherProcess() const override;
     bool activateOther() const override;
+    Asked askOther(const std::string& request, std::string& reply) const override;
 
   private:
     QLockFile lock_;

@@ -55,6 +55,10 @@ class FakeEngine final : public EngineControlling {
         calls.push_back("engine apply " + std::to_string(config.rules.size()));
     }
     void refreshSources() override { calls.emplace_back("engine refreshSources"); }
+    bool request(const Rule& rule) override {
+        requested.push_back(rule);
+        return std::holds_alternative<engine_state::Running>(current);
+    }
     void retryShortcutIfNeeded() override { calls.emplace_back("engine retryShortcut"); }
     void handle(SystemEvent event) override {
         calls.push_back("engine handle " + std::to_string(static_cast<int>(event)));
@@ -68,6 +72,7 @@ class FakeEngine final : public EngineControlling {
     EngineState current;
     EngineState stateAfterStart = engine_state::Running{};
     ShortcutStatus status = ShortcutStatus::notNeeded;
+    std::vector<Rule> requested;
     ShortcutSet taken;
     std::function<void()> onTaken;
     EventObserver onEvent;

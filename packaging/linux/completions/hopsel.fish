@@ -1,0 +1,15 @@
+# Completion of hopsel's command line for fish.
+complete -c hopsel -f
+complete -c hopsel -l background -d 'start without showing a window'
+complete -c hopsel -l help -d 'list the options'
+complete -c hopsel -l json -d 'answer in JSON'
+complete -c hopsel -l list-sources -d 'list the input sources'
+complete -c hopsel -l pause -d 'switch no more'
+complete -c hopsel -l quit -d 'end the running copy'
+complete -c hopsel -l render-ui -r -a '(__fish_complete_directories)' -d 'draw every window into files'
+complete -c hopsel -l resume -d 'switch again'
+complete -c hopsel -l select -x -a "(hopsel --list-sources 2>/dev/null | string replace -r '^..' '')" -d 'select an input source'
+complete -c hopsel -l settings -d 'show the Settings window'
+complete -c hopsel -l status -d 'tell the state of the running copy'
+complete -c hopsel -l toggle -d 'switch as a rule does'
+complete -c hopsel -l version -d 'print the version'
