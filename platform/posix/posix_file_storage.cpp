@@ -152,12 +152,14 @@ std::string PosixFileStorage::read(const fs::path& file) const {
 
 // What is made here is the user's alone; what is there already stays as it is.
 void PosixFileStorage::createDirectories(const fs::path& folder) {
-    std::error_code error;
-    if (folder.empty() || fs::is_directory(folder, error)) return;
-    createDirectories(folder.parent_path());
-    if (::mkdir(folder.c_str(), 0700) == 0) return;
-    const int reason = errno;
-    if (!fs::is_directory(folder, error)) fail(folder, reason);
+    fs::path made;
+    for (const fs::path& name : folder) {
+        made /= name;
+        std::error_code error;
+        if (fs::is_directory(made, error) || ::mkdir(made.c_str(), 0700) == 0) continue;
+        const int reason = errno;
+        if (!fs::is_directory(made, error)) fail(folder, reason); // the one that was asked for
+    }
 }
 
 void PosixFileStorage::writeAtomically(const fs::path& file, std::string_view bytes) {

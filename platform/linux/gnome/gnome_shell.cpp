@@ -51,8 +51,8 @@ std::vector<InputSourceInfo> sourcesIn(const QDBusArgument& told) {
         const std::string id = idOf(type, name);
         if (id.empty() || hasSource(sources, id)) continue;
         std::string text = told_text::plain(shown);
-        sources.push_back(
-            {id, text.empty() ? id : std::move(text), type.toStdString(), languagesIn(language), true});
+        if (text.empty()) text = id;
+        sources.push_back({id, std::move(text), type.toStdString(), languagesIn(language), true});
         layouts.push_back({});
         if (type == u"xkb")
             layouts.back() = {told_text::plain(name.section(u'+', 0, 0)),

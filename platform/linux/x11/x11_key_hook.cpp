@@ -21,10 +21,6 @@ using namespace std::chrono_literals;
 /// A change of the keymap comes as several events, and window managers grab their keys anew after it.
 constexpr auto refreshDelay = 200ms;
 
-std::uint32_t clientOf(const X11Connection& connection) {
-    return xcb_get_setup(connection.get())->resource_id_base;
-}
-
 /// Sequence numbers wrap around.
 bool isEarlier(std::uint32_t a, std::uint32_t b) { return static_cast<std::int32_t>(a - b) < 0; }
 
@@ -40,8 +36,7 @@ const xcb_xkb_state_notify_event_t& asXkbState(const xcb_generic_event_t& event)
 
 } // namespace
 
-X11KeyHook::X11KeyHook(Clock clock, std::shared_ptr<KeyboardGuard> guard)
-    : clock_(std::move(clock)), guard_(std::move(guard)) {
+X11KeyHook::X11KeyHook(Clock clock) : clock_(std::move(clock)) {
     refreshTimer_.setSingleShot(true);
     QObject::connect(&refreshTimer_, &QTimer::timeout, &refreshTimer_, [this] { refreshKeyboard(); });
 }
@@ -64,7 +59,6 @@ void X11KeyHook::startFiltering(const ShortcutSet& shortcuts, Filter filter) {
     shortcuts_ = shortcuts;
     installGrabs();
     filter_ = std::move(filter);
-    if (guard_) guard_->watch({clientOf(session_->primary), clientOf(session_->helper)});
 }
 
 void X11KeyHook::setShortcuts(const ShortcutSet& shortcuts) {
@@ -130,7 +124,6 @@ void X11KeyHook::closeIfUnused() {
     if (isUsed || isDispatching_) return;
     refreshTimer_.stop();
     session_.reset();
-    if (guard_) guard_->rest();
     pending_.clear();
     barriers_.clear();
     helperEvent_.reset();
@@ -153,7 +146,6 @@ void X11KeyHook::dispatch() {
         const bool handledOne = step();
         isDispatching_ = false;
         if (!handledOne) break;
-        if (guard_ && pending_.empty()) guard_->handled(lastKeyTime_);
         // Between two events what was put off may run, even the event loop, which may call this again.
         if (onHandled) onHandled();
     }
@@ -225,11 +217,8 @@ bool X11KeyHook::handleXInput(X11Connection& connection, const xcb_generic_event
     const auto& generic = reinterpret_cast<const xcb_ge_generic_event_t&>(event);
     if (eventType(event) != XCB_GE_GENERIC || generic.extension != session_->xinputOpcode) return false;
     switch (generic.event_type) {
-    case XCB_INPUT_RAW_KEY_PRESS:
-    case XCB_INPUT_RAW_KEY_RELEASE:
-        lastKeyTime_ = asRawKey(event).time;
-        onRawKey(asRawKey(event), generic.event_type == XCB_INPUT_RAW_KEY_PRESS);
-        break;
+    case XCB_INPUT_RAW_KEY_PRESS: onRawKey(asRawKey(event), true); break;
+    case XCB_INPUT_RAW_KEY_RELEASE: onRawKey(asRawKey(event), false); break;
     case XCB_INPUT_RAW_BUTTON_PRESS: onRawButton(); break;
     case XCB_INPUT_KEY_PRESS: onGrabbedKey(connection, asKey(event), true); break;
     case XCB_INPUT_KEY_RELEASE: onGrabbedKey(connection, asKey(event), false); break;

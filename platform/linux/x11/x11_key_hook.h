@@ -16,7 +16,6 @@
 #include "core/keys/key_event.h"
 #include "core/keys/shortcut_key.h"
 #include "platform/linux/keys/held_keys.h"
-#include "platform/linux/x11/keyboard_guard.h"
 #include "platform/linux/x11/x11_connection.h"
 #include "platform/linux/x11/x11_own_posts.h"
 #include "platform/linux/x11/x11_pending_keys.h"
@@ -40,8 +39,7 @@ class X11KeyHook {
     /// True swallows the key.
     using Filter = std::function<bool(const ShortcutInput&)>;
 
-    /// The guard, if there is one, is told what is filtered and handled.
-    explicit X11KeyHook(Clock clock, std::shared_ptr<KeyboardGuard> guard = nullptr);
+    explicit X11KeyHook(Clock clock);
     ~X11KeyHook();
     X11KeyHook(const X11KeyHook&) = delete;
     X11KeyHook& operator=(const X11KeyHook&) = delete;
@@ -137,8 +135,6 @@ class X11KeyHook {
     KeyMeaning meaning(XKeyCode key) const { return {meanings_.modifier(key), meanings_.isCapsLock(key)}; }
 
     Clock clock_;
-    std::shared_ptr<KeyboardGuard> guard_;
-    std::uint32_t lastKeyTime_ = 0; ///< of the server
     std::unique_ptr<X11KeyHookSession> session_;
     QTimer refreshTimer_;
     Listener listener_;

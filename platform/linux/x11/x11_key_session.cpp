@@ -12,7 +12,7 @@ namespace hopsel {
 X11KeySession::X11KeySession(X11KeyHook::Clock clock, std::function<void(double)> runLoop, Log& log)
     : runLoop_(std::move(runLoop)),
       log_(log),
-      hook_(std::make_shared<X11KeyHook>(std::move(clock), guard_)),
+      hook_(std::make_shared<X11KeyHook>(std::move(clock))),
       listenSource_(std::make_shared<X11ListenSource>(
           hook_, X11TapGuard::keyFor(qEnvironmentVariable("XDG_CURRENT_DESKTOP")))) {
     hook_->onHandled = [this] {
@@ -46,15 +46,6 @@ std::function<PrintedKeys()> X11KeySession::printedKeys() const {
         const auto now = hook.lock();
         return now && now->isOpen() ? now->meanings().printed() : first;
     };
-}
-
-// Asked after every attempt to listen again.
-std::string X11KeySession::listeningFailure() const {
-    if (guard_->hasCut())
-        log_.write(
-            Log::Level::error, "keys",
-            "stood still for a second while a key waited: the keyboard was given back, and is taken again");
-    return listenSource_->failure();
 }
 
 } // namespace hopsel

@@ -19,14 +19,13 @@ class X11KeySession final : public KeySession {
     std::shared_ptr<ShortcutSource> shortcutSource() override;
     std::shared_ptr<GuestKeySending> guestKeySender() override;
     std::shared_ptr<Permissions> permissions() override;
-    std::string listeningFailure() const override;
+    std::string listeningFailure() const override { return listenSource_->failure(); }
     void resynchronise() override { hook_->resynchronise(); }
     std::function<PrintedKeys()> printedKeys() const override;
 
   private:
     std::function<void(double)> runLoop_;
     Log& log_;
-    std::shared_ptr<KeyboardGuard> guard_ = std::make_shared<KeyboardGuard>();
     std::shared_ptr<X11KeyHook> hook_;
     std::shared_ptr<X11ListenSource> listenSource_;
 };
