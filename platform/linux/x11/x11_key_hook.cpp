@@ -273,7 +273,7 @@ void X11KeyHook::settleFrontBarrier() {
         // A grab event may be on its way on the other connection. It is handled now only if it belongs to a
         // key that this barrier settles: a later one waits for its own raw event.
         if (!helperEvent_) session.helper.roundTrip();
-        if (readHelperEvent()) {
+        if (readHelperEvent() && helperEvent_) {
             const auto& event = asKey(*helperEvent_);
             const auto key = static_cast<XKeyCode>(event.detail);
             const bool press = event.event_type == XCB_INPUT_KEY_PRESS;
