@@ -59,7 +59,7 @@ SwitchOutcome LiveInputSourceService::switchTo(const std::string& id) {
     const std::optional<std::string> via = detour_ ? detour_(id) : std::nullopt;
     if (!via || catalog_->currentID() != via) return switcher_.switchTo(id, via, verifyTimeout);
     // Nobody passes through where he stands: there and back, and there again.
-    const SwitchOutcome there = switcher_.switchTo(id, std::nullopt, verifyTimeout);
+    SwitchOutcome there = switcher_.switchTo(id, std::nullopt, verifyTimeout);
     if (!there.verified) return there;
     SwitchOutcome again = switcher_.switchTo(id, via, verifyTimeout);
     again.latencyMs += there.latencyMs;
