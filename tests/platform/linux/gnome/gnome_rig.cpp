@@ -47,6 +47,7 @@ bool Caller::isFloodRefused(const QString& method, const QVariantList& arguments
     for (int round = 0; round < 20; ++round) {
         // Sent in one go, so that they arrive in one second on whatever machine.
         std::vector<QDBusPendingCall> calls;
+        calls.reserve(2000);
         for (int i = 0; i < 2000; ++i) calls.push_back(bus_.asyncCall(message));
         EXPECT_TRUE(runLoopUntil([&] { return calls.back().isFinished(); }, std::chrono::seconds(60)));
         for (const QDBusPendingCall& sent : calls) {
