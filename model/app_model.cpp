@@ -2,6 +2,7 @@
 
 #include "core/base/overloaded.h"
 #include "core/diagnostics/diagnostics_recorder.h"
+#include "model/source_names.h"
 
 #include <QPointer>
 
@@ -78,7 +79,7 @@ void AppModel::refreshEngineState() {
 }
 
 void AppModel::refreshSourceList() {
-    publish(sources_, parts_.directory->enabledSources());
+    publish(sources_, source_names::toldApart(parts_.directory->enabledSources()));
     publish(isAskingForSources_, parts_.directory->isAsking());
     currentSourceChanged();
 }

@@ -194,6 +194,7 @@ class AppModel final : public ObservableObject {
     const InputSourceInfo* listed(const std::string& id) const;
     std::string currentName(const InputSourceRef& ref) const;
     std::string label(const InputSourceRef& ref) const;
+    StatusBadge badge(const action::Toggle& toggle, bool firstIsCurrent) const;
 
     Parts parts_;
     DiagnosticsFeed diagnosticsFeed_;

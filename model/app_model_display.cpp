@@ -5,6 +5,7 @@
 #include "model/texts/l10n.h"
 
 #include <algorithm>
+#include <tuple>
 
 namespace hopsel {
 
@@ -108,13 +109,22 @@ MenuState AppModel::menuState() const {
     return state;
 }
 
+StatusBadge AppModel::badge(const action::Toggle& toggle, bool firstIsCurrent) const {
+    std::string first = label(toggle.sourceA);
+    std::string second = label(toggle.sourceB);
+    if (first == second)
+        std::tie(first, second) =
+            source_label::toldApart(first, currentName(toggle.sourceA), currentName(toggle.sourceB));
+    return {std::move(first), std::move(second), firstIsCurrent};
+}
+
 std::optional<StatusBadge> AppModel::currentSourcePair() const {
     if (!currentSourceID_) return std::nullopt;
     for (const Rule& rule : rules_) {
         const action::Toggle& toggle = toggleOf(rule);
         const bool isFirst = toggle.sourceA.sourceId == *currentSourceID_;
         if (rule.enabled && (isFirst || toggle.sourceB.sourceId == *currentSourceID_))
-            return StatusBadge{label(toggle.sourceA), label(toggle.sourceB), isFirst};
+            return badge(toggle, isFirst);
     }
     return std::nullopt;
 }

@@ -243,6 +243,20 @@ TEST_F(Model, showsRulesAndSourcesByTheirNamesOfToday) {
     EXPECT_FALSE(model->statusItemAppearance().badge) << "no rule is on, and the icon says so";
 }
 
+TEST_F(Model, tellsVariantsOfOneNameApart) {
+    directory->sources = {
+        {"xkb:us", "English", "", {"en"}, true}, {"xkb:us+dvorak", "English", "", {"en"}, true}, korean};
+    directory->current = "xkb:us";
+    launch();
+    std::vector<std::string> names;
+    for (const InputSourceInfo& source : model->selectableSources()) names.push_back(source.name);
+    EXPECT_THAT(names, ElementsAre("English [us]", "English [us+dvorak]", "Korean"));
+    model->addRule(rightCommand, model->sources()[0], model->sources()[1]);
+    const auto badge = model->statusItemAppearance().badge;
+    ASSERT_TRUE(badge && badge->second);
+    EXPECT_NE(badge->first, *badge->second);
+}
+
 TEST_F(Model, isLookedAtOnceAfterChangesAndNeverByWhoIsGone) {
     launch();
     std::vector<std::size_t> seen;

@@ -83,6 +83,15 @@ TEST(SourceLabel, isOfTheFirstLanguageElseOfTheName) {
     for (const auto& [languages, name, label] : cases) EXPECT_EQ(source_label::label(languages, name), label);
 }
 
+TEST(SourceLabel, tellsTwoOfOneLanguageApartByTheirNames) {
+    using Pair = std::pair<std::string, std::string>;
+    EXPECT_EQ(source_label::toldApart("A", "English (US)", "English (Dvorak)"), Pair("U", "D"));
+    EXPECT_EQ(source_label::toldApart("한", "2-Set Korean", "390 Sebulshik"), Pair("2", "3"));
+    EXPECT_EQ(source_label::toldApart("A", "English", "English (dvorak)"), Pair("A", "D"));
+    EXPECT_EQ(source_label::toldApart("é", "é", "è"), Pair("É", "È"));
+    EXPECT_EQ(source_label::toldApart("?", "", ""), Pair("?", "?"));
+}
+
 TEST(StatusItemPresenter, showsALabelOnlyWhenAllIsWellAndWarnsElse) {
     using status_item_presenter::appearance;
     const StatusBadge pair{"한", "A", true};
