@@ -58,13 +58,15 @@ LinuxPlatform::LinuxPlatform()
       sources_(std::make_shared<LinuxInputSources>(frameworks(bus_, log_), isWayland() ? nullptr : layouts_)),
       keys_(std::make_unique<X11KeySession>(uptimeSeconds, runFor, log_)),
       switchKeys_(std::make_shared<DesktopSwitchKeys>(bus_, DesktopSwitchKeys::liveReaders())),
-      secureInput_(std::make_shared<AtspiSecureInput>(bus_, log_)),
+      passwordFields_(std::make_shared<AtspiSecureInput>(bus_, log_)),
+      secureInput_(std::make_shared<LockSecureInput>(passwordFields_)),
       systemObserver_(sources_, std::make_shared<BusLink>(bus_address::system), bus_) {
     keys_->onHandled = runScheduled;
+    systemObserver_.onLocked = [this](bool isLocked) { secureInput_->setLocked(isLocked); };
     // Some frameworks keep a source for each text field, and do not tell: it is looked up as the focus moves,
     // and again as a trigger may be going down.
     frontmostObserver_.onWindowChange = [this] {
-        secureInput_->windowChanged();
+        passwordFields_->windowChanged();
         sources_->askCurrent();
     };
     keys_->onModifierDown = [this] { sources_->askCurrent(); };
@@ -154,7 +156,7 @@ void LinuxPlatform::recoverFrom(SystemEvent event) {
 }
 
 LinuxPlatform::Connection LinuxPlatform::retry() {
-    secureInput_->retry();
+    passwordFields_->retry();
     sources_->retry();
     const bool wasLost = layouts_->isLost();
     if (wasLost && !layouts_->reconnect()) return Connection::lost;

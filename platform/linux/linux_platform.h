@@ -16,6 +16,7 @@
 #include "platform/linux/sources/linux_input_sources.h"
 #include "platform/linux/switch_keys/desktop_switch_keys.h"
 #include "platform/linux/system_events/linux_system_event_observer.h"
+#include "platform/linux/system_events/lock_secure_input.h"
 #include "platform/linux/xkb/xkb_input_sources.h"
 
 #include <memory>
@@ -63,7 +64,8 @@ class LinuxPlatform final : public Platform {
     std::shared_ptr<LinuxInputSources> sources_;
     std::unique_ptr<KeySession> keys_;
     std::shared_ptr<DesktopSwitchKeys> switchKeys_;
-    std::shared_ptr<AtspiSecureInput> secureInput_;
+    std::shared_ptr<AtspiSecureInput> passwordFields_;
+    std::shared_ptr<LockSecureInput> secureInput_;
     LinuxSystemEventObserver systemObserver_;
     X11FrontmostAppObserver frontmostObserver_;
     std::unique_ptr<DesktopAppearance> appearance_;

@@ -12,8 +12,6 @@ LinuxSystemEventObserver::~LinuxSystemEventObserver() { stop(); }
 void LinuxSystemEventObserver::start() {
     if (isStarted_) return;
     isStarted_ = true;
-    session_ = {};
-    isSaverActive_ = isLocked_ = false;
     catalog_->onSourcesChanged = [this] {
         if (const auto callback = onInputSourcesChanged) callback();
     };
@@ -37,12 +35,16 @@ void LinuxSystemEventObserver::stop() {
     catalog_->onSourcesChanged = nullptr;
     logind_.reset();
     savers_.reset();
+    session_ = {};
+    isSaverActive_ = false;
+    updateLock(false); // nobody would tell that it ended
 }
 
 void LinuxSystemEventObserver::updateLock(bool isChange) {
     const bool isLocked = isSaverActive_ || session_.isLocked.value_or(false);
     if (isLocked == isLocked_) return;
     isLocked_ = isLocked;
+    if (const auto callback = onLocked) callback(isLocked);
     if (isChange) tell(isLocked ? SystemEvent::screenLocked : SystemEvent::screenUnlocked);
 }
 

@@ -25,6 +25,9 @@ class LinuxSystemEventObserver final : public SystemEventObserving {
     void start() override;
     void stop() override;
 
+    /// Told of each change, and of a screen that is found locked.
+    std::function<void(bool isLocked)> onLocked;
+
   private:
     void tell(SystemEvent event) const;
     void updateLock(bool isChange);

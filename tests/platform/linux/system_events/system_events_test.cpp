@@ -2,9 +2,11 @@
 // of their own.
 #include "platform/linux/bus/bus_address.h"
 #include "platform/linux/system_events/linux_system_event_observer.h"
+#include "platform/linux/system_events/lock_secure_input.h"
 #include "session/private_bus.h"
 #include "support/bus_links.h"
 #include "support/fakes/engine_fakes.h"
+#include "support/played_object.h"
 #include "support/qt_waiting.h"
 
 #include <QDBusMessage>
@@ -146,6 +148,34 @@ TEST_F(SystemEvents, lockWithLogindOrAScreenSaverAndUnlockWithTheLast) {
     saver("one", "org.mate.ScreenSaver", "true");
     saver("one", "org.example.ScreenSaver", true);
     expectNothing();
+}
+
+TEST_F(SystemEvents, findAScreenThatIsLockedAlready) {
+    const auto fields = std::make_shared<fakes::FakeSecureInput>();
+    LockSecureInput secureInput(fields);
+    observer->onLocked = [&](bool isLocked) { secureInput.setLocked(isLocked); };
+    const auto comesToBe = [&](bool isSecure) {
+        return test::runLoopUntil([&] { return secureInput.isEnabled() == isSecure; });
+    };
+    test::PlayedObject locker(sessionBus.address(), "org.freedesktop.ScreenSaver",
+                              "/org/freedesktop/ScreenSaver");
+    locker.answers["GetActive"] = test::replyWith(true);
+    observer->start();
+    EXPECT_TRUE(comesToBe(true));
+    locker.signal("/org/freedesktop/ScreenSaver", "org.freedesktop.ScreenSaver", "ActiveChanged", {false});
+    EXPECT_TRUE(comesToBe(false));
+    fields->enabled = true;
+    EXPECT_TRUE(secureInput.isEnabled());
+    fields->enabled = false;
+
+    observer->stop();
+    locker.answers["GetActive"] = test::replyWith(false);
+    setProperties({{"LockedHint", true}});
+    observer->start();
+    EXPECT_TRUE(comesToBe(true)) << "logind knows";
+    setProperties({{"LockedHint", false}});
+    EXPECT_TRUE(comesToBe(false));
+    observer->onLocked = nullptr;
 }
 
 TEST_F(SystemEvents, followLogindThroughARestartAndEndWithTheObserver) {
