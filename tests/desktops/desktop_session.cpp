@@ -55,7 +55,10 @@ void DesktopSession::startProgram(std::string_view settings) {
     const Deadline deadline(patience);
     while (!layouts_->waitForGroup(1, 500ms)) {
         if (deadline.hasPassed()) throw std::runtime_error("the program does not switch");
-        keyboard_->tap(key::rightSuper);
+        // Not the other trigger: until the program listens, a launcher has it.
+        keyboard_->press(key::leftShift);
+        keyboard_->tap(key::space);
+        keyboard_->release(key::leftShift);
     }
     layouts_->lockGroup(0);
     window_->focus();
@@ -63,10 +66,14 @@ void DesktopSession::startProgram(std::string_view settings) {
     window_->clear();
 }
 
-bool DesktopSession::tapReaches(int group) {
+void DesktopSession::tap() {
     keyboard_->press(key::rightSuper);
     waitReadable(-1, Deadline(finger));
     keyboard_->release(key::rightSuper);
+}
+
+bool DesktopSession::tapReaches(int group) {
+    tap();
     return layouts_->waitForGroup(group, 10s);
 }
 

@@ -31,10 +31,12 @@ class DesktopSession {
     /// focus. Throws `std::runtime_error`.
     explicit DesktopSession(const std::string& name);
 
-    /// Starts the program with these rules. Right Command has to be among their triggers: returns when a tap
-    /// of it has switched, with the first layout.
+    /// Starts the program with these rules. Left Shift+Space has to be among their triggers: returns
+    /// when it has switched, with the first layout.
     void startProgram(std::string_view settings);
-    /// Right Command, as slow as a finger, and waits until the group is locked; false at the deadline.
+    /// Right Command, as slow as a finger.
+    void tap();
+    /// Taps it and waits until the group is locked; false at the deadline.
     bool tapReaches(int group);
     /// The screen, once it has come to rest.
     QImage screen();
