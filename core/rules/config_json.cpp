@@ -2,6 +2,7 @@
 
 #include "core/base/overloaded.h"
 
+#include "core/rules/json_representable.h"
 #include "core/rules/json_scan.h"
 #include "core/rules/json_writer.h"
 
@@ -49,7 +50,9 @@ const Json& requiredArray(const Json& object, const char* member) {
 const std::string& requiredString(const Json& object, const char* member) {
     const Json& value = required(object, member);
     if (!value.is_string()) failType(member, "a string");
-    return value.get_ref<const std::string&>();
+    const auto& text = value.get_ref<const std::string&>();
+    if (text.find(json_representable::noCharacter) != std::string::npos) failType(member, "text");
+    return text;
 }
 
 bool requiredBool(const Json& object, const char* member) {
@@ -107,6 +110,14 @@ Rule decodeRule(const Json& object) {
             decodeTrigger(requiredObject(object, "trigger")), decodeAction(requiredObject(object, "action"))};
 }
 
+/// Makes the text one that the parser takes, if what is wrong is only what JSON allows and no program holds.
+json_scan::Result scanForParser(std::string& text, const json_scan::Limits& limits = {}) {
+    const json_scan::Result result = json_scan::scan(text, limits);
+    if (result.verdict != json_scan::Verdict::malformed) return result;
+    text = json_representable::replacing(text);
+    return json_scan::scan(text, limits);
+}
+
 Json encodeTrigger(const Trigger& trigger) {
     return std::visit(Overloaded{[](const trigger::ModifierTap& tap) -> Json {
                                      return {{"type", modifierTapKind}, {"key", rawValue(tap.key)}};
@@ -133,12 +144,14 @@ Json encodeAction(const Action& action) {
 } // namespace
 
 std::optional<std::int64_t> probeSchemaVersion(std::string_view text) {
-    const json_scan::Result result = json_scan::scan(text);
+    std::string readable(text);
+    const json_scan::Result result = scanForParser(readable);
     return result.verdict == json_scan::Verdict::wellFormed ? result.schemaVersion : std::nullopt;
 }
 
-Config decode(std::string_view text) {
-    const json_scan::Result scanned = json_scan::scan(text, documentLimits);
+Config decode(std::string_view written) {
+    std::string text(written);
+    const json_scan::Result scanned = scanForParser(text, documentLimits);
     if (scanned.verdict == json_scan::Verdict::malformed) {
         fail("", "malformed JSON near byte " + std::to_string(scanned.errorPosition));
     }

@@ -71,6 +71,11 @@ TEST_F(Engine, passesOnWhichCombinationsAreTaken) {
     EXPECT_THAT(engine->unavailableShortcuts(), IsEmpty());
 }
 
+TEST_F(Engine, keepsNoGrabOfAFilterThatWasLost) {
+    rig.filter->onDisabled(false);
+    EXPECT_FALSE(rig.filter->isStarted);
+}
+
 TEST_F(Engine, isHeldWeaklyByItsCallbacks) {
     tap();
     engine.reset();

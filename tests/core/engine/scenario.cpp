@@ -33,6 +33,7 @@ const std::map<std::string, std::function<void(EngineRig&)>> words{
     {"screen", [](EngineRig& rig) { rig.engine->setRemoteAppFrontmost(true); }},
     {"local", [](EngineRig& rig) { rig.engine->setRemoteAppFrontmost(false); }},
     {"no-guest-key", [](EngineRig& rig) { rig.engine->setGuestKeyEnabled(false); }},
+    {"cancel", [](EngineRig& rig) { rig.engine->cancelTriggerCapture(); }},
     {"start", [](EngineRig& rig) { rig.engine->start(); }},
     {"stop", [](EngineRig& rig) { rig.engine->stop(); }},
     {"retry", [](EngineRig& rig) { rig.engine->retryShortcutIfNeeded(); }},
@@ -43,9 +44,12 @@ const std::map<std::string, std::function<void(EngineRig&)>> words{
     {"listener-lost", [](EngineRig& rig) { rig.source->onDisabled(false); }},
     {"filter-blips", [](EngineRig& rig) { rig.filter->onDisabled(true); }},
     {"filter-lost", [](EngineRig& rig) { rig.filter->onDisabled(false); }},
+    {"slow", [](EngineRig& rig) { rig.service->duringSwitch = [&rig] { rig.time.advance(0.6); }; }},
+    {"picks-nothing", [](EngineRig& rig) { rig.service->current.reset(); }},
     {"picks-A", [](EngineRig& rig) { rig.service->current = "A"; }},
     {"catches-up", [](EngineRig& rig) { rig.service->hasCaughtUp = true; }},
     {"refused", [](EngineRig& rig) { rig.service->result = select_result::Failed{-50}; }},
+    {"accepted", [](EngineRig& rig) { rig.service->result = select_result::Selected{}; }},
     {"not-found", [](EngineRig& rig) { rig.service->result = select_result::NotFound{}; }},
     {"B-gone", [](EngineRig& rig) { rig.service->available.erase("B"), rig.engine->refreshSources(); }},
     {"none-left", [](EngineRig& rig) { rig.service->available.clear(), rig.engine->refreshSources(); }},
@@ -147,6 +151,8 @@ void Scenario::perform(const std::string& word) {
         outcomes_.clear();
     } else if (word == "capture") {
         beginCapture();
+    } else if (word == "capture-two") {
+        beginCapture([this] { beginCapture(); });
     } else if (const auto event = systemEvents.find(word); event != systemEvents.end()) {
         rig.engine->handle(event->second);
     } else if (word.size() > 2 && word.substr(word.size() - 2) == "ms") {
@@ -162,10 +168,11 @@ void Scenario::perform(const std::string& word) {
     }
 }
 
-void Scenario::beginCapture() {
-    rig.engine->beginTriggerCapture([this](ModifierKey key) {
+void Scenario::beginCapture(std::function<void()> andThen) {
+    rig.engine->beginTriggerCapture([this, andThen = std::move(andThen)](ModifierKey key) {
         collect();
         add("captured " + std::string(rawValue(key)));
+        if (andThen) andThen();
     });
 }
 

@@ -17,6 +17,7 @@
 
 #include "support/fakes/engine_rig.h"
 
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
@@ -44,7 +45,7 @@ class Scenario {
   private:
     void perform(const std::string& word);
     bool performKey(const std::string& word);
-    void beginCapture();
+    void beginCapture(std::function<void()> andThen = nullptr);
     void collect();
     void add(const std::string& outcome) { outcomes_ += (outcomes_.empty() ? "" : ", ") + outcome; }
 

@@ -26,6 +26,11 @@ const Case cases[]{
     {"tap_toggles_and_toggles_back", "rcmd+ 200ms rcmd- 100ms rcmd+ 200ms rcmd-", "A>B, B>A"},
     {"earlier_letter_and_caps_lock_do_not_cancel", "a+ rcmd+ a- caps rcmd-", "A>B"},
     {"keyboard_without_sides_taps_and_has_no_shortcuts", "!sides rcmd lshift+ space+", "A>B"},
+    // What is lost of a keyboard without sides would turn its next press into a release.
+    {"lost_release_is_noticed_by_a_swallowed_key_up", "!sides f5+ ropt+ ropt~ f5- ropt+ a+ ropt-",
+     "no f5+, no f5-, A>B"},
+    {"lost_release_is_noticed_by_caps_lock", "!sides rcmd+ rcmd~ caps rcmd+ a+ rcmd-", ""},
+    {"stopped_engine_keeps_no_keys", "!sides stop rcmd+ rcmd~ start | rcmd", "A>B"},
     {"own_events_are_ignored", "synthetic rcmd f5+ f5- rcmd+ !synthetic a+ rcmd-", ""},
 
     // shortcuts
@@ -51,6 +56,12 @@ const Case cases[]{
     {"failed_switch_says_why", "refused rcmd 10ms not-found f5+", "cmd failed B -50, no f5+, f5 failed B"},
     {"unverified_switch_counts_for_a_second", "!takes-effect rcmd 1000ms rcmd 1001ms rcmd",
      "A>B?, A>A?, A>B?"},
+    {"waiting_for_a_switch_is_not_its_second", "!takes-effect slow rcmd 500ms rcmd", "A>B?, A>A?"},
+    {"failed_switch_ends_an_unverified_one", "!takes-effect rcmd 10ms refused rcmd 10ms accepted rcmd",
+     "A>B?, cmd failed A -50, A>B?"},
+    {"verified_switch_ends_an_unverified_one", "!takes-effect rcmd 10ms takes-effect rcmd 10ms rcmd",
+     "A>B?, A>A, A>B"},
+    {"from_no_source_it_goes_to_the_first", "picks-nothing rcmd", "?>A"},
     {"late_switch_that_was_taken_back_no_longer_counts", "!takes-effect rcmd 600ms catches-up rcmd",
      "A>B?, A>B?"},
     {"verified_switch_does_not_outweigh_the_user", "rcmd 10ms picks-A rcmd", "A>B, A>B"},
@@ -59,6 +70,12 @@ const Case cases[]{
 
     // captures
     {"capture_takes_one_tap_up_to_its_deadline", "capture 15000ms rcmd rcmd", "captured rightCommand, A>B"},
+    {"capture_that_expired_takes_nothing", "capture 15001ms rcmd", "A>B"},
+    {"capture_drops_what_waits", "rcmd capture turn", ""},
+    {"captured_key_may_begin_the_next_capture", "capture-two rcmd ropt rcmd",
+     "captured rightCommand, captured rightOption, A>B"},
+    {"cancelled_capture_takes_nothing", "capture cancel rcmd", "A>B"},
+    {"cancelling_no_capture_disturbs_no_tap", "rcmd+ cancel rcmd-", "A>B"},
     {"capture_waits_through_other_keys", "capture a+ lshift+ space+ lshift- ropt", "captured rightOption"},
     {"reset_keeps_the_capture", "capture wake rcmd", "reset wake, captured rightCommand"},
     {"stopping_drops_the_capture", "capture stop | start rcmd", "running, filter on, A>B"},

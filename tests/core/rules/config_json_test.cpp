@@ -41,7 +41,9 @@ TEST(SettingsDocument, reads_what_is_odd_but_unambiguous) {
         {R"("key":"rightCommand")", R"("key":"rightCommand","keyCode":"x")"}, // the other trigger's member
         {R"(["leftShift"])", R"(["leftShift","leftShift"])"},                 // a set
         {R"("enabled":true)", R"("enabled":"no","enabled":true)"},            // the last of two counts
-        {R"("schemaVersion":2)", "\n\t\"schema\\u0056ersion\" : 2"},          // blanks, escapes
+        {R"("id":"tap",)",
+         R"("id":"tap","note":["\uD83D","\\\udc00",-1e400,1.5E+999],)"}, // beyond any program
+        {R"("schemaVersion":2)", "\n\t\"schema\\u0056ersion\" : 2"},     // blanks, escapes
     };
     for (const auto& [from, to] : harmless) EXPECT_EQ(decode(twoRulesWith(from, to)), plain) << to;
     for (const char* version : {"-7", "3", "9223372036854775807", "-9223372036854775808"})
@@ -54,7 +56,13 @@ TEST(SettingsDocument, one_bad_member_fails_it_and_is_named) {
         {R"("schemaVersion":2)", R"("x":2)", "schemaVersion: "},
         {":2,", ":9223372036854775808,", "schemaVersion: "},
         {R"("rules":[)", R"("rules":[1,)", "rules: "},
+        {":2,", ":1e400,", "schemaVersion: "},
         {R"("id":"tap")", R"("id":1)", "id: "},
+        {R"("id":"tap")", R"("id":"t\ud800p")", "id: "},
+        {R"("enabled":true)", R"("x":true)", "enabled: "},
+        {R"("enabled":true)", R"("enabled":1)", "enabled: "},
+        {":49", ":49.0", "keyCode: "},
+        {"toggle_input_source", "toggle", "type: unknown action type: toggle"},
         {"modifier_tap", "Modifier_tap", "type: "},
         {R"("key":"rightCommand")", R"("keyCode":54)", "key: "},
         {"rightCommand", "RightCommand", "key: unknown modifier key: RightCommand"},
@@ -67,11 +75,17 @@ TEST(SettingsDocument, one_bad_member_fails_it_and_is_named) {
         EXPECT_THAT(refusal(twoRulesWith(from, to)), testing::StartsWith(expected)) << to;
 }
 
+TEST(SettingsDocument, version_is_the_outermost_whatever_else_a_newer_program_wrote) {
+    const auto probe = config_json::probeSchemaVersion;
+    EXPECT_EQ(probe(R"({"schemaVersion":3,"rules":[1e400,"\ud800",{"schemaVersion":1}]})"), 3);
+    EXPECT_EQ(probe(R"({"rules":[{"schemaVersion":3}]})"), std::nullopt);
+}
+
 TEST(SettingsDocument, malformed_text_is_neither_read_nor_probed) {
     std::vector<std::string> malformed{
         twoRules + std::string(1, '\0'), // as a crashing file system leaves them
-        twoRulesWith("}]}", "},]}"),     twoRulesWith("tap", "t\x01p"),
-        twoRulesWith("tap", "t\xffp"),   twoRulesWith("tap", "t\\ud800p"),
+        twoRulesWith("}]}", "},]}"),     twoRulesWith("tap", "t\x01p"),   twoRulesWith("tap", "t\xffp"),
+        twoRulesWith(":2,", ":1e,"),     twoRulesWith("tap", "t\\ud80p"),
     };
     for (std::size_t length = 0; length < twoRules.size(); ++length)
         malformed.push_back(twoRules.substr(0, length));

@@ -2,7 +2,9 @@
 #include "core/rules/rule_store.h"
 
 #include "core/rules/config_json.h"
+#include "core/rules/rule_health.h"
 #include "core/rules/rule_samples.h"
+#include "core/rules/rule_validator.h"
 #include "core/rules/temporary_folder.h"
 #include "platform/posix/posix_file_storage.h"
 
@@ -68,6 +70,54 @@ TEST_F(RuleStoreTest, loading_never_rewrites_and_every_change_writes_what_is_kno
     expectOnDisk({2, {keys}});
     store.update(tapRule("keys", ModifierKey::leftOption));
     expectOnDisk({1, {tapRule("keys", ModifierKey::leftOption)}});
+}
+
+TEST_F(RuleStoreTest, hand_made_rules_that_no_editor_would_make_can_be_switched_and_removed) {
+    const Rule shift = tapRule("shift", ModifierKey::rightShift);
+    put(file, encode({2, {shift, samples::shortcutRule("keys"), tapRule("tap"), tapRule("tap")}}));
+    load();
+    store.setEnabled("shift", false); // off is always allowed, and on as well: it was so
+    store.setEnabled("shift", true);
+    const Rule moved = samples::shortcutRule("keys", {96, {}});
+    store.update(moved);
+    EXPECT_EQ(store.config().rules[1], moved) << "in its place";
+    EXPECT_THAT([&] { store.add(shift); }, failsWith(store_error::DuplicateId{"shift"}))
+        << "the first reason";
+    store.remove("tap");
+    EXPECT_EQ(contents(file), encode({2, {shift, moved}}));
+}
+
+TEST(RuleValidator, namesEachFault) {
+    using namespace rule_issue;
+    const std::vector<Rule> others{tapRule("other")};
+    const auto issuesOf = [&](const Rule& rule) { return rule_validator::issues(rule, others); };
+    const auto free = ModifierKey::leftOption;
+    using Issues = std::vector<RuleIssue>;
+    EXPECT_EQ(issuesOf(tapRule("a", ModifierKey::rightShift)),
+              Issues{DisallowedTrigger{ModifierKey::rightShift}});
+    EXPECT_EQ(issuesOf(samples::shortcutRule("a", {0, {}})), Issues{(DisallowedShortcut{{0, {}}})});
+    for (const auto& empty : {samples::toggle("", "b"), samples::toggle("a", ""), samples::toggle("", "")})
+        EXPECT_EQ(issuesOf(tapRule("a", free, empty)), Issues{EmptySourceId{}});
+    EXPECT_EQ(issuesOf(tapRule("a", ModifierKey::rightCommand, samples::toggle("a", "a"))),
+              (Issues{DuplicateTrigger{"other"}, SameSource{}}));
+}
+
+TEST(RuleHealth, namesWhatIsMissingInTheOrderOfTheRule) {
+    const auto missing = [](const std::set<std::string>& there) {
+        return rule_health_checker::missingSources(tapRule("a"), there);
+    };
+    using testing::ElementsAre;
+    EXPECT_THAT(missing({"abc", "dvorak"}), ElementsAre());
+    EXPECT_THAT(missing({"abc"}), ElementsAre("dvorak"));
+    EXPECT_THAT(missing({"dvorak"}), ElementsAre("abc"));
+    EXPECT_THAT(missing({}), ElementsAre("abc", "dvorak"));
+}
+
+TEST(Rule, hasARandomIdentifierInUpperCase) {
+    const auto make = [] { return Rule::make(trigger::ModifierTap{}, samples::toggle()).id; };
+    EXPECT_THAT(make(),
+                testing::MatchesRegex("[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}"));
+    EXPECT_NE(make(), make());
 }
 
 TEST_F(RuleStoreTest, a_newer_file_is_left_alone_even_if_it_makes_no_sense) {
