@@ -104,7 +104,9 @@ void AppDelegate::buildModel() {
     engine_ = EngineCoordinator::create(std::move(engineParts));
 
     const std::shared_ptr<FileStorage> storage = platform_->storage();
-    store_ = std::make_shared<RuleStore>(configURL(*storage), storage, secondsSince1970);
+    const std::filesystem::path file = configURL(*storage);
+    storage->clearLeftovers(file);
+    store_ = std::make_shared<RuleStore>(file, storage, secondsSince1970);
     settingsOpener_ = platform_->settingsOpener();
     directory_ = std::make_shared<LiveInputSourceDirectory>(platform_->inputSources());
     model_ = std::make_unique<AppModel>(AppModel::Parts{
@@ -121,6 +123,10 @@ void AppDelegate::buildModel() {
         .reportDelivery = platform_->reportDelivery(),
         .secureInput = platform_->secureInput(),
         .environment = environment,
+        .log = &platform_->log(),
+    });
+    settingsFile_ = std::make_unique<SettingsFileWatch>(file, storage, [model = QPointer(model_.get())] {
+        if (model) model->settingsFileChanged();
     });
 }
 
@@ -254,7 +260,7 @@ void AppDelegate::sayStoreProblem() {
     const std::string description = words(*problem);
     const bool isNamed = description.find(path) != std::string::npos; // the system's own texts do
     say((isNamed ? "" : path + ": ") + description +
-        ". No rule runs; the file is left as it is. Repair or move it and start again.");
+        ". No rule runs; the file is left as it is. Repair or move it: that counts at once.");
 }
 
 void AppDelegate::sayWhyNotListening() {

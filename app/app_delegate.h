@@ -7,6 +7,7 @@
 #include "app/command_desk.h"
 #include "core/engine/engine_coordinator.h"
 #include "model/app_model.h"
+#include "model/settings_file_watch.h"
 #include "platform/interface/platform.h"
 #include "platform/interface/single_instance.h"
 #include "ui/menubar/status_item_controller.h"
@@ -72,6 +73,7 @@ class AppDelegate {
     std::shared_ptr<SystemSettingsOpening> settingsOpener_;
     std::shared_ptr<LiveInputSourceDirectory> directory_;
     std::unique_ptr<AppModel> model_;
+    std::unique_ptr<SettingsFileWatch> settingsFile_;
     std::unique_ptr<CommandDesk> commands_;
     std::unique_ptr<SettingsWindowController> settingsController_;
     std::unique_ptr<OnboardingWindowController> onboardingController_;

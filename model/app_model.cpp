@@ -39,21 +39,6 @@ void AppModel::start() {
     if (!rules_.empty()) markOnboardingCompleted();
 }
 
-void AppModel::loadStore() {
-    try {
-        parts_.store->load();
-    } catch (const StoreError& error) {
-        StoreProblem problem = store_problem::Unreadable{textualDescription(error)};
-        if (const auto* corrupt = std::get_if<store_error::Corrupt>(&error.reason()))
-            problem = store_problem::Corrupt{corrupt->backupPath};
-        else if (const auto* newer = std::get_if<store_error::UnsupportedSchemaVersion>(&error.reason()))
-            problem = store_problem::NewerVersion{newer->version};
-        publish(storeProblem_, problem);
-    } catch (const std::exception& error) {
-        publish(storeProblem_, StoreProblem(store_problem::Unreadable{textualDescription(error)}));
-    }
-}
-
 void AppModel::handle(const EngineEvent& event) {
     std::visit(
         Overloaded{

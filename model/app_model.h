@@ -10,6 +10,7 @@
 #include "core/diagnostics/known_apps.h"
 #include "core/engine/engine_controlling.h"
 #include "core/platform/input_source_directory.h"
+#include "core/platform/log.h"
 #include "core/platform/login_item.h"
 #include "core/platform/preferences_storing.h"
 #include "core/platform/report_delivering.h"
@@ -24,6 +25,7 @@
 #include "model/menu/status_item_presenter.h"
 #include "model/model_results.h"
 #include "model/observable_object.h"
+#include "model/settings_notice.h"
 
 #include <filesystem>
 #include <functional>
@@ -51,6 +53,7 @@ class AppModel final : public ObservableObject {
         std::shared_ptr<ReportDelivering> reportDelivery;
         std::shared_ptr<SecureInputProviding> secureInput;
         DiagnosticsEnvironment environment;
+        Log* log = nullptr; ///< outlives the model
     };
 
     /// Sent to a virtual machine instead of switching here: Control+Space.
@@ -88,6 +91,17 @@ class AppModel final : public ObservableObject {
     bool takeTellingThatItRunsOn();
     void runOnboardingAgain();
     std::function<void()> onRequestOnboarding;
+
+    // app_model_settings_file.cpp: what becomes of the file
+    /// To be called when it may have become another.
+    void settingsFileChanged();
+    const std::optional<SettingsNotice>& settingsNotice() const { return settingsNotice_; }
+    /// Why an edit was refused and what to do about it; empty if it was not, or for the rule's own issues.
+    std::string failureText(const EditResult& result) const;
+    /// Once more what could not be saved.
+    void trySavingAgain();
+    /// The user has seen it. A change that was not saved stays until one is.
+    void dismissSettingsNotice();
 
     // app_model_rules.cpp: editing rules. Nothing is edited while there is a store problem.
     bool canEditRules() const { return !storeProblem_; }
@@ -180,15 +194,22 @@ class AppModel final : public ObservableObject {
     const std::string& appVersion() const { return parts_.appVersion; }
 
   private:
+    using Edit = std::function<void(RuleStore&)>;
+
     void loadStore();
+    void noteStoreProblem(const std::exception& error);
+    void takeOutsideChange();
+    void say(SettingsNotice notice);
+    void takeBackSaveFailure();
+    void writeLog(Log::Level level, const std::string& line);
     void handle(const EngineEvent& event);
     void refreshEngineState();
     void refreshSourceList();
     void setOnboardingCompleted(bool completed);
-    template <class Edit>
-    EditResult edit(Edit&& change);
-    template <class Change>
-    EditResult change(const std::string& ruleID, Change&& apply);
+    /// May be called again later, so that everything it needs is its own.
+    EditResult edit(const Edit& change);
+    EditResult change(const std::string& ruleID, const std::function<void(Rule&)>& apply);
+    EditResult refuse(const StoreError& error, const Edit& change);
     void takeRules();
     StatusLine statusOfRules() const;
     const InputSourceInfo* listed(const std::string& id) const;
@@ -210,6 +231,8 @@ class AppModel final : public ObservableObject {
     bool engineEnabled_;
     LoginItemStatus launchStatus_ = LoginItemStatus::disabled;
     std::optional<StoreProblem> storeProblem_;
+    std::optional<SettingsNotice> settingsNotice_;
+    Edit unsaved_; ///< what could not be saved
     bool showSourceLabel_;
     bool guardsTaps_;
     std::optional<bool> hasPanel_;

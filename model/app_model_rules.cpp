@@ -29,7 +29,8 @@ std::vector<RuleIssue> AppModel::previewIssues(const Trigger& trigger, const Inp
 }
 
 EditResult AppModel::addRule(const Trigger& trigger, const InputSourceInfo& a, const InputSourceInfo& b) {
-    const EditResult result = edit([&](RuleStore& store) { store.add(Rule::make(trigger, toggle(a, b))); });
+    const EditResult result =
+        edit([rule = Rule::make(trigger, toggle(a, b))](RuleStore& store) { store.add(rule); });
     if (std::holds_alternative<edit_result::Added>(result) && swallowedShortcut(trigger) &&
         !accessibilityGranted())
         requestAccessibilityAccess();
@@ -38,24 +39,23 @@ EditResult AppModel::addRule(const Trigger& trigger, const InputSourceInfo& a, c
 
 EditResult AppModel::updateSources(const std::string& ruleID, const InputSourceInfo& a,
                                    const InputSourceInfo& b) {
-    return change(ruleID, [&](Rule& rule) { rule.action = toggle(a, b); });
+    return change(ruleID, [action = toggle(a, b)](Rule& rule) { rule.action = action; });
 }
 
 EditResult AppModel::updateRule(const std::string& ruleID, const Trigger& trigger, const InputSourceInfo& a,
                                 const InputSourceInfo& b) {
-    return change(ruleID, [&](Rule& rule) {
+    return change(ruleID, [trigger, action = toggle(a, b)](Rule& rule) {
         rule.trigger = trigger;
-        rule.action = toggle(a, b);
+        rule.action = action;
     });
 }
 
-template <class Change>
-EditResult AppModel::change(const std::string& ruleID, Change&& apply) {
-    const std::vector<Rule>& stored = parts_.store->config().rules;
-    const auto found =
-        std::find_if(stored.begin(), stored.end(), [&](const Rule& rule) { return rule.id == ruleID; });
-    if (canEditRules() && found == stored.end()) return edit_result::Failed{"rule not found"};
-    return edit([&](RuleStore& store) {
+EditResult AppModel::change(const std::string& ruleID, const std::function<void(Rule&)>& apply) {
+    return edit([ruleID, apply](RuleStore& store) {
+        const std::vector<Rule>& stored = store.config().rules;
+        const auto found =
+            std::find_if(stored.begin(), stored.end(), [&](const Rule& rule) { return rule.id == ruleID; });
+        if (found == stored.end()) throw StoreError(store_error::NotFound{ruleID});
         Rule changed = *found;
         apply(changed);
         store.update(changed);
@@ -63,29 +63,45 @@ EditResult AppModel::change(const std::string& ruleID, Change&& apply) {
 }
 
 bool AppModel::removeRule(const std::string& id) {
-    return std::holds_alternative<edit_result::Added>(edit([&](RuleStore& store) { store.remove(id); }));
+    return std::holds_alternative<edit_result::Added>(edit([id](RuleStore& store) { store.remove(id); }));
 }
 
 bool AppModel::setRuleEnabled(const std::string& id, bool enabled) {
     return std::holds_alternative<edit_result::Added>(
-        edit([&](RuleStore& store) { store.setEnabled(id, enabled); }));
+        edit([id, enabled](RuleStore& store) { store.setEnabled(id, enabled); }));
 }
 
-template <class Edit>
-EditResult AppModel::edit(Edit&& change) {
+EditResult AppModel::edit(const Edit& change) {
     if (!canEditRules()) return edit_result::Failed{settingsUnavailable};
+    const auto keptBefore = parts_.store->keptAside();
     try {
+        takeOutsideChange(); // before what is to be changed is looked for
+        if (!canEditRules()) return edit_result::Failed{settingsUnavailable};
         change(*parts_.store);
     } catch (const StoreError& error) {
-        if (const auto* invalid = std::get_if<store_error::Invalid>(&error.reason()))
-            return edit_result::Invalid{invalid->issues};
-        return edit_result::Failed{textualDescription(error)};
+        return refuse(error, change);
     } catch (const std::exception& error) {
         return edit_result::Failed{textualDescription(error)};
     }
+    takeBackSaveFailure();
+    if (const auto& kept = parts_.store->keptAside(); kept && kept != keptBefore)
+        say(settings_notice::KeptAside{*kept});
     takeRules();
     refreshEngineState();
     return edit_result::Added{};
+}
+
+EditResult AppModel::refuse(const StoreError& error, const Edit& change) {
+    if (const auto* invalid = std::get_if<store_error::Invalid>(&error.reason()))
+        return edit_result::Invalid{invalid->issues};
+    if (std::holds_alternative<store_error::NotFound>(error.reason()))
+        return edit_result::Failed{"rule not found"};
+    if (const auto* failed = std::get_if<store_error::WriteFailed>(&error.reason())) {
+        unsaved_ = change;
+        say(settings_notice::SaveFailed{failed->description, failed->reason,
+                                        parts_.store->fileURL().parent_path().string()});
+    }
+    return edit_result::Failed{textualDescription(error)};
 }
 
 void AppModel::takeRules() {

@@ -185,8 +185,8 @@ bool OnboardingModel::addRule() {
     const std::optional<std::string> oldID = old != nullptr ? std::optional(old->id) : std::nullopt;
     const EditResult result = oldID ? app_.updateSources(*oldID, *selectedA(), *selectedB())
                                     : app_.addRule(trigger, *selectedA(), *selectedB());
-    const auto* failed = std::get_if<edit_result::Failed>(&result);
-    publish(failure_, failed != nullptr ? std::optional(failed->message) : std::nullopt);
+    const std::string failure = app_.failureText(result);
+    publish(failure_, failure.empty() ? std::nullopt : std::optional(failure));
     if (!std::holds_alternative<edit_result::Added>(result)) return false;
     const Rule* made = ruleOfTrigger();
     createdRuleID_ = !oldID && made != nullptr ? std::optional(made->id) : std::nullopt;

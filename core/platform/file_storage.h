@@ -5,12 +5,25 @@
 // unchanged.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace hopsel {
+
+/// What tells one state of a file from another without reading it.
+struct FileMark {
+    std::uint64_t device = 0;
+    std::uint64_t file = 0;
+    std::int64_t size = 0;     ///< in bytes
+    std::int64_t written = 0;  ///< nanoseconds since 1970; any program can set this one
+    std::int64_t modified = 0; ///< of contents, owner or mode
+
+    friend bool operator==(const FileMark&, const FileMark&) = default;
+};
 
 class FileStorage {
   public:
@@ -33,6 +46,20 @@ class FileStorage {
     /// Replaces the file's contents in one durable step: after a crash there is the old text or the new one.
     /// Follows symbolic links to the file they name, and keeps that file's mode.
     virtual void writeAtomically(const std::filesystem::path& file, std::string_view bytes) = 0;
+
+    /// Absent if nothing is there.
+    virtual std::optional<FileMark> mark(const std::filesystem::path& file) const = 0;
+
+    /// As `writeAtomically`, over what bears this mark (where nothing is, if there is none) and nothing else:
+    /// false if the file has become another.
+    virtual bool replace(const std::filesystem::path& file, const std::optional<FileMark>& expected,
+                         std::string_view bytes) = 0;
+
+    /// The files whose paths begin like that, in the same folder.
+    virtual std::vector<std::filesystem::path> startingWith(const std::filesystem::path& beginning) const = 0;
+
+    /// Removes what a write of this file left beside it when it was cut off.
+    virtual void clearLeftovers(const std::filesystem::path& file) = 0;
 
     /// Copies to a name that must not exist yet.
     virtual void copy(const std::filesystem::path& from, const std::filesystem::path& to) = 0;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <system_error>
+#include <utility>
 
 namespace hopsel {
 namespace {
@@ -35,6 +36,22 @@ std::string describeReason(const StoreError::Reason& reason) {
     return std::visit([](const auto& error) { return describe(error); }, reason);
 }
 
+// Before anything else: what a newer version wrote may well look corrupt to this one.
+void requireKnownVersion(const std::string& text) {
+    const auto version = config_json::probeSchemaVersion(text);
+    if (version && *version > Config::currentSchemaVersion)
+        throw StoreError(store_error::UnsupportedSchemaVersion{*version});
+}
+
+/// No higher version than is needed, so that older programs can read everything else.
+void chooseVersion(Config& config) {
+    config.schemaVersion = Config::baseSchemaVersion;
+    for (const Rule& rule : config.rules)
+        config.schemaVersion = std::max(config.schemaVersion, schemaVersion(rule.trigger));
+}
+
+constexpr int mostAttempts = 3;
+
 } // namespace
 
 StoreError::StoreError(Reason reason)
@@ -50,73 +67,127 @@ std::filesystem::path RuleStore::defaultFileURL(const FileStorage& storage) {
 void RuleStore::load() {
     if (!storage_->exists(fileURL_)) {
         config_ = Config::empty();
+        known_.reset();
         isLoaded_ = true;
         return;
     }
-    const std::string text = storage_->read(fileURL_);
-    // Before anything else: what a newer version wrote may well look corrupt to this one.
-    const auto version = config_json::probeSchemaVersion(text);
-    if (version && *version > Config::currentSchemaVersion) {
-        throw StoreError(store_error::UnsupportedSchemaVersion{*version});
-    }
+    std::string text = storage_->read(fileURL_);
+    requireKnownVersion(text);
     try {
         config_ = config_json::decode(text);
     } catch (const config_json::DecodingError&) {
-        throw StoreError(store_error::Corrupt{backUpCorruptFile()});
+        throw StoreError(store_error::Corrupt{backUpCorruptFile(text)});
     }
+    known_ = std::move(text);
     isLoaded_ = true;
 }
 
+RuleStore::Seen RuleStore::look() const {
+    Seen seen{storage_->mark(fileURL_), std::nullopt};
+    if (!seen.mark) return seen;
+    std::string text = storage_->read(fileURL_);
+    if (text != known_) seen.text = std::move(text);
+    return seen;
+}
+
+RuleStore::Outside RuleStore::take(const Seen& seen) {
+    if (!seen.text) return Outside::unchanged;
+    requireKnownVersion(*seen.text);
+    try {
+        config_ = config_json::decode(*seen.text);
+    } catch (const config_json::DecodingError&) {
+        return Outside::damaged;
+    }
+    known_ = seen.text;
+    return Outside::taken;
+}
+
+RuleStore::Outside RuleStore::takeOutsideChange() { return take(look()); }
+
 Rule RuleStore::add(const Rule& rule) {
-    requireLoaded();
-    if (indexOf(rule.id)) throw StoreError(store_error::DuplicateId{rule.id});
-    validate(rule);
-    Config changed = config_;
-    changed.rules.push_back(rule);
-    commit(std::move(changed));
+    save([&](Config& changed) {
+        if (indexOf(rule.id)) throw StoreError(store_error::DuplicateId{rule.id});
+        validate(rule);
+        changed.rules.push_back(rule);
+    });
     return rule;
 }
 
 void RuleStore::update(const Rule& rule) {
-    requireLoaded();
-    const std::size_t index = requireIndex(rule.id);
-    validate(rule);
-    Config changed = config_;
-    changed.rules[index] = rule;
-    commit(std::move(changed));
+    save([&](Config& changed) {
+        const std::size_t index = requireIndex(rule.id);
+        validate(rule);
+        changed.rules[index] = rule;
+    });
 }
 
 void RuleStore::remove(const std::string& id) {
-    requireLoaded();
-    requireIndex(id);
-    Config changed = config_;
-    std::erase_if(changed.rules, [&](const Rule& rule) { return rule.id == id; });
-    commit(std::move(changed));
+    save([&](Config& changed) {
+        requireIndex(id);
+        std::erase_if(changed.rules, [&](const Rule& rule) { return rule.id == id; });
+    });
 }
 
 void RuleStore::setEnabled(const std::string& id, bool enabled) {
-    requireLoaded();
-    const std::size_t index = requireIndex(id);
-    Config changed = config_;
-    changed.rules[index].enabled = enabled;
-    commit(std::move(changed));
+    save([&](Config& changed) { changed.rules[requireIndex(id)].enabled = enabled; });
 }
 
-void RuleStore::save() {
+// Again if another program writes meanwhile: the change is made to what that one wrote.
+void RuleStore::save(const Edit& edit) {
+    requireLoaded();
+    const auto fail = [](const char* description, std::error_code reason = {}) {
+        throw StoreError(store_error::WriteFailed{description, reason});
+    };
     try {
-        if (fileURL_.has_parent_path()) storage_->createDirectories(fileURL_.parent_path());
-        storage_->writeAtomically(fileURL_, config_json::encode(config_));
+        for (int attempt = 0; attempt < mostAttempts; ++attempt) {
+            Seen seen = look();
+            if (take(seen) == Outside::taken) seen.text.reset();
+            Config changed = config_;
+            edit(changed);
+            chooseVersion(changed);
+            if (!write(changed, seen)) continue;
+            config_ = std::move(changed);
+            return;
+        }
+        fail("another program writes the file again and again");
     } catch (const std::system_error& error) {
-        throw StoreError(store_error::WriteFailed{error.what()});
+        fail(error.what(), error.code());
     } catch (const std::invalid_argument& error) {
-        throw StoreError(store_error::WriteFailed{error.what()});
+        fail(error.what());
     }
 }
 
-std::optional<std::string> RuleStore::backUpCorruptFile() {
-    std::filesystem::path backup = fileURL_;
-    backup += ".corrupt-" + std::to_string(wallClock_());
+// False if the file has become another meanwhile.
+bool RuleStore::write(const Config& config, const Seen& over) {
+    std::string text = config_json::encode(config);
+    if (fileURL_.has_parent_path()) storage_->createDirectories(fileURL_.parent_path());
+    if (over.text) keepAside(over);
+    if (!storage_->replace(fileURL_, over.mark, text)) return false;
+    known_ = std::move(text);
+    return true;
+}
+
+void RuleStore::keepAside(const Seen& seen) {
+    auto copy = backUpCorruptFile(*seen.text);
+    if (!copy) {
+        throw StoreError(
+            store_error::WriteFailed{"another program changed the file, and no copy of that can be made"});
+    }
+    keptAside_ = std::move(copy);
+}
+
+// One copy for each content, however often it is met.
+std::optional<std::string> RuleStore::backUpCorruptFile(const std::string& text) {
+    std::filesystem::path beginning = fileURL_;
+    beginning += ".corrupt-";
+    std::filesystem::path backup = beginning;
+    backup += std::to_string(wallClock_());
     try {
+        for (const std::filesystem::path& earlier : storage_->startingWith(beginning)) {
+            const auto mark = storage_->mark(earlier);
+            if (mark && std::cmp_equal(mark->size, text.size()) && storage_->read(earlier) == text)
+                return earlier.string();
+        }
         storage_->copy(fileURL_, backup);
     } catch (const std::system_error&) {
         return std::nullopt;
@@ -144,20 +215,6 @@ std::size_t RuleStore::requireIndex(const std::string& id) const {
 void RuleStore::validate(const Rule& rule) const {
     auto issues = rule_validator::issues(rule, config_.rules);
     if (!issues.empty()) throw StoreError(store_error::Invalid{std::move(issues)});
-}
-
-void RuleStore::commit(Config changed) {
-    // No higher version than is needed, so that older programs can read everything else.
-    changed.schemaVersion = Config::baseSchemaVersion;
-    for (const Rule& rule : changed.rules)
-        changed.schemaVersion = std::max(changed.schemaVersion, schemaVersion(rule.trigger));
-    std::swap(config_, changed);
-    try {
-        save();
-    } catch (...) {
-        config_ = std::move(changed);
-        throw;
-    }
 }
 
 } // namespace hopsel

@@ -1,9 +1,9 @@
 // Owns the settings file: reads it once at start, refuses what it must not touch, writes the whole document
 // back after every change.
 //
-// One instance per process, main thread. The only writer of the file, and its mutations are the only way
-// rules change: each validates, applies, chooses the schema version, saves, and puts everything back if
-// saving fails.
+// One instance per process, main thread. Its mutations are the only way in which this program changes rules:
+// each validates, applies, chooses the schema version, saves, and puts everything back if saving fails. Other
+// programs may write the file too; what they wrote is taken in or kept aside before it is written over.
 #pragma once
 
 #include "core/platform/file_storage.h"
@@ -16,6 +16,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 #include <variant>
 #include <vector>
 
@@ -44,9 +45,10 @@ struct NotFound {
     std::string id;
     friend bool operator==(const NotFound&, const NotFound&) = default;
 };
-/// The platform's own description of what went wrong.
+/// The platform's own description of what went wrong, and its number for it where it has one.
 struct WriteFailed {
     std::string description;
+    std::error_code reason{};
     friend bool operator==(const WriteFailed&, const WriteFailed&) = default;
 };
 /// A change was asked for before any load succeeded.
@@ -87,7 +89,20 @@ class RuleStore {
     /// file.
     void load();
 
-    // Each change throws `StoreError` and then leaves file and memory as they were.
+    enum class Outside {
+        unchanged,
+        taken,  ///< the document is what another program wrote
+        damaged ///< cannot be decoded; left as it is, and kept aside before it is written over
+    };
+    /// Looks whether another program has written the file since it was last read or written. A file that is
+    /// gone is no change: the next one writes it anew. Throws `StoreError` (`UnsupportedSchemaVersion`), or
+    /// the storage's read error; the document in memory then stays as it was.
+    Outside takeOutsideChange();
+    /// Where the last copy lies of what was written over.
+    const std::optional<std::string>& keptAside() const { return keptAside_; }
+
+    // Each change takes in first what another program wrote. It throws `StoreError` and then leaves file and
+    // memory as they were.
     Rule add(const Rule& rule);
     /// Replaces the rule with the same identifier, in place.
     void update(const Rule& rule);
@@ -95,22 +110,32 @@ class RuleStore {
     /// Does not validate the rule again.
     void setEnabled(const std::string& id, bool enabled);
 
-    /// Writes the document as it stands. Throws `StoreError` (`WriteFailed`).
-    void save();
-
   private:
-    std::optional<std::string> backUpCorruptFile();
+    using Edit = std::function<void(Config&)>;
+    /// What lies there now.
+    struct Seen {
+        std::optional<FileMark> mark;
+        std::optional<std::string> text; ///< if it is not what is known
+    };
+
+    Seen look() const;
+    Outside take(const Seen& seen);
+    std::optional<std::string> backUpCorruptFile(const std::string& text);
+    void keepAside(const Seen& seen);
     void requireLoaded() const;
     std::optional<std::size_t> indexOf(const std::string& id) const;
     std::size_t requireIndex(const std::string& id) const;
     void validate(const Rule& rule) const;
-    void commit(Config changed);
+    void save(const Edit& edit);
+    bool write(const Config& config, const Seen& over);
 
     std::filesystem::path fileURL_;
     std::shared_ptr<FileStorage> storage_;
     WallClock wallClock_;
     Config config_ = Config::empty();
     bool isLoaded_ = false;
+    std::optional<std::string> known_; ///< what the file said when it was last read or written
+    std::optional<std::string> keptAside_;
 };
 
 } // namespace hopsel

@@ -9,6 +9,7 @@
 #include "core/platform/file_storage.h"
 #include "core/platform/frontmost_app_observing.h"
 #include "core/platform/local_key_monitoring.h"
+#include "core/platform/log.h"
 #include "core/platform/login_item.h"
 #include "core/platform/preferences_storing.h"
 #include "core/platform/report_delivering.h"
@@ -35,6 +36,7 @@ class Platform {
 
     /// Clock, calendar and facts; read once at start.
     virtual DiagnosticsEnvironment environment() const = 0;
+    virtual Log& log() = 0;
     /// Where the user's settings file lies.
     virtual std::shared_ptr<FileStorage> storage() const = 0;
     /// The clock and the limit of a tap are the caller's to add.

@@ -30,6 +30,7 @@ class MacosPlatform final : public Platform {
     MacosPlatform();
 
     DiagnosticsEnvironment environment() const override;
+    Log& log() override { return log_; }
     std::shared_ptr<FileStorage> storage() const override;
     EngineCoordinator::Parts engineParts() override;
     std::shared_ptr<SecureInputProviding> secureInput() const override { return secureInput_; }

@@ -8,11 +8,11 @@
 
 namespace hopsel {
 
-class PosixFileStorage final : public FileStorage {
+class PosixFileStorage : public FileStorage {
   public:
     /// Larger files are refused unread (EFBIG): no settings file is, and reading one would only eat the
     /// memory.
-    static constexpr std::size_t maxFileSize = std::size_t{256} << 20U;
+    static constexpr std::size_t maxFileSize = std::size_t{16} << 20U;
 
     explicit PosixFileStorage(std::filesystem::path userDataDirectory)
         : userDataDirectory_(std::move(userDataDirectory)) {}
@@ -26,6 +26,11 @@ class PosixFileStorage final : public FileStorage {
     std::string read(const std::filesystem::path& file) const override;
     void createDirectories(const std::filesystem::path& folder) override;
     void writeAtomically(const std::filesystem::path& file, std::string_view bytes) override;
+    std::optional<FileMark> mark(const std::filesystem::path& file) const override;
+    bool replace(const std::filesystem::path& file, const std::optional<FileMark>& expected,
+                 std::string_view bytes) override;
+    std::vector<std::filesystem::path> startingWith(const std::filesystem::path& beginning) const override;
+    void clearLeftovers(const std::filesystem::path& file) override;
     /// The copy is for the user alone (mode 0600).
     void copy(const std::filesystem::path& from, const std::filesystem::path& to) override;
 

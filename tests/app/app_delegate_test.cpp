@@ -5,11 +5,13 @@
 #include "session/temporary_folder.h"
 #include "support/fakes/engine_rig.h"
 #include "support/fakes/played_platform.h"
+#include "support/qt_waiting.h"
 
 #include "ui/onboarding/onboarding_view.h"
 
 #include <QApplication>
 #include <algorithm>
+#include <fstream>
 #include <gmock/gmock.h>
 
 namespace hopsel {
@@ -132,6 +134,22 @@ TEST_F(Delegate, showsWindowsToWhoStartedItAndNothingAtLogin) {
     EXPECT_THAT(windows(), IsEmpty());
     platform->reopen();
     EXPECT_THAT(windows(), ElementsAre("introduction")) << "whoever starts it is new to it";
+}
+
+TEST_F(Delegate, followsTheSettingsFileAndClearsWhatAKilledWriterLeft) {
+    const auto leftover = folder.path() / "Hopsel/.hopsel-abcdefghijkl";
+    std::ofstream(leftover) << "half a";
+    launch();
+    EXPECT_FALSE(std::filesystem::exists(leftover));
+    RuleStore editor(RuleStore::defaultFileURL(PosixFileStorage(folder.path())),
+                     std::make_shared<PosixFileStorage>(folder.path()), [] { return 0; });
+    editor.load();
+    editor.add(fakes::tapRule("2", leftControl, "A", "B"));
+    EXPECT_TRUE(test::runLoopUntil([this] {
+        platform->tap(leftControl);
+        return !platform->service->switches.empty();
+    }));
+    EXPECT_THAT(platform->logged.lines, ElementsAre(testing::HasSubstr("by another program")));
 }
 
 TEST_F(Delegate, leavesTheEngineOffIfTheUserSwitchedItOff) {

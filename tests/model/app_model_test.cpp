@@ -26,16 +26,10 @@ const EditResult added = edit_result::Added{};
 
 class Model : public testing::Test, protected ModelRig {
   protected:
-    /// The file as another run left it.
-    void storeRule(const Trigger& trigger = rightCommand, const InputSourceInfo& a = korean) {
-        RuleStore writer(file, storage, [] { return 0; });
-        writer.load();
-        writer.add(Rule::make(trigger, action::Toggle{{a.id, a.name}, {english.id, english.name}}));
-    }
 };
 
 TEST_F(Model, isBuiltWithoutTouchingFileOrEngineAndStartsInOrder) {
-    storeRule();
+    addStoredRule();
     build();
     EXPECT_THAT(calls, IsEmpty());
     EXPECT_EQ(engine->recorder, recorder);
@@ -91,7 +85,7 @@ TEST_F(Model, storesEachEditAndTellsTheEngineThen) {
 }
 
 TEST_F(Model, leavesEverythingWhenAnEditFails) {
-    storeRule();
+    addStoredRule();
     launch();
     const std::string id = model->rules()[0].id;
     const std::vector<RuleIssue> duplicate{rule_issue::DuplicateTrigger{id}};
@@ -171,7 +165,7 @@ TEST_F(Model, saysThatItWorksOnlyWhileARuleThatIsOnCanSwitch) {
 }
 
 TEST_F(Model, retriesOnlyWhatIsWantedAndDegraded) {
-    storeRule();
+    addStoredRule();
     engine->stateAfterStart = engine_state::Degraded{DegradedReason::permissionMissing};
     launch();
     engine->stateAfterStart = engine_state::Running{};
@@ -226,8 +220,8 @@ TEST_F(Model, performsWhatTheMenuOffers) {
 }
 
 TEST_F(Model, showsRulesAndSourcesByTheirNamesOfToday) {
-    storeRule(rightOption, {"gone", "Gone Layout", "", {"ja"}, true});
-    storeRule();
+    addStoredRule(rightOption, {"gone", "Gone Layout", "", {"ja"}, true});
+    addStoredRule();
     launch();
     l10n::setLanguage(L10nLanguage::en);
     directory->sources = {{"hangul", "한국어", "ime", {"ko"}, true}, english};

@@ -63,6 +63,19 @@ class PreviewStorage final : public FileStorage {
     void writeAtomically(const std::filesystem::path& file, std::string_view bytes) override {
         files_[file] = bytes;
     }
+    std::optional<FileMark> mark(const std::filesystem::path& file) const override {
+        return exists(file) ? std::optional(FileMark{}) : std::nullopt;
+    }
+    bool replace(const std::filesystem::path& file, const std::optional<FileMark>& /*expected*/,
+                 std::string_view bytes) override {
+        files_[file] = bytes;
+        return true;
+    }
+    std::vector<std::filesystem::path>
+    startingWith(const std::filesystem::path& /*beginning*/) const override {
+        return {};
+    }
+    void clearLeftovers(const std::filesystem::path& /*file*/) override {}
     void copy(const std::filesystem::path& from, const std::filesystem::path& to) override {
         files_[to] = files_.at(from);
     }

@@ -26,9 +26,11 @@ constexpr const char* evenWidths =
     "<edit name=\"family\" mode=\"prepend\" binding=\"strong\"><string>DejaVu Sans "
     "Mono</string></edit></match>";
 
+/// A link that lies there is replaced: what it names is somebody else's.
 bool write(const std::filesystem::path& path, const QByteArray& data) {
     QFile file(QString::fromStdString(path.string()));
-    return !data.isEmpty() && file.open(QIODevice::WriteOnly | QIODevice::Truncate) &&
+    file.remove();
+    return !data.isEmpty() && file.open(QIODevice::WriteOnly | QIODevice::NewOnly) &&
            file.write(data) == data.size() && file.flush();
 }
 

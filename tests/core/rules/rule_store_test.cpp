@@ -25,10 +25,23 @@ auto failsWith(const StoreError::Reason& reason) {
     return testing::Throws<StoreError>(testing::Property(&StoreError::reason, reason));
 }
 
+/// Another program may write in the last moment before we do.
+class MeddledStorage final : public PosixFileStorage {
+  public:
+    using PosixFileStorage::PosixFileStorage;
+    bool replace(const fs::path& file, const std::optional<FileMark>& expected,
+                 std::string_view bytes) override {
+        if (meddle) meddle();
+        return PosixFileStorage::replace(file, expected, bytes);
+    }
+    std::function<void()> meddle;
+};
+
 class RuleStoreTest : public FolderTest {
   protected:
-    std::shared_ptr<PosixFileStorage> storage = std::make_shared<PosixFileStorage>(folder);
-    RuleStore store{RuleStore::defaultFileURL(*storage), storage, [] { return 1700000000; }};
+    std::shared_ptr<MeddledStorage> storage = std::make_shared<MeddledStorage>(folder);
+    std::int64_t now = 1700000000;
+    RuleStore store{RuleStore::defaultFileURL(*storage), storage, [this] { return now; }};
     const std::function<void()> load = [this] { store.load(); };
     const fs::path file = folder / "Hopsel/config.json";
 
@@ -136,10 +149,59 @@ TEST_F(RuleStoreTest, a_corrupt_file_is_kept_and_copied_aside_and_the_copy_stays
     EXPECT_THAT(load, failsWith(store_error::Corrupt{backup}));
     EXPECT_EQ(fs::status(backup).permissions(), fs::perms(0600));
     EXPECT_EQ(contents(file), corrupt);
+    now += 60;
+    EXPECT_THAT(load, failsWith(store_error::Corrupt{backup})) << "one copy for each content";
+    now -= 60;
     put(file, "worse");
     EXPECT_THAT(load, failsWith(store_error::Corrupt{std::nullopt}));
     EXPECT_EQ(contents(backup), corrupt);
     expectEveryChangeFails("not been loaded");
+    EXPECT_THAT(listing(), testing::SizeIs(3));
+}
+
+TEST_F(RuleStoreTest, what_another_program_wrote_is_taken_in_before_each_change_even_in_the_last_moment) {
+    put(file, twoRules);
+    load();
+    EXPECT_EQ(store.takeOutsideChange(), RuleStore::Outside::unchanged);
+    const Rule theirs = tapRule("theirs", ModifierKey::leftControl);
+    put(file, encode({1, {tapRule("tap"), theirs}}));
+    storage->meddle = [&] {
+        storage->meddle = nullptr;
+        put(file, encode({1, {theirs, tapRule("tap")}}));
+    };
+    store.setEnabled("tap", false);
+    Rule off = tapRule("tap");
+    off.enabled = false;
+    EXPECT_EQ(contents(file), encode({1, {theirs, off}}));
+    storage->meddle = [&] { put(file, contents(file) + " "); };
+    EXPECT_THAT([&] { store.remove("tap"); },
+                testing::ThrowsMessage<StoreError>(testing::HasSubstr("again and again")));
+    storage->meddle = nullptr;
+    EXPECT_THAT([&] { store.remove("keys"); }, failsWith(store_error::NotFound{"keys"}));
+    fs::remove(file);
+    EXPECT_EQ(store.takeOutsideChange(), RuleStore::Outside::unchanged) << "somebody may be replacing it";
+    store.remove("theirs");
+    EXPECT_EQ(contents(file), encode({1, {off}}));
+}
+
+TEST_F(RuleStoreTest, what_another_program_damaged_is_written_over_only_once_there_is_a_copy) {
+    put(file, twoRules);
+    load();
+    const std::string damaged = "{ half a file, cut off";
+    put(file, damaged);
+    EXPECT_EQ(store.takeOutsideChange(), RuleStore::Outside::damaged);
+    EXPECT_EQ(store.config(), config_json::decode(twoRules));
+    onFullDisk([&] { expectEveryChangeFails("cannot be written"); });
+    EXPECT_EQ(contents(file), damaged);
+    store.remove("keys");
+    ASSERT_TRUE(store.keptAside());
+    EXPECT_EQ(contents(*store.keptAside()), damaged);
+    EXPECT_EQ(contents(file), encode({1, {tapRule("tap")}}));
+    const std::string newer = twoRulesWith(":2,", ":3,");
+    put(file, newer);
+    EXPECT_THAT([&] { store.takeOutsideChange(); }, failsWith(store_error::UnsupportedSchemaVersion{3}));
+    expectEveryChangeFails("newer than this program");
+    EXPECT_EQ(contents(file), newer);
 }
 
 TEST_F(RuleStoreTest, what_cannot_be_read_is_an_error_of_the_storage_and_not_a_first_run) {

@@ -2,7 +2,9 @@
 
 #include "core/rules/temporary_folder.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sys/file.h>
 #include <system_error>
 
 namespace hopsel {
@@ -71,6 +73,39 @@ TEST_F(PosixFileStorageTest, what_is_no_plain_file_is_neither_read_nor_replaced_
     EXPECT_THAT(listing(), ElementsAre("config.json", "fifo", "folder", "loop"));
     fs::resize_file(file, PosixFileStorage::maxFileSize + 1);
     EXPECT_THAT([&] { storage.read(file); }, failsWith(EFBIG));
+}
+
+TEST_F(PosixFileStorageTest, only_what_bears_the_mark_is_replaced_and_every_writer_leaves_another_mark) {
+    EXPECT_EQ(storage.mark(file), std::nullopt);
+    ASSERT_TRUE(storage.replace(file, std::nullopt, "ours"));
+    EXPECT_FALSE(storage.replace(file, std::nullopt, "as if nothing were there"));
+    const auto ours = storage.mark(file);
+    const auto time = fs::last_write_time(file);
+    put(file, "they");
+    fs::last_write_time(file, time);
+    EXPECT_NE(storage.mark(file), ours) << "of the same size, and its time set back";
+    EXPECT_FALSE(storage.replace(file, ours, "ours"));
+    EXPECT_EQ(contents(file), "they");
+    EXPECT_TRUE(storage.replace(file, storage.mark(file), "ours"));
+    EXPECT_THAT(listing(), ElementsAre("config.json"));
+}
+
+TEST_F(PosixFileStorageTest, what_a_killed_writer_left_is_cleared_and_nothing_else) {
+    fs::create_symlink("dots/config.json", file);
+    for (const char* name :
+         {".hopsel-left0verleft", ".hopsel-stillwriting", ".hopsel-notes", ".hopsel-UPPERCASEABC"})
+        put(folder / "dots" / name, "half a");
+    fs::create_symlink("config.json", folder / "dots/.hopsel-linklinklink");
+    const int writer = ::open((folder / "dots/.hopsel-stillwriting").c_str(), O_WRONLY);
+    ASSERT_EQ(::flock(writer, LOCK_EX), 0);
+    storage.clearLeftovers(file);
+    EXPECT_THAT(listing(),
+                ElementsAre("config.json", "dots", "dots/.hopsel-UPPERCASEABC", "dots/.hopsel-linklinklink",
+                            "dots/.hopsel-notes", "dots/.hopsel-stillwriting"));
+    ::close(writer);
+    storage.clearLeftovers(file);
+    EXPECT_FALSE(fs::exists(folder / "dots/.hopsel-stillwriting"));
+    storage.clearLeftovers(folder / "nowhere/config.json");
 }
 
 } // namespace

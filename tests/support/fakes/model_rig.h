@@ -46,6 +46,7 @@ class ModelRig {
             [] { return 100; },
             [] { return QDateTime(QDate(2026, 11, 16), QTime(1, 42, 23), QTimeZone::utc()); },
             QTimeZone(9 * 3600), "14.5.0", "arm64"};
+        parts.log = &log;
         model = std::make_unique<AppModel>(std::move(parts));
     }
     /// Built and started; what happened meanwhile is not in `calls`.
@@ -54,6 +55,13 @@ class ModelRig {
         model->start();
         calls.clear();
         return *model;
+    }
+    /// Into the file, as another run or another program does it.
+    void addStoredRule(const Trigger& trigger = trigger::ModifierTap{ModifierKey::rightCommand},
+                       const InputSourceInfo& a = korean) const {
+        RuleStore writer(file, storage, [] { return 0; });
+        writer.load();
+        writer.add(Rule::make(trigger, action::Toggle{{a.id, a.name}, {english.id, english.name}}));
     }
     void emitEvent(const EngineEvent& event) const { engine->onEvent(event); }
     void record(double time, KeyEventKind kind) const {
@@ -75,6 +83,7 @@ class ModelRig {
     std::shared_ptr<FakeReportDelivery> delivery = std::make_shared<FakeReportDelivery>(calls);
     std::shared_ptr<FakeSecureInput> secureInput = std::make_shared<FakeSecureInput>();
     std::shared_ptr<DiagnosticsRecorder> recorder = std::make_shared<DiagnosticsRecorder>();
+    RecordingLog log;
     std::unique_ptr<AppModel> model;
 };
 

@@ -60,6 +60,7 @@ class PlayedPlatform final : public Platform {
         return {[this] { return time.now; }, [] { return QDateTime::currentDateTimeUtc(); }, QTimeZone::utc(),
                 "played", "none"};
     }
+    Log& log() override { return logged; }
     std::shared_ptr<FileStorage> storage() const override {
         return std::make_shared<PosixFileStorage>(folder_);
     }
@@ -123,6 +124,7 @@ class PlayedPlatform final : public Platform {
     std::shared_ptr<FakeGuestKeySender> guestKeys = std::make_shared<FakeGuestKeySender>();
     std::shared_ptr<FakeCatalog> catalog = std::make_shared<FakeCatalog>();
     std::shared_ptr<FakePreferences> stored = std::make_shared<FakePreferences>();
+    RecordingLog logged;
     PlayedSystemEvents system;
     PlayedFrontmostApp frontmost;
     std::function<void()> reopen;

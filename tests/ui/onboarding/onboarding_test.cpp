@@ -92,7 +92,7 @@ TEST_F(Onboarding, saysWhyTheSourcesWillNotDo) {
     EXPECT_FALSE(says("Both input sources are the same."));
     blockFile();
     click(Key::onbNext);
-    EXPECT_TRUE(says("writeFailed("));
+    EXPECT_TRUE(says(Key::saveFailed));
 }
 
 // An input framework tells its sources when the window has long been there.

@@ -291,8 +291,7 @@ void AddRuleView::add() {
         onClose_();
         return;
     }
-    const auto* failed = std::get_if<edit_result::Failed>(&result);
-    failure_ = failed != nullptr ? QString::fromStdString(failed->message) : QString();
+    failure_ = QString::fromStdString(model_.failureText(result));
     refresh();
 }
 

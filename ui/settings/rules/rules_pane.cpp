@@ -11,6 +11,7 @@
 #include "ui/settings/rules/rule_row.h"
 
 #include <QHBoxLayout>
+#include <QHideEvent>
 #include <algorithm>
 
 namespace hopsel {
@@ -42,16 +43,19 @@ RulesPane::RulesPane(AppModel& model, std::shared_ptr<LocalKeyMonitoring> keys, 
       taken_(new design::Card),
       empty_((new Text(text(Key::rulesEmpty), TextStyle::body, Tone::secondary))->wrapped()),
       card_(new design::Card),
-      add_(new Button(text(Key::rulesAdd), Button::Kind::primary)) {
+      add_(new Button(text(Key::rulesAdd), Button::Kind::primary)),
+      notice_(new design::Card) {
     const std::string guestKey = l10n::shortcutName(AppModel::guestKey);
     remoteNote_ =
         design::messageLine("info.circle", QString::fromStdString(l10n::t(Key::rulesRemoteNote, {guestKey})),
                             Tone::secondary, Tone::secondary);
     fillTaken();
+    fillNotice();
     content()->addLayout(problem_);
     content()->addWidget(taken_);
     content()->addWidget(empty_);
     content()->addWidget(card_);
+    content()->addWidget(notice_);
     content()->addWidget(add_, 0, Qt::AlignLeft);
     content()->addWidget(remoteNote_);
     connect(add_, &QPushButton::clicked, this, [this] { showAddSheet(); });
@@ -77,6 +81,24 @@ void RulesPane::fillTaken() {
     connect(another, &QPushButton::clicked, this, [this] { chooseAnother(); });
 }
 
+void RulesPane::fillNotice() {
+    noticeWords_ = (new Text({}, TextStyle::body, Tone::warning))->wrapped();
+    again_ = new Button(text(Key::saveAgain), Button::Kind::secondary);
+    notice_->column()->addWidget(noticeWords_);
+    notice_->column()->addWidget(again_, 0, Qt::AlignLeft);
+    connect(again_, &QPushButton::clicked, this, [this] { model_.trySavingAgain(); });
+}
+
+void RulesPane::showNotice() {
+    const auto& notice = model_.settingsNotice();
+    notice_->setVisible(notice.has_value());
+    if (!notice) return;
+    const bool isNews = std::holds_alternative<settings_notice::ChangedOutside>(*notice);
+    noticeWords_->setTone(isNews ? Tone::secondary : Tone::warning);
+    noticeWords_->setText(QString::fromStdString(noticeText(*notice)));
+    again_->setVisible(std::holds_alternative<settings_notice::SaveFailed>(*notice));
+}
+
 void RulesPane::chooseAnother() {
     for (const Rule& rule : model_.rules())
         if (model_.warning(rule.trigger, rule.enabled) == RuleWarning::needsAccessibility)
@@ -85,6 +107,7 @@ void RulesPane::chooseAnother() {
 
 void RulesPane::refresh() {
     showProblem();
+    showNotice();
     const std::vector<std::string> taken = model_.takenCombinations();
     taken_->setVisible(!taken.empty());
     takenWords_->setText(QString::fromStdString(l10n::takenText(taken)));
@@ -153,7 +176,8 @@ void RulesPane::rebuildRows() {
 }
 
 void RulesPane::orderTabs() {
-    if (!rows_.empty()) setTabOrder(rows_.back()->deleteButton(), add_);
+    if (!rows_.empty()) setTabOrder(rows_.back()->deleteButton(), again_);
+    setTabOrder(again_, add_);
 }
 
 void RulesPane::showEvent(QShowEvent* event) {
@@ -166,6 +190,7 @@ void RulesPane::showEvent(QShowEvent* event) {
 void RulesPane::hideEvent(QHideEvent* event) {
     conflicts_.stop();
     PaneContainer::hideEvent(event);
+    if (!event->spontaneous()) model_.dismissSettingsNotice(); // it was there to be read
 }
 
 /// After the rule that had the focus was deleted.

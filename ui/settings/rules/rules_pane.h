@@ -48,6 +48,8 @@ class RulesPane final : public design::PaneContainer {
     void chooseAnother();
     void refresh();
     void showProblem();
+    void fillNotice();
+    void showNotice();
     bool showsSameRules() const;
     void rebuildRows();
     /// The rows, then the button: new widgets come last by themselves.
@@ -64,6 +66,9 @@ class RulesPane final : public design::PaneContainer {
     design::Card* card_;
     std::vector<RuleRow*> rows_;
     design::Button* add_;
+    design::Card* notice_; ///< what became of the settings file, and the way to save again
+    design::Text* noticeWords_ = nullptr;
+    design::Button* again_ = nullptr;
     QWidget* remoteNote_;
     QPointer<design::Sheet> sheet_;
     QTimer conflicts_; ///< runs while the pane is shown

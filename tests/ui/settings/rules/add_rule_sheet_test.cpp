@@ -38,7 +38,7 @@ TEST_F(AddRuleSheet, AddsWhatWasCapturedOrStaysAndSaysWhyItCannotBeStored) {
     blockFile();
     click(add());
     ASSERT_TRUE(add());
-    EXPECT_TRUE(says("writeFailed("));
+    EXPECT_TRUE(says(Key::saveFailed));
     std::filesystem::remove_all(file);
     type(Qt::Key_Return);
     ASSERT_EQ(model->rules().size(), 1U);

@@ -72,11 +72,27 @@ TEST_F(Pane, GoesBackToWhatIsStoredWhenAChangeIsRefused) {
     open(SettingsPane::rules);
     choose(sourceA(), "ABC");
     EXPECT_EQ(sourceA()->currentText(), "Korean") << "both sides would be the same";
+    EXPECT_FALSE(find(Key::saveAgain)) << "that was a matter of the rule";
     blockFile();
     click(toggle());
     EXPECT_TRUE(toggle()->isChecked());
+    EXPECT_TRUE(says(Key::saveFailed));
     click(remove(0));
     EXPECT_NE(toggle(), nullptr);
+    std::filesystem::remove_all(file);
+    click(Key::saveAgain);
+    EXPECT_TRUE(model->rules().empty() && !says(Key::saveFailed));
+}
+
+TEST_F(Pane, SaysOnceThatTheFileWasChangedOutside) {
+    open(SettingsPane::rules);
+    addStoredRule();
+    model->settingsFileChanged();
+    settle();
+    EXPECT_TRUE(says(Key::changedOutside) && toggle() && !find(Key::saveAgain));
+    controller->show(SettingsPane::general);
+    open(SettingsPane::rules);
+    EXPECT_FALSE(says(Key::changedOutside));
 }
 
 TEST_F(Pane, ChangesOneSideAndKeepsTheOtherEvenIfItIsGone) {
