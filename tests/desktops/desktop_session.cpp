@@ -83,6 +83,14 @@ QImage DesktopSession::screen() {
     return QImage(QString::fromStdString(file.string()));
 }
 
+QImage DesktopSession::screenThat(const std::function<bool(const QImage& screen)>& isWanted,
+                                  std::chrono::milliseconds timeout) {
+    const Deadline deadline(timeout);
+    QImage seen = screen();
+    while (!isWanted(seen) && !deadline.hasPassed()) seen = screen();
+    return seen;
+}
+
 QRect difference(const QImage& before, const QImage& after) {
     QRect changed;
     for (int y = 0; y < before.height(); ++y)
@@ -91,15 +99,16 @@ QRect difference(const QImage& before, const QImage& after) {
     return changed;
 }
 
-double contrast(const QImage& picture) {
+double contrastOfNew(const QImage& before, const QImage& after) {
+    const QRect changed = difference(before, after);
     double darkest = 1, lightest = 0;
-    for (int y = 0; y < picture.height(); ++y)
-        for (int x = 0; x < picture.width(); ++x) {
-            const double here = luminance(picture.pixel(x, y));
+    for (int y = changed.top(); y <= changed.bottom(); ++y)
+        for (int x = changed.left(); x <= changed.right(); ++x) {
+            const double here = luminance(after.pixel(x, y));
             darkest = std::min(darkest, here);
             lightest = std::max(lightest, here);
         }
-    return (lightest + 0.05) / (darkest + 0.05);
+    return changed.isEmpty() ? 0 : (lightest + 0.05) / (darkest + 0.05);
 }
 
 } // namespace hopsel::test

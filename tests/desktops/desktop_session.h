@@ -14,6 +14,7 @@
 
 #include <QImage>
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -40,6 +41,9 @@ class DesktopSession {
     bool tapReaches(int group);
     /// The screen, once it has come to rest.
     QImage screen();
+    /// The same, once it is as wanted: nothing tells when a panel has drawn. What there is at the deadline.
+    QImage screenThat(const std::function<bool(const QImage& screen)>& isWanted,
+                      std::chrono::milliseconds timeout = patience);
 
     XTestWindow& window() { return *window_; }
     XKeyboard& keyboard() { return *keyboard_; }
@@ -57,7 +61,8 @@ class DesktopSession {
 
 /// Where two pictures differ, as one rectangle; empty if nowhere.
 QRect difference(const QImage& before, const QImage& after);
-/// The best contrast of two colours in the picture, as the accessibility guidelines for text define it.
-double contrast(const QImage& picture);
+/// The best contrast of two colours in that rectangle of the later picture, as the accessibility guidelines
+/// for text define it; 0 if nothing differs.
+double contrastOfNew(const QImage& before, const QImage& after);
 
 } // namespace hopsel::test

@@ -58,6 +58,7 @@ void KdeLayouts::retry() {
 void KdeLayouts::followOwner() {
     isAsking_ = isOutdated_ = false;
     wanted_.reset();
+    readBack_.reset();
     told_.clear();
     ids_.clear();
     sources_.clear();
@@ -125,6 +126,9 @@ void KdeLayouts::takeIndex(const QDBusMessage& reply) {
     if (reply.type() == QDBusMessage::ReplyMessage && reply.signature() == u"u")
         current = idAt(reply.arguments().constFirst().toUInt());
     if (const auto id = std::exchange(wanted_, std::nullopt)) send(*id);
+    // Nothing is to be waited for any more: the next toggle starts from what there is.
+    const auto id = std::exchange(readBack_, std::nullopt);
+    if (id && current != id) refuse(select_result::Failed{platform_error::frameworkRefused});
     remember({!sources_.empty(), sources_, current});
 }
 
@@ -144,6 +148,7 @@ SelectResult KdeLayouts::select(const std::string& id) {
     accept(id);
     ++requestCount_;
     wanted_.reset();
+    readBack_.reset();
     if (isAsking_)
         wanted_ = id; // its position may be another by now
     else
@@ -166,10 +171,14 @@ void KdeLayouts::send(const std::string& id) {
 void KdeLayouts::takeAnswer(const QDBusMessage& reply, const std::string& id) {
     const bool isDone = reply.type() == QDBusMessage::ReplyMessage && reply.signature() == u"b" &&
                         reply.arguments().constFirst().toBool();
-    if (!isDone)
+    if (!isDone) {
         refuse(select_result::Failed{platform_error::frameworkRefused});
-    else if (state().currentID != id)
-        ask(); // no signal has come: read it back
+    } else if (state().currentID != id) {
+        // No signal has come. It is silent about a layout that it cannot lock, and about one that somebody
+        // took back at once.
+        readBack_ = id;
+        ask();
+    }
 }
 
 } // namespace hopsel

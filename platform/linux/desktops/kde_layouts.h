@@ -39,8 +39,9 @@ class KdeLayouts final : public RememberedFramework {
     std::vector<InputSourceInfo> sources_;
     QList<QStringList> told_; ///< what the two were made from
     bool isAsking_ = false;
-    bool isOutdated_ = false; ///< it has changed again while we ask
-    std::optional<std::string> wanted_;
+    bool isOutdated_ = false;             ///< it has changed again while we ask
+    std::optional<std::string> wanted_;   ///< a request that waits for the list
+    std::optional<std::string> readBack_; ///< one that was carried out, but of which no signal told
     unsigned requestCount_ = 0;
     BusName service_;
     QObject context_; ///< answers end with it
