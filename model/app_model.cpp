@@ -54,7 +54,23 @@ void AppModel::handle(const EngineEvent& event) {
             [](const auto&) {}, // the recorder has it
         },
         event);
+    noteFiring(event);
     if (const auto hear = onEngineEvent) hear(event);
+}
+
+void AppModel::noteFiring(const EngineEvent& event) {
+    const auto note = [this](const std::string& ruleID, bool worked) {
+        publish(lastFiring_, Firing{ruleID, worked, lastFiring_.number + 1});
+    };
+    std::visit(Overloaded{
+                   [&](const engine_event::Switched& it) { note(it.ruleId, true); },
+                   [&](const engine_event::GuestKeySent& it) { note(it.ruleId, true); },
+                   [&](const engine_event::SwitchFailed& it) { note(it.ruleId, false); },
+                   [&](const engine_event::SwitchSuppressed& it) { note(it.ruleId, false); },
+                   [&](const engine_event::RuleSkipped& it) { note(it.ruleId, false); },
+                   [](const auto&) {},
+               },
+               event);
 }
 
 void AppModel::refreshEngineState() {

@@ -115,7 +115,13 @@ class AppModel final : public ObservableObject {
     /// Gives a rule another key and other sources at once.
     EditResult updateRule(const std::string& ruleID, const Trigger& trigger, const InputSourceInfo& a,
                           const InputSourceInfo& b);
+    /// Can be undone (`undoRemoval`) until the next one.
     bool removeRule(const std::string& id);
+    /// Absent when there is nothing to undo, or its key is used again.
+    std::optional<Rule> removedRule() const;
+    /// The rule comes back to its place.
+    EditResult undoRemoval();
+    void forgetRemoval() { publish(removal_, std::nullopt); }
     bool setRuleEnabled(const std::string& id, bool enabled);
     /// For who shows the warnings, to call now and then: nobody tells when the system's own shortcuts change.
     /// Observers hear of it if a rule's warning came or went.
@@ -135,6 +141,18 @@ class AppModel final : public ObservableObject {
     bool requestSwitch(const std::string& name, const InputSourceRef& a, const InputSourceRef& b);
     /// Hears every event of the engine, after the state has taken it in.
     std::function<void(const EngineEvent&)> onEngineEvent;
+
+    // app_model_rule_files.cpp: the file itself, and others like it
+    const std::filesystem::path& settingsFile() const { return parts_.store->fileURL(); }
+    void showSettingsFile() { parts_.reportDelivery->reveal(parts_.store->fileURL()); }
+    /// While there is a store problem: are there rules as they were stored last?
+    bool canUseGoodCopy() const;
+    std::filesystem::path goodCopyPath() const { return parts_.store->goodCopyURL(); }
+    EditResult useGoodCopy();
+    /// Without rules. The file that cannot be read is kept beside.
+    EditResult startAfresh();
+    EditResult exportRules(const std::filesystem::path& file);
+    ImportResult importRules(const std::filesystem::path& file);
 
     // app_model_display.cpp: what is shown, computed on every read
     std::optional<InputSourceInfo> currentSource() const;
@@ -185,6 +203,8 @@ class AppModel final : public ObservableObject {
     bool onboardingCompleted() const { return onboardingCompleted_; }
     /// Verified switches since launch.
     int switchCount() const { return switchCount_; }
+    /// The latest time that a rule fired.
+    const Firing& lastFiring() const { return lastFiring_; }
     const std::vector<KnownApp>& detectedApps() const { return detectedApps_; }
     const std::optional<std::filesystem::path>& lastSavedReport() const { return lastSavedReport_; }
     bool reportCopied() const { return reportCopied_; }
@@ -211,6 +231,8 @@ class AppModel final : public ObservableObject {
     EditResult change(const std::string& ruleID, const std::function<void(Rule&)>& apply);
     EditResult refuse(const StoreError& error, const Edit& change);
     void takeRules();
+    void noteFiring(const EngineEvent& event);
+    EditResult goOnWith(const Config& config);
     StatusLine statusOfRules() const;
     const InputSourceInfo* listed(const std::string& id) const;
     std::string currentName(const InputSourceRef& ref) const;
@@ -238,6 +260,13 @@ class AppModel final : public ObservableObject {
     std::optional<bool> hasPanel_;
     bool onboardingCompleted_;
     int switchCount_ = 0;
+    Firing lastFiring_;
+    struct Removal {
+        Rule rule;
+        std::size_t index;
+        friend bool operator==(const Removal&, const Removal&) = default;
+    };
+    std::optional<Removal> removal_;
     std::vector<KnownApp> detectedApps_;
     std::optional<std::filesystem::path> lastSavedReport_;
     bool reportCopied_ = false;

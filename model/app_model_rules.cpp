@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <memory>
 
 namespace hopsel {
 
@@ -63,7 +64,35 @@ EditResult AppModel::change(const std::string& ruleID, const std::function<void(
 }
 
 bool AppModel::removeRule(const std::string& id) {
-    return std::holds_alternative<edit_result::Added>(edit([id](RuleStore& store) { store.remove(id); }));
+    // From the document as it is by then: another program may have written it meanwhile.
+    const auto removed = std::make_shared<std::optional<Removal>>();
+    const EditResult result = edit([id, removed](RuleStore& store) {
+        const std::vector<Rule> before = store.config().rules;
+        store.remove(id);
+        const auto found =
+            std::find_if(before.begin(), before.end(), [&](const Rule& rule) { return rule.id == id; });
+        *removed = Removal{*found, static_cast<std::size_t>(found - before.begin())};
+    });
+    if (!std::holds_alternative<edit_result::Added>(result)) return false;
+    publish(removal_, *removed);
+    return true;
+}
+
+std::optional<Rule> AppModel::removedRule() const {
+    if (!removal_ || !canEditRules()) return std::nullopt;
+    const bool isUsed = std::any_of(rules_.begin(), rules_.end(), [&](const Rule& rule) {
+        return rule.trigger == removal_->rule.trigger || rule.id == removal_->rule.id;
+    });
+    if (isUsed) return std::nullopt;
+    return removal_->rule;
+}
+
+EditResult AppModel::undoRemoval() {
+    if (!removedRule()) return edit_result::Failed{"nothing to undo"};
+    const EditResult result =
+        edit([removal = *removal_](RuleStore& store) { store.insert({removal.rule}, removal.index); });
+    if (std::holds_alternative<edit_result::Added>(result)) forgetRemoval();
+    return result;
 }
 
 bool AppModel::setRuleEnabled(const std::string& id, bool enabled) {
@@ -86,6 +115,7 @@ EditResult AppModel::edit(const Edit& change) {
     takeBackSaveFailure();
     if (const auto& kept = parts_.store->keptAside(); kept && kept != keptBefore)
         say(settings_notice::KeptAside{*kept});
+    parts_.store->keepGoodCopy();
     takeRules();
     refreshEngineState();
     return edit_result::Added{};

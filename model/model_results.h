@@ -46,6 +46,35 @@ struct Added {
 
 using EditResult = std::variant<edit_result::Invalid, edit_result::Failed, edit_result::Added>;
 
+namespace import_result {
+/// How many rules are new, and which were left out as their keys are in use.
+struct Taken {
+    std::size_t added;
+    std::size_t known; ///< were here already
+    std::vector<Trigger> keysUsed;
+    friend bool operator==(const Taken&, const Taken&) = default;
+};
+/// No settings document, or a rule in it cannot be.
+struct NotRules {
+    friend bool operator==(const NotRules&, const NotRules&) = default;
+};
+struct NewerVersion {
+    friend bool operator==(const NewerVersion&, const NewerVersion&) = default;
+};
+} // namespace import_result
+
+/// Nothing is changed unless rules are taken.
+using ImportResult = std::variant<import_result::Taken, import_result::NotRules, import_result::NewerVersion,
+                                  edit_result::Failed>;
+
+/// A rule's trigger was pressed, and something came of it.
+struct Firing {
+    std::string ruleID;
+    bool worked = false; ///< switched, or sent the guest key
+    int number = 0;      ///< of all since launch
+    friend bool operator==(const Firing&, const Firing&) = default;
+};
+
 enum class RuleWarning { needsAccessibility, systemShortcutConflict };
 
 /// The error's kind and what it carries: "writeFailed(No space left on device)". Other errors in their own

@@ -20,6 +20,8 @@ class ReportDelivering {
     /// when the user cancelled or writing failed.
     virtual std::optional<std::filesystem::path> saveFile(const std::string& suggestedName,
                                                           const std::string& contents) = 0;
+    /// Shows a file in the file manager, or its folder where that is all that can be done.
+    virtual void reveal(const std::filesystem::path& file) = 0;
     virtual void copyToClipboard(const std::string& text) = 0;
     /// `address` is a "mailto:" URL, percent-encoded.
     virtual void openMail(const std::string& address) = 0;
@@ -32,6 +34,7 @@ class NoReportDelivery final : public ReportDelivering {
                                                   const std::string& /*contents*/) override {
         return std::nullopt;
     }
+    void reveal(const std::filesystem::path& /*file*/) override {}
     void copyToClipboard(const std::string& /*text*/) override {}
     void openMail(const std::string& /*address*/) override {}
 };

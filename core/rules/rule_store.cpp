@@ -144,7 +144,6 @@ void RuleStore::save(const Edit& edit) {
             if (take(seen) == Outside::taken) seen.text.reset();
             Config changed = config_;
             edit(changed);
-            chooseVersion(changed);
             if (!write(changed, seen)) continue;
             config_ = std::move(changed);
             return;
@@ -158,7 +157,8 @@ void RuleStore::save(const Edit& edit) {
 }
 
 // False if the file has become another meanwhile.
-bool RuleStore::write(const Config& config, const Seen& over) {
+bool RuleStore::write(Config& config, const Seen& over) {
+    chooseVersion(config);
     std::string text = config_json::encode(config);
     if (fileURL_.has_parent_path()) storage_->createDirectories(fileURL_.parent_path());
     if (over.text) keepAside(over);

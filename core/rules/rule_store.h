@@ -110,6 +110,29 @@ class RuleStore {
     /// Does not validate the rule again.
     void setEnabled(const std::string& id, bool enabled);
 
+    // rule_store_exchange.cpp: rules that leave the file and come back
+
+    /// All or none, at `index` or at the end. Not validated again: for rules that were stored here before, or
+    /// were looked over (`rule_exchange`).
+    void insert(const std::vector<Rule>& rules, std::size_t index);
+    /// The same document in another file. Throws `StoreError` (`NotLoaded`, `WriteFailed`).
+    void exportTo(const std::filesystem::path& file) const;
+    /// The document in another file, which is left alone. Throws `StoreError` (`Corrupt`,
+    /// `UnsupportedSchemaVersion`) or the storage's read error unchanged.
+    Config readOther(const std::filesystem::path& file) const;
+
+    // rule_store_rescue.cpp: ways out when the file cannot be read
+
+    /// Where the document lies as it was last stored, for the day on which somebody else breaks the file.
+    std::filesystem::path goodCopyURL() const;
+    /// Failing costs nothing but the copy.
+    void keepGoodCopy() const noexcept;
+    /// Absent when there is none that can be read.
+    std::optional<Config> goodCopy() const;
+    /// Goes on with `config` in place of the file, of which a copy is kept. Throws `StoreError`
+    /// (`WriteFailed`), also when no copy can be made.
+    void startAfresh(const Config& config);
+
   private:
     using Edit = std::function<void(Config&)>;
     /// What lies there now.
@@ -127,7 +150,7 @@ class RuleStore {
     std::size_t requireIndex(const std::string& id) const;
     void validate(const Rule& rule) const;
     void save(const Edit& edit);
-    bool write(const Config& config, const Seen& over);
+    bool write(Config& config, const Seen& over);
 
     std::filesystem::path fileURL_;
     std::shared_ptr<FileStorage> storage_;

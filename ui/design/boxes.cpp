@@ -36,7 +36,8 @@ class Ground final : public QWidget {
 Card::Card(int padding, QWidget* parent) : QWidget(parent), column_(new QVBoxLayout(this)) {
     column_->setContentsMargins(padding, padding, padding, padding);
     column_->setSpacing(8);
-    QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Minimum);
+    // As high as the contents are at the width that it gets, which may be less than at the width they want.
+    QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
 }
@@ -106,11 +107,12 @@ QWidget* messageLine(const QString& symbol, const QString& text, Tone symbolTone
     return line;
 }
 
-QWidget* banner(const QString& symbol, const QString& text) {
+QWidget* banner(const QString& symbol, const QString& text, QWidget* more) {
     auto* ground = new Ground(8, Tone::warning, 0.12);
     auto* column = new QVBoxLayout(ground);
     column->setContentsMargins(10, 10, 10, 10);
     column->addWidget(messageLine(symbol, text, Tone::warning));
+    if (more != nullptr) column->addWidget(more);
     return ground;
 }
 

@@ -61,8 +61,8 @@ class Plate final : public QWidget {
 QWidget* messageLine(const QString& symbol, const QString& text, Tone symbolTone,
                      Tone textTone = Tone::primary, TextStyle style = TextStyle::callout);
 
-/// A message on an orange ground over the whole width.
-QWidget* banner(const QString& symbol, const QString& text);
+/// A message on an orange ground over the whole width, with more beneath it.
+QWidget* banner(const QString& symbol, const QString& text, QWidget* more = nullptr);
 
 /// Deletes everything in the layout, widgets and layouts beneath it included.
 void clear(QLayout* layout);

@@ -2,6 +2,7 @@
 #include "ui/design/boxes.h"
 #include "ui/design/buttons.h"
 #include "ui/design/symbols.h"
+#include "ui/design/text_field.h"
 #include "ui/onboarding/onboarding_page.h"
 #include "ui/onboarding/onboarding_widgets.h"
 
@@ -76,16 +77,12 @@ class TestPage final : public OnboardingPage {
           model_(model),
           app_(app),
           tile_(new SourceTile),
-          field_(new QLineEdit),
+          field_(design::textField(words(l10n::Key::onbTestField))),
           success_(new Text(words(l10n::Key::onbTestSuccess), TextStyle::title3, Tone::positive)),
           remark_(new Text({}, TextStyle::callout, Tone::warning)),
           atLogin_(new design::Switch(words(l10n::Key::generalLaunchAtLogin))),
           where_(new Text({}, TextStyle::caption, Tone::secondary)) {
         column()->addWidget(tile_, 1);
-        field_->setAccessibleName(words(l10n::Key::onbTestField));
-        field_->setPlaceholderText(words(l10n::Key::onbTestField));
-        field_->setFont(design::fontOf(TextStyle::body));
-        field_->setTextMargins(8, 5, 8, 5);
         field_->installEventFilter(this);
         column()->addWidget(field_);
         // One place for both, as high as the longer one needs, so that nothing moves as they change.

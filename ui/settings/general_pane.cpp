@@ -4,6 +4,7 @@
 #include "ui/design/boxes.h"
 #include "ui/design/following.h"
 #include "ui/design/texts.h"
+#include "ui/settings/store_problem_view.h"
 
 #include <QHBoxLayout>
 
@@ -41,6 +42,7 @@ QWidget* switchRow(design::Switch* toggle) {
 
 GeneralPane::GeneralPane(AppModel& model, QWidget* parent)
     : PaneContainer(text(Key::tabGeneral), {}, parent), model_(model) {
+    content()->addWidget(new StoreProblemView(model_));
     content()->addWidget(statusCard());
     content()->addWidget(settingsCard());
     auto* again = new Button(text(Key::generalRunOnboarding), Button::Kind::secondary);
@@ -66,6 +68,13 @@ QWidget* GeneralPane::statusCard() {
             [this] { model_.perform(MenuAction::openPrivacySettings); });
     row->addWidget(openPrivacy_);
     card->column()->addLayout(row);
+    card->column()->addWidget(new design::Divider(Qt::Horizontal));
+    main_ = new design::Switch(text(Key::menuEngineToggle));
+    connect(main_, &QCheckBox::clicked, this, [this](bool on) {
+        model_.setEngineEnabled(on);
+        refresh();
+    });
+    card->column()->addWidget(switchRow(main_));
     return card;
 }
 
@@ -117,6 +126,7 @@ void GeneralPane::refresh() {
     const StatusLine status = model_.statusLine();
     dot_->setTone(toneOf(status));
     status_->setText(QString::fromStdString(menu_builder::statusTitle(status, model_.takenCombinations())));
+    main_->setChecked(model_.engineEnabled());
     openPrivacy_->setVisible(status == StatusLine::permissionMissing);
     showLabel_->setChecked(model_.showSourceLabel());
     if (guardTaps_ != nullptr) guardTaps_->setChecked(model_.guardsTaps());

@@ -22,6 +22,7 @@ class GeneralPane final : public design::PaneContainer {
     AppModel& model_;
     design::Dot* dot_ = nullptr;
     design::Text* status_ = nullptr;
+    design::Switch* main_ = nullptr;
     design::Button* openPrivacy_ = nullptr;
     design::Switch* showLabel_ = nullptr;
     design::Switch* guardTaps_ = nullptr; ///< only where it can be done

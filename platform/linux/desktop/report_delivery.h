@@ -17,11 +17,11 @@ class DesktopReportDelivery final : public ReportDelivering {
 
     std::optional<std::filesystem::path> saveFile(const std::string& suggestedName,
                                                   const std::string& contents) override;
+    void reveal(const std::filesystem::path& file) override;
     void copyToClipboard(const std::string& text) override;
     void openMail(const std::string& address) override;
 
   private:
-    void reveal(const std::filesystem::path& file);
     void openFolder(const QString& folder);
 
     std::shared_ptr<BusLink> session_;

@@ -17,6 +17,7 @@ class LiveReportDelivery final : public ReportDelivering {
 
     std::optional<std::filesystem::path> saveFile(const std::string& suggestedName,
                                                   const std::string& contents) override;
+    void reveal(const std::filesystem::path& file) override { workspace_->reveal(file); }
     void copyToClipboard(const std::string& text) override { workspace_->copyText(text); }
     void openMail(const std::string& address) override;
 

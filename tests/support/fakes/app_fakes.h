@@ -165,6 +165,9 @@ class FakeReportDelivery final : public ReportDelivering {
         calls.push_back("save " + suggestedName);
         return location;
     }
+    void reveal(const std::filesystem::path& file) override {
+        calls.push_back("reveal " + file.filename().string());
+    }
     void copyToClipboard(const std::string& text) override {
         calls.emplace_back("copy");
         copied = text;

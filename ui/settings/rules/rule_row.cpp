@@ -1,7 +1,7 @@
 #include "ui/settings/rules/rule_row.h"
 
+#include "model/texts/combination_texts.h"
 #include "model/texts/l10n.h"
-#include "ui/design/boxes.h"
 #include "ui/design/buttons.h"
 #include "ui/design/source_picker.h"
 #include "ui/design/symbols.h"
@@ -9,12 +9,12 @@
 #include "ui/design/texts.h"
 
 #include <QHBoxLayout>
+#include <QPainter>
 #include <algorithm>
 
 namespace hopsel {
 
 using design::Button;
-using design::Plate;
 using design::SourcePicker;
 using design::Switch;
 using design::Text;
@@ -30,6 +30,7 @@ constexpr int spacing = 10;
 constexpr int usualTrigger = 104;
 /// From here on a name of an input source can be told.
 constexpr int comfortableSource = 110;
+constexpr std::chrono::milliseconds litFor(700);
 
 /// A symbol and a few words, on one line. Hidden until it applies.
 QWidget* note(const QString& symbol, Key key, QWidget* parent, std::optional<Key> help = std::nullopt) {
@@ -56,10 +57,10 @@ Cell fixed(const QWidget& widget) {
     return {size.width(), size.width(), size.width(), size.height()};
 }
 
-Cell triggerCell(const Plate& plate, int column) {
-    const QSize size = plate.sizeHint();
+Cell triggerCell(const Button& key, int column) {
+    const QSize size = key.sizeHint();
     const int wanted = std::max(column, design::scaled(usualTrigger));
-    return {plate.minimumSizeHint().width(), wanted, wanted, size.height()};
+    return {key.minimumSizeHint().width(), wanted, wanted, size.height()};
 }
 
 Cell sourceCell(const SourcePicker& picker) {
@@ -76,11 +77,14 @@ Cell noteCell(const QWidget& widget) {
 } // namespace
 
 RuleRow::RuleRow(AppModel& model, Rule rule, QWidget* parent)
-    : QWidget(parent), model_(model), rule_(std::move(rule)) {
+    : QWidget(parent), model_(model), rule_(std::move(rule)), lightTone_(Tone::positive) {
     const QString name = QString::fromStdString(l10n::triggerName(rule_.trigger));
     const auto named = [&](Key key) { return text(key) + ", " + name; };
     toggle_ = new Switch(name, this);
-    trigger_ = new Plate(name, Plate::Kind::keyCap, Tone::primary, this);
+    const QString change = QString::fromStdString(l10n::changeKeyText());
+    trigger_ = new Button(name, Button::Kind::keyCap, this);
+    trigger_->setToolTip(name + " – " + change);
+    trigger_->setAccessibleName(name + ", " + change);
     pickerA_ = new SourcePicker(named(Key::addRuleSourceA), this);
     pickerB_ = new SourcePicker(named(Key::addRuleSourceB), this);
     broken_ = note("exclamationmark.triangle.fill", Key::ruleBroken, this);
@@ -91,7 +95,7 @@ RuleRow::RuleRow(AppModel& model, Rule rule, QWidget* parent)
     delete_ = new Button(text(Key::ruleDelete), Button::Kind::borderless, this);
     delete_->setAccessibleName(named(Key::ruleDelete));
 
-    QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Minimum);
+    QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
     bind();
@@ -100,7 +104,12 @@ RuleRow::RuleRow(AppModel& model, Rule rule, QWidget* parent)
 
 void RuleRow::bind() {
     connect(toggle_, &QCheckBox::clicked, this, [this](bool on) { enable(on); });
+    connect(trigger_, &QPushButton::clicked, this, [this] {
+        if (onChangeKey) onChangeKey();
+    });
     connect(delete_, &QPushButton::clicked, this, [this] { model_.removeRule(rule_.id); });
+    light_.setSingleShot(true);
+    connect(&light_, &QTimer::timeout, this, [this] { update(); });
     pickerA_->onPicked = [this](const std::string& id) { pick(id, true); };
     pickerB_->onPicked = [this](const std::string& id) { pick(id, false); };
 }
@@ -115,10 +124,18 @@ void RuleRow::setTriggerColumn(int width) {
 }
 
 QWidget* RuleRow::deleteButton() const { return delete_; }
+QWidget* RuleRow::keyButton() const { return trigger_; }
+
+void RuleRow::lightUp(bool worked) {
+    lightTone_ = worked ? Tone::positive : Tone::warning;
+    light_.start(litFor);
+    update();
+}
 
 void RuleRow::refresh(const Rule& rule) {
     rule_ = rule;
     toggle_->setChecked(rule_.enabled);
+    trigger_->setEnabled(model_.canEditRules());
     showSource(*pickerA_, toggle(rule_).sourceA, shownA_);
     showSource(*pickerB_, toggle(rule_).sourceB, shownB_);
     showNotes();
@@ -203,6 +220,17 @@ QSize RuleRow::minimumSizeHint() const {
     const int source = pickerA_->minimumSizeHint().width();
     const int width = toggle_->sizeHint().width() + spacing + std::max(source, delete_->sizeHint().width());
     return {width, pickerA_->sizeHint().height()};
+}
+
+void RuleRow::paintEvent(QPaintEvent* /*event*/) {
+    if (!light_.isActive()) return;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    QColor light = design::color(lightTone_, palette());
+    light.setAlphaF(0.25F);
+    painter.setBrush(light);
+    painter.drawRoundedRect(rect(), 8, 8);
 }
 
 void RuleRow::resizeEvent(QResizeEvent* event) {

@@ -5,16 +5,18 @@
 #pragma once
 
 #include "model/app_model.h"
+#include "ui/design/colors.h"
 #include "ui/settings/rules/rule_row_layout.h"
 
+#include <QTimer>
 #include <QWidget>
+#include <functional>
 #include <tuple>
 
 namespace hopsel {
 
 namespace design {
 class Button;
-class Plate;
 class SourcePicker;
 class Switch;
 } // namespace design
@@ -32,6 +34,11 @@ class RuleRow final : public QWidget {
     void setTriggerColumn(int width);
     /// The last of its controls.
     QWidget* deleteButton() const;
+    /// The user wants another key for the rule.
+    std::function<void()> onChangeKey;
+    QWidget* keyButton() const;
+    /// For a moment, in the colour of success or of a warning.
+    void lightUp(bool worked);
 
     bool hasHeightForWidth() const override { return true; }
     int heightForWidth(int width) const override;
@@ -40,6 +47,7 @@ class RuleRow final : public QWidget {
 
   protected:
     void resizeEvent(QResizeEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
 
   private:
     /// What a picker shows.
@@ -56,7 +64,7 @@ class RuleRow final : public QWidget {
     AppModel& model_;
     Rule rule_;
     design::Switch* toggle_;
-    design::Plate* trigger_;
+    design::Button* trigger_; ///< looks like the key, and asks for another one
     design::SourcePicker* pickerA_;
     design::SourcePicker* pickerB_;
     QWidget* broken_;
@@ -64,6 +72,8 @@ class RuleRow final : public QWidget {
     QWidget* systemConflict_;
     design::Button* delete_;
     int triggerColumn_ = 0;
+    QTimer light_; ///< runs while the row is lit
+    design::Tone lightTone_;
     std::optional<Shown> shownA_;
     std::optional<Shown> shownB_;
 };

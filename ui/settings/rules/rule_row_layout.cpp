@@ -63,9 +63,23 @@ int place(const Line& line, int left, int top, int room, int spacing) {
     return height;
 }
 
-Line joined(Line first, const Line& second) {
+template <class List>
+List joined(List first, const List& second) {
     first.insert(first.end(), second.begin(), second.end());
     return first;
+}
+
+/// What comes after the sources on lines of its own: side by side, else each note on one line and the button
+/// behind the last of them, if it can be.
+Lines tailLines(const Line& notes, const Line& remove, int room, int spacing) {
+    if (sum(joined(notes, remove), &Cell::wanted, spacing) <= room) return {joined(notes, remove)};
+    Lines lines;
+    for (const Part& note : notes) lines.push_back({note});
+    if (!lines.empty() && sum(joined(lines.back(), remove), &Cell::smallest, spacing) <= room)
+        lines.back() = joined(lines.back(), remove);
+    else
+        lines.push_back(remove);
+    return lines;
 }
 
 } // namespace
@@ -84,25 +98,23 @@ Places arrange(const Parts& parts, int width, int spacing) {
     const auto fits = [&](const Line& line, int room) { return sum(line, &Cell::wanted, spacing) <= room; };
     const Line sources = joined(a, b);
 
+    const int room = width - indent; // of the lines after the first
+    const Line tail = joined(notes, remove);
+    const bool hasNotes = !notes.empty();
+
     Lines lines;
-    const Line whole = joined(joined(joined(head, sources), notes), remove);
-    if (fits(whole, width)) {
+    if (const Line whole = joined(joined(head, sources), tail); fits(whole, width))
         lines = {whole};
-    } else {
-        if (fits(joined(joined(head, sources), remove), width))
-            lines = {joined(joined(head, sources), remove)};
-        else if (fits(joined(sources, remove), width - indent))
-            lines = {head, joined(sources, remove)};
-        else if (sum(joined(b, remove), &Cell::smallest, spacing) <= width - indent)
-            lines = {head, a, joined(b, remove)};
-        else
-            lines = {head, a, b, remove};
-        if (fits(notes, width - indent)) {
-            if (!notes.empty()) lines.push_back(notes);
-        } else {
-            for (const Part& note : notes) lines.push_back({note});
-        }
-    }
+    else if (hasNotes && fits(joined(head, sources), width))
+        lines = joined({joined(head, sources)}, tailLines(notes, remove, room, spacing));
+    else if (fits(joined(sources, tail), room))
+        lines = {head, joined(sources, tail)};
+    else if (hasNotes && fits(sources, room))
+        lines = joined({head, sources}, tailLines(notes, remove, room, spacing));
+    else if (!hasNotes && sum(joined(b, remove), &Cell::smallest, spacing) <= room)
+        lines = {head, a, joined(b, remove)};
+    else
+        lines = joined({head, a, b}, tailLines(notes, remove, room, spacing));
 
     for (const Line& line : lines) {
         if (places.height > 0) places.height += spacing;

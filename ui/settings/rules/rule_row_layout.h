@@ -33,7 +33,7 @@ struct Places {
     int height = 0;
 };
 
-/// In the order of reading; the button that removes the rule is always at the right end of a line. Lines
+/// In the order of reading; the button that removes the rule is the last, at the right end of its line. Lines
 /// after the first begin where the trigger does.
 Places arrange(const Parts& parts, int width, int spacing);
 

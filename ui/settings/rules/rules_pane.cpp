@@ -6,13 +6,18 @@
 #include "ui/design/buttons.h"
 #include "ui/design/sheet.h"
 #include "ui/design/text.h"
+#include "ui/design/text_field.h"
 #include "ui/design/texts.h"
 #include "ui/settings/rules/add_rule_view.h"
+#include "ui/settings/rules/exchange_row.h"
 #include "ui/settings/rules/rule_row.h"
+#include "ui/settings/rules/undo_row.h"
+#include "ui/settings/store_problem_view.h"
 
 #include <QHBoxLayout>
 #include <QHideEvent>
 #include <algorithm>
+#include <utility>
 
 namespace hopsel {
 
@@ -29,35 +34,34 @@ constexpr int widestTriggerColumn = 160;
 
 } // namespace
 
-QWidget* storeProblemBanner(const StoreProblem& problem) {
-    const bool isNewer = std::holds_alternative<store_problem::NewerVersion>(problem);
-    return design::banner("exclamationmark.triangle.fill",
-                          text(isNewer ? Key::storeNewerVersion : Key::storeCorrupt));
-}
-
 RulesPane::RulesPane(AppModel& model, std::shared_ptr<LocalKeyMonitoring> keys, QWidget* parent)
     : PaneContainer(text(Key::rulesTitle), text(Key::rulesSubtitle), parent),
       model_(model),
       keys_(std::move(keys)),
-      problem_(new QVBoxLayout),
       taken_(new design::Card),
       empty_((new Text(text(Key::rulesEmpty), TextStyle::body, Tone::secondary))->wrapped()),
       card_(new design::Card),
+      undo_(new UndoRow(model)),
       add_(new Button(text(Key::rulesAdd), Button::Kind::primary)),
-      notice_(new design::Card) {
+      notice_(new design::Card),
+      exchange_(new ExchangeRow(model, add_)),
+      try_(design::textField(text(Key::rulesTryField))),
+      litFiring_(model.lastFiring().number) {
     const std::string guestKey = l10n::shortcutName(AppModel::guestKey);
     remoteNote_ =
         design::messageLine("info.circle", QString::fromStdString(l10n::t(Key::rulesRemoteNote, {guestKey})),
                             Tone::secondary, Tone::secondary);
     fillTaken();
     fillNotice();
-    content()->addLayout(problem_);
+    content()->addWidget(new StoreProblemView(model_));
     content()->addWidget(taken_);
     content()->addWidget(empty_);
     content()->addWidget(card_);
+    content()->addWidget(undo_);
     content()->addWidget(notice_);
-    content()->addWidget(add_, 0, Qt::AlignLeft);
+    content()->addWidget(exchange_);
     content()->addWidget(remoteNote_);
+    content()->addWidget(try_);
     connect(add_, &QPushButton::clicked, this, [this] { showAddSheet(); });
     connect(&conflicts_, &QTimer::timeout, this, [this] { model_.refreshConflicts(); });
     model_.observe(this, [this] { refresh(); });
@@ -106,7 +110,6 @@ void RulesPane::chooseAnother() {
 }
 
 void RulesPane::refresh() {
-    showProblem();
     showNotice();
     const std::vector<std::string> taken = model_.takenCombinations();
     taken_->setVisible(!taken.empty());
@@ -119,15 +122,19 @@ void RulesPane::refresh() {
     const bool hasRules = !rows_.empty();
     empty_->setVisible(!hasRules);
     card_->setVisible(hasRules);
+    undo_->refresh();
+    exchange_->refresh();
     remoteNote_->setVisible(hasRules);
+    try_->setVisible(hasRules);
     add_->setEnabled(model_.canEditRules());
+    lightUp();
 }
 
-void RulesPane::showProblem() {
-    if (shownProblem_ == model_.storeProblem()) return;
-    shownProblem_ = model_.storeProblem();
-    design::clear(problem_);
-    if (shownProblem_) problem_->addWidget(storeProblemBanner(*shownProblem_));
+void RulesPane::lightUp() {
+    const Firing& firing = model_.lastFiring();
+    if (std::exchange(litFiring_, firing.number) == firing.number) return;
+    for (RuleRow* row : rows_)
+        if (row->rule().id == firing.ruleID) row->lightUp(firing.worked);
 }
 
 bool RulesPane::showsSameRules() const {
@@ -153,6 +160,7 @@ void RulesPane::rebuildRows() {
         });
         if (old == rows_.end()) {
             kept.push_back(new RuleRow(model_, rule));
+            kept.back()->onChangeKey = [this, row = kept.back()] { showSheet(row->rule()); };
             continue;
         }
         (*old)->refresh(rule);
@@ -176,8 +184,12 @@ void RulesPane::rebuildRows() {
 }
 
 void RulesPane::orderTabs() {
-    if (!rows_.empty()) setTabOrder(rows_.back()->deleteButton(), again_);
+    if (!rows_.empty()) setTabOrder(rows_.back()->deleteButton(), undo_->button());
+    setTabOrder(undo_->button(), again_);
     setTabOrder(again_, add_);
+    setTabOrder(add_, exchange_->firstButton());
+    setTabOrder(exchange_->firstButton(), exchange_->lastButton());
+    setTabOrder(exchange_->lastButton(), try_);
 }
 
 void RulesPane::showEvent(QShowEvent* event) {
@@ -189,6 +201,7 @@ void RulesPane::showEvent(QShowEvent* event) {
 
 void RulesPane::hideEvent(QHideEvent* event) {
     conflicts_.stop();
+    if (!event->spontaneous()) model_.forgetRemoval();
     PaneContainer::hideEvent(event);
     if (!event->spontaneous()) model_.dismissSettingsNotice(); // it was there to be read
 }
@@ -202,6 +215,7 @@ void RulesPane::giveFocusNear(std::size_t index) {
 
 void RulesPane::showSheet(std::optional<Rule> changed) {
     if (sheet_ || !model_.canEditRules()) return;
+    changedRule_ = changed ? changed->id : std::string();
     const QPointer<RulesPane> self(this);
     const auto close = [self] {
         if (self) self->closeAddSheet();
@@ -216,7 +230,11 @@ void RulesPane::closeAddSheet() {
     sheet_->hide(); // at once; deleted once its button has finished
     sheet_->deleteLater();
     sheet_.clear();
-    add_->setFocus(Qt::OtherFocusReason);
+    refresh(); // the row of a changed rule is a new one
+    const auto changed = std::find_if(rows_.begin(), rows_.end(),
+                                      [&](const RuleRow* row) { return row->rule().id == changedRule_; });
+    QWidget* const back = changed != rows_.end() ? (*changed)->keyButton() : add_;
+    back->setFocus(Qt::OtherFocusReason);
 }
 
 } // namespace hopsel

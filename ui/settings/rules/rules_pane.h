@@ -8,6 +8,7 @@
 #include "model/app_model.h"
 #include "ui/design/pane_container.h"
 
+#include <QLineEdit>
 #include <QPointer>
 #include <QTimer>
 #include <memory>
@@ -21,10 +22,9 @@ class Card;
 class Sheet;
 class Text;
 } // namespace design
+class ExchangeRow;
 class RuleRow;
-
-/// Says why the settings file cannot be used.
-QWidget* storeProblemBanner(const StoreProblem& problem);
+class UndoRow;
 
 class RulesPane final : public design::PaneContainer {
   public:
@@ -47,30 +47,33 @@ class RulesPane final : public design::PaneContainer {
     /// For the first rule whose combination is taken.
     void chooseAnother();
     void refresh();
-    void showProblem();
     void fillNotice();
     void showNotice();
+    void lightUp();
     bool showsSameRules() const;
     void rebuildRows();
-    /// The rows, then the button: new widgets come last by themselves.
+    /// The rows, then what stands below: new widgets come last by themselves.
     void orderTabs();
     void giveFocusNear(std::size_t index);
 
     AppModel& model_;
     std::shared_ptr<LocalKeyMonitoring> keys_;
-    std::optional<StoreProblem> shownProblem_;
-    QVBoxLayout* problem_;
     design::Card* taken_; ///< which combinations another program holds, and two ways out
     design::Text* takenWords_ = nullptr;
     design::Text* empty_;
     design::Card* card_;
     std::vector<RuleRow*> rows_;
+    UndoRow* undo_;
     design::Button* add_;
     design::Card* notice_; ///< what became of the settings file, and the way to save again
     design::Text* noticeWords_ = nullptr;
     design::Button* again_ = nullptr;
+    ExchangeRow* exchange_;
     QWidget* remoteNote_;
+    QLineEdit* try_; ///< a place to press the keys in, and to see what they type
     QPointer<design::Sheet> sheet_;
+    std::string changedRule_; ///< whose key the sheet changes; empty for a new one
+    int litFiring_;
     QTimer conflicts_; ///< runs while the pane is shown
 };
 

@@ -27,7 +27,7 @@ TEST_F(Pane, FollowsTheRulesAndTheEngine) {
     EXPECT_TRUE(says(Key::rulesEmpty));
     addRule(leftShiftSpace);
     settle();
-    EXPECT_TRUE(says("Left ⇧ + Space") && !says(Key::rulesEmpty));
+    EXPECT_TRUE(find("Left ⇧ + Space, Change") && !says(Key::rulesEmpty));
     systemKey = std::get<trigger::Shortcut>(leftShiftSpace).key;
     emitEvent(engine_event::ShortcutStatusChanged{ShortcutStatus::unavailable});
     settle();
