@@ -3,6 +3,7 @@
 #include "ui/settings/settings_rig.h"
 
 #include <QFileDialog>
+#include <QLayout>
 #include <QLineEdit>
 #include <QScrollArea>
 #include <QScrollBar>
