@@ -1,5 +1,6 @@
 #include "platform/linux/linux_launch.h"
 
+#include "platform/linux/base/system_log.h"
 #include "platform/linux/bus/bus_address.h"
 #include "platform/linux/bus/bus_probe.h"
 #include "platform/linux/ibus/ibus_address.h"
@@ -15,7 +16,9 @@
 #include <algorithm>
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
+#include <xcb/xcb.h>
 
 namespace hopsel {
 
@@ -64,6 +67,18 @@ void reachFcitxAsIbus() {
     if (qgetenv("QT_IM_MODULE").startsWith("fcitx") && !hasFcitxPlugin()) qputenv("QT_IM_MODULE", "ibus");
 }
 
+/// The toolkit cannot move its windows to another server, and ends the process where it notices.
+void sayIfTheServerHasGone() {
+    const auto* application = qApp; // lives, if this is the toolkit's doing
+    if (application == nullptr) return;
+    const auto* display = application->nativeInterface<QNativeInterface::QX11Application>();
+    if (display == nullptr || xcb_connection_has_error(display->connection()) == 0) return;
+    SystemLog().write(Log::Level::error, "Session",
+                      "the X server at " + qEnvironmentVariable("DISPLAY").toStdString() +
+                          " has gone, and the keyboard and every window with it: ends, to be started again "
+                          "with the next session");
+}
+
 } // namespace
 
 void HiddenVariable::showAgain() const {
@@ -96,6 +111,7 @@ void LinuxLaunch::applicationMade() {
     // The toolkit's own connection, for its item in the panel: what it finds now it keeps.
     QDBusConnection::sessionBus();
     if (qgetenv(accessibilityVariable) == nowhere) QAccessible::isActive(); // likewise
+    std::atexit(sayIfTheServerHasGone);
     desktop_.showAgain();
     inputMethod_.showAgain();
     qunsetenv("QT_NO_GLIB");

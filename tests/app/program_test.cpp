@@ -87,6 +87,14 @@ TEST_F(Session, KilledWhileASwallowedKeyIsHeldItLeavesAWorkingKeyboard) {
     EXPECT_TRUE(tapsUntilGroup(1)) << "the lock of a killed copy does not count";
 }
 
+TEST_F(Session, ItEndsWithTheServerAndSaysSo) {
+    HopselProgram program(HOPSEL_EXECUTABLE, twoRules);
+    ASSERT_TRUE(tapsUntilGroup(1));
+    server.kill();
+    EXPECT_TRUE(program.process().waitForLine("X server at " + server.display() + " has gone", patience));
+    EXPECT_EQ(program.process().waitForExit(patience), 1);
+}
+
 TEST_F(Session, ASignalEndsItWithinASecondAlsoWhenABusNeverGreets) {
     const TemporaryFolder folder;
     const int silent = socket(AF_UNIX, SOCK_STREAM, 0);

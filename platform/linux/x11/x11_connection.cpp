@@ -30,6 +30,15 @@ X11Connection::X11Connection() {
 
 X11Connection::~X11Connection() { xcb_disconnect(connection_); }
 
+std::uint32_t X11Connection::handle() {
+    if (handle_ == XCB_NONE) {
+        handle_ = xcb_generate_id(connection_);
+        xcb_create_gc(connection_, handle_, root_, 0, nullptr);
+        flush();
+    }
+    return handle_;
+}
+
 void X11Connection::roundTrip() {
     XcbPtr<xcb_get_input_focus_reply_t>(
         xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));

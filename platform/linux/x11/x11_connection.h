@@ -29,6 +29,9 @@ class X11Connection {
 
     xcb_connection_t* get() const { return connection_; }
     xcb_window_t root() const { return root_; }
+    /// Something of this connection's by which another one can have the server cut it: the server knows a
+    /// client by what it has made, so here it makes something.
+    std::uint32_t handle();
     /// Readable when events arrived; but also look after every blocking reply, which reads events along.
     int fileDescriptor() const { return xcb_get_file_descriptor(connection_); }
     /// The server went away or threw us out. Never undone: open a new connection.
@@ -53,6 +56,7 @@ class X11Connection {
   private:
     xcb_connection_t* connection_;
     xcb_window_t root_ = XCB_WINDOW_NONE;
+    xcb_gcontext_t handle_ = XCB_NONE;
 };
 
 /// The event's type without the bit that marks events sent by other clients.

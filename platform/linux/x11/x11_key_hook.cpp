@@ -9,6 +9,7 @@
 #include <cmath>
 #include <poll.h>
 #include <stdexcept>
+#include <utility>
 #include <xcb/xcbext.h>
 #include <xcb/xtest.h>
 
@@ -20,6 +21,9 @@ using namespace std::chrono_literals;
 
 /// A change of the keymap comes as several events, and window managers grab their keys anew after it.
 constexpr auto refreshDelay = 200ms;
+
+/// A connection that is lost again so soon is somebody's doing: whoever started us starts us again, later.
+constexpr double tooSoon = 1;
 
 /// Sequence numbers wrap around.
 bool isEarlier(std::uint32_t a, std::uint32_t b) { return static_cast<std::int32_t>(a - b) < 0; }
@@ -42,6 +46,10 @@ X11KeyHook::X11KeyHook(Clock clock) : clock_(std::move(clock)) {
 }
 
 X11KeyHook::~X11KeyHook() = default;
+
+std::array<std::uint32_t, 2> X11KeyHook::handles() const {
+    return {session_->primary.handle(), session_->helper.handle()};
+}
 
 void X11KeyHook::startListening(Listener listener) {
     if (!session_) open();
@@ -121,7 +129,10 @@ void X11KeyHook::open() {
 
 void X11KeyHook::closeIfUnused() {
     const bool isUsed = listener_ || filter_ || (session_ && session_->hold.isActive());
-    if (isUsed || isDispatching_) return;
+    if (!isUsed && !isDispatching_) close();
+}
+
+void X11KeyHook::close() {
     refreshTimer_.stop();
     session_.reset();
     pending_.clear();
@@ -131,12 +142,28 @@ void X11KeyHook::closeIfUnused() {
 }
 
 void X11KeyHook::lose() {
-    session_.reset();
-    listener_ = nullptr;
-    filter_ = nullptr;
-    shortcuts_.clear();
-    closeIfUnused();
-    if (const auto callback = onLost) callback();
+    close();
+    const bool isOpenAgain = reopen();
+    if (!isOpenAgain) {
+        listener_ = nullptr;
+        filter_ = nullptr;
+        shortcuts_.clear();
+    }
+    if (const auto callback = onLost) callback(isOpenAgain);
+}
+
+// Another program may have cut a connection; the keys are then free for the moment in between. A server that
+// has gone refuses at once.
+bool X11KeyHook::reopen() {
+    const double now = clock_();
+    if (now - std::exchange(reopenedAt_, now) < tooSoon) return false;
+    try {
+        open();
+    } catch (const std::runtime_error&) {
+        return false;
+    }
+    if (filter_) refreshGrabs();
+    return isOpen();
 }
 
 void X11KeyHook::dispatch() {
@@ -320,7 +347,6 @@ void X11KeyHook::refreshGrabs() {
     const ShortcutSet before = taken_;
     try {
         installGrabs();
-        dispatch();
     } catch (const std::runtime_error&) {
         filter_ = nullptr;
         if (const auto callback = onFilterLost) callback();

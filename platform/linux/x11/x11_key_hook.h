@@ -3,8 +3,9 @@
 //
 // One per process, shared by the listening source, the filtering source and the guest-key sender, which
 // switch their share of it on and off. Main thread, driven by Qt's event loop. It closes itself when nobody
-// uses it any more and when a connection is lost (`onLost`); then it can be opened again. Its callbacks must
-// not run an event loop of their own: the keyboard may be standing still.
+// uses it any more. When a connection is lost it opens new ones and goes on; if it cannot, it is closed, and
+// can be opened later (`onLost`). Its callbacks must not run an event loop of their own: the keyboard may be
+// standing still.
 //
 // How it works. Raw events of XInput 2 tell of every key and button, whoever has the focus or a grab; they go
 // to the listener. The keys of shortcuts are grabbed passively and come a second time, with the keyboard
@@ -21,8 +22,10 @@
 #include "platform/linux/x11/x11_pending_keys.h"
 
 #include <QTimer>
+#include <array>
 #include <deque>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <xcb/xinput.h>
@@ -45,6 +48,8 @@ class X11KeyHook {
     X11KeyHook& operator=(const X11KeyHook&) = delete;
 
     bool isOpen() const { return session_ != nullptr; }
+    /// By these the server can be asked to cut its two connections; only while open.
+    std::array<std::uint32_t, 2> handles() const;
     /// Of the keymap as it is now; while not open, as it was.
     const KeyMeanings& meanings() const { return meanings_; }
 
@@ -86,8 +91,9 @@ class X11KeyHook {
     /// After each event, outside the callbacks: what the listener and the filter have put off can be done
     /// now.
     std::function<void()> onHandled;
-    /// A connection broke; the hook is closed already.
-    std::function<void()> onLost;
+    /// A connection broke, and what was pressed meanwhile is unknown. Says whether all goes on over new ones;
+    /// else the hook is closed already.
+    std::function<void(bool isOpenAgain)> onLost;
     /// No combination can be filtered any more (other programs took them); the filter is off already.
     std::function<void()> onFilterLost;
     /// `takenShortcuts` changed by itself.
@@ -103,7 +109,9 @@ class X11KeyHook {
     // x11_key_hook.cpp: the connections and the stream
     void open();
     void closeIfUnused();
+    void close();
     void lose();
+    bool reopen();
     bool step();
     void handlePrimary(const xcb_generic_event_t& event);
     bool handleHelper();
@@ -150,6 +158,7 @@ class X11KeyHook {
     /// still.
     XcbPtr<xcb_generic_event_t> helperEvent_;
     bool isDispatching_ = false;
+    double reopenedAt_ = -std::numeric_limits<double>::infinity(); ///< or was tried to be
 };
 
 } // namespace hopsel

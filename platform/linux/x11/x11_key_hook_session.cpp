@@ -30,6 +30,7 @@ void unwatch(QSocketNotifier* notifier) {
 
 X11KeyHookSession::X11KeyHookSession(const std::function<void()>& dispatch)
     : grabs(primary, helper), hold(primary, helper) {
+    for (X11Connection* each : {&primary, &helper}) each->handle();
     xinputOpcode = x11_input_devices::requireXInput2(primary);
     x11_input_devices::requireXInput2(helper);
     xkbFirstEvent = x11_input_devices::requireXkb(primary);

@@ -14,9 +14,10 @@ void X11ListenSource::start() {
         throw TapFailure(TapFailure::Kind::creationFailed, error.what());
     }
     isStarted_ = true;
-    hook_->onLost = [this] {
-        isStarted_ = false;
-        if (onDisabled) onDisabled(false);
+    hook_->onLost = [this](bool isOpenAgain) {
+        isStarted_ = isOpenAgain;
+        flags_ = 0;
+        if (onDisabled) onDisabled(isOpenAgain);
     };
 }
 

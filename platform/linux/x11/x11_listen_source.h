@@ -1,7 +1,7 @@
 // The listening source of an X session, over the key hook that it shares.
 //
-// Owned by the engine; the hook outlives it. A lost connection is reported as a source that was taken away;
-// the next start opens a new connection.
+// Owned by the engine; the hook outlives it. A lost connection is reported as a source that was taken away,
+// and works again already unless the server has gone; then the next start opens a new one.
 #pragma once
 
 #include "core/platform/event_source.h"

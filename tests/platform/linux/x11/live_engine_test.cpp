@@ -5,6 +5,7 @@
 #include "session/temporary_folder.h"
 
 #include <QTimer>
+#include <array>
 #include <gtest/gtest.h>
 #include <regex>
 #include <thread>
@@ -113,6 +114,40 @@ TEST_F(LiveEngine, DegradesWhenTheServerGoesAndRunsAgainWithTheNext) {
     nextKeyboard.tap(key::rightSuper);
     EXPECT_TRUE(switchesReach(1));
     engine->stop();
+}
+
+void cut(X11KeyHook& hook) {
+    XDisplay other;
+    for (const std::uint32_t handle : hook.handles()) xcb_kill_client(other.get(), handle);
+    other.roundTrip();
+}
+
+TEST_F(LiveEngine, AConnectionThatIsCutIsOpenedAnewBeforeAnythingIsSaid) {
+    keyboard->press(key::leftShift);
+    keyboard->press(key::space);
+    ASSERT_TRUE(switchesReach(1)); // in the middle of a hold
+    events.clear();
+    cut(*hook);
+    const auto isReset = [&] {
+        return !events.empty() && events.back() == EngineEvent(engine_event::Reset{ResetReason::tapDisabled});
+    };
+    ASSERT_TRUE(runLoopUntil(isReset));
+    EXPECT_EQ(events.size(), 1U) << "it ran on";
+    keyboard->release(key::space);
+    keyboard->release(key::leftShift);
+    keyboard->press(key::leftShift);
+    keyboard->tap(key::space);
+    keyboard->release(key::leftShift);
+    EXPECT_TRUE(switchesReach(1)) << "combinations are filtered again";
+    const auto rests = [&] {
+        if (hook->isOpen()) cut(*hook);
+        return engine->state() != EngineState(engine_state::Running{});
+    };
+    ASSERT_TRUE(runLoopUntil(rests)) << "cut again and again it does not open as often";
+    EXPECT_FALSE(hook->isOpen());
+    engine->start();
+    keyboard->tap(key::rightSuper);
+    EXPECT_TRUE(switchesReach(2));
 }
 
 TEST_F(LiveEngine, ARecordingCannotTellOneSentenceFromAnotherAndNothingIsWritten) {
