@@ -122,6 +122,7 @@ class EngineCoordinator final : public EngineControlling,
     void shortcutTapDisabled(bool reenabled);
     void syncShortcutSource();
     void tellTapTriggers();
+    void tellStandingAside();
     bool isRunning() const { return std::holds_alternative<engine_state::Running>(state_); }
 
     // engine_switching.cpp

@@ -95,6 +95,7 @@ void EngineCoordinator::stop() {
     source_->stop();
     // What the handler holds goes when this returns: its destructor may call the engine.
     const CaptureHandler dropped = std::exchange(captureHandler_, nullptr);
+    tellStandingAside();
     reset(ResetReason::stopped);
     source_->stop(); // an observer of the reset may have started a degraded engine
     setState(engine_state::Stopped{});
@@ -158,6 +159,12 @@ void EngineCoordinator::tellTapTriggers() {
     if (guardsTaps_ && remoteGate() == RemoteGate::switchesLocally)
         for (const auto& [key, rule] : rulesByKey_) triggers.insert(key);
     source_->setTapTriggers(triggers);
+    tellStandingAside();
+}
+
+void EngineCoordinator::tellStandingAside() {
+    if (shortcutSource_)
+        shortcutSource_->setStandsAside(captureHandler_ || remoteGate() == RemoteGate::standsAside);
 }
 
 void EngineCoordinator::setRemoteAppFrontmost(bool remote) {

@@ -21,6 +21,7 @@ void EngineCoordinator::process(const RawEvent& raw) {
 bool EngineCoordinator::captureEvent(const KeyEvent& event) {
     if (captureDeadline_ < clock_()) {
         const CaptureHandler expired = std::exchange(captureHandler_, nullptr);
+        tellStandingAside();
         machine_.reset();
         return false;
     }
@@ -29,6 +30,7 @@ bool EngineCoordinator::captureEvent(const KeyEvent& event) {
     if (const auto* tap = std::get_if<decision::SwitchTriggered>(&decision)) {
         // The handler may begin the next capture, so this one is over before it is called.
         const CaptureHandler handler = std::exchange(captureHandler_, nullptr);
+        tellStandingAside();
         normalizer_.reset();
         machine_.reset();
         if (handler) handler(tap->key); // the recorder's listener may have cancelled
@@ -116,6 +118,7 @@ void EngineCoordinator::beginTriggerCapture(CaptureHandler handler) {
 
 void EngineCoordinator::beginTriggerCapture(double timeout, CaptureHandler handler) {
     const CaptureHandler replaced = std::exchange(captureHandler_, std::move(handler));
+    tellStandingAside();
     captureDeadline_ = clock_() + timeout;
     captureMachine_.reset();
     normalizer_.reset();
@@ -126,6 +129,7 @@ void EngineCoordinator::cancelTriggerCapture() {
     // What a dropped handler holds goes last, here as above: its destructor may call back.
     const CaptureHandler cancelled = std::exchange(captureHandler_, nullptr);
     if (!cancelled) return;
+    tellStandingAside();
     normalizer_.reset();
     machine_.reset();
 }

@@ -33,6 +33,10 @@ class ShortcutSource {
     /// taken while the source runs is reported through `onDisabled(false)`. Does not throw.
     virtual void setShortcuts(const ShortcutSet& shortcuts) = 0;
 
+    /// From now on every key would be let through if it were asked about, or no longer: sources that decide
+    /// before they can ask swallow none. Sources that ask ignore it. Does not throw.
+    virtual void setStandsAside(bool /*standsAside*/) {}
+
     /// Those of the combinations told that another program holds, as far as they were tried for: the others
     /// work, these as soon as they are free. Sources that see every key have none.
     virtual ShortcutSet unavailableShortcuts() const { return {}; }

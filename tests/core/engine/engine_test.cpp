@@ -32,6 +32,24 @@ TEST_F(Engine, tellsTheFilterItsKeysAndStartsEachSourceOnce) {
     EXPECT_EQ(rig.filter->starts + rig.source->starts, 2);
 }
 
+// For filters that swallow before they can ask.
+TEST_F(Engine, tellsTheFilterWhenNothingWouldBeSwallowed) {
+    engine->beginTriggerCapture(1, [](ModifierKey) {});
+    EXPECT_TRUE(rig.filter->standsAside);
+    engine->cancelTriggerCapture();
+    EXPECT_FALSE(rig.filter->standsAside);
+    for (const bool isTaken : {true, false}) {
+        engine->beginTriggerCapture(1, [](ModifierKey) {});
+        rig.time.advance(isTaken ? 0 : 2);
+        tap();
+        EXPECT_FALSE(rig.filter->standsAside) << isTaken;
+    }
+    engine->setFrontmostRemoteKind(remote_apps::Kind::remoteScreen);
+    EXPECT_TRUE(rig.filter->standsAside);
+    engine->setSkipsLocalSwitchInRemoteApps(false);
+    EXPECT_FALSE(rig.filter->standsAside);
+}
+
 TEST_F(Engine, runsIfWhoHearsOfALostTapStopsAndStartsIt) {
     engine->setOnEvent([this](const EngineEvent& event) {
         const auto* reset = std::get_if<engine_event::Reset>(&event);

@@ -69,8 +69,10 @@ class FakeShortcutSource final : public FakeTap<ShortcutSource> {
         if (isStarted && refusesChange) onDisabled(false);
     }
 
+    void setStandsAside(bool aside) override { standsAside = aside; }
     ShortcutSet unavailableShortcuts() const override { return taken; }
 
+    bool standsAside = false;
     ShortcutSet taken;          ///< another program has them
     bool refusesChange = false; ///< a running source cannot take another set
     ShortcutSet shortcuts;
