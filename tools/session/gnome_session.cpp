@@ -25,6 +25,8 @@ GnomeSession::GnomeSession(const std::string& dataFolder, const std::string& sou
                      "['hopsel@app.hopsel.Hopsel', 'hopsel-43@app.hopsel.Hopsel']");
     IbusSession::set("/org/gnome/shell/welcome-dialog-last-shown-version", "'99'");
     IbusSession::set("/org/gnome/desktop/interface/enable-animations", "false");
+    // A key whose release is late on a loaded machine is pressed once all the same.
+    IbusSession::set("/org/gnome/desktop/peripherals/keyboard/repeat", "false");
     IbusSession::set("/org/gnome/desktop/input-sources/sources", sources);
     IbusSession::setHangulStart("hangul");
     logind_ = std::make_unique<ChildProcess>(options(

@@ -11,6 +11,7 @@ namespace {
 const QString remoteDesktop = QStringLiteral("org.gnome.Mutter.RemoteDesktop");
 int made = 0;
 const int leftShift = 42;
+constexpr auto patience = std::chrono::seconds(60);
 
 } // namespace
 
@@ -23,13 +24,21 @@ void Caller::leave() {
     QDBusConnection::disconnectFromBus(name_);
 }
 
-QDBusMessage Caller::call(const QString& service, const QString& path, const QString& interface,
-                          const QString& method, const QVariantList& arguments) {
+QDBusPendingCall Caller::begin(const QString& service, const QString& path, const QString& interface,
+                               const QString& method, const QVariantList& arguments) {
     auto message = QDBusMessage::createMethodCall(service, path, interface, method);
     message.setArguments(arguments);
-    const QDBusPendingCall pending = bus_.asyncCall(message);
-    QDBusPendingCallWatcher watcher(pending);
-    EXPECT_TRUE(runLoopUntil([&] { return watcher.isFinished(); })) << qPrintable(method);
+    return bus_.asyncCall(message);
+}
+
+QDBusMessage Caller::call(const QString& service, const QString& path, const QString& interface,
+                          const QString& method, const QVariantList& arguments) {
+    return wait(begin(service, path, interface, method, arguments));
+}
+
+QDBusMessage Caller::wait(const QDBusPendingCall& sent) {
+    QDBusPendingCallWatcher watcher(sent);
+    EXPECT_TRUE(runLoopUntil([&] { return watcher.isFinished(); }, patience));
     return watcher.reply();
 }
 
@@ -41,14 +50,13 @@ std::string Caller::error(const QString& method, const QVariantList& arguments) 
 }
 
 bool Caller::isFloodRefused(const QString& method, const QVariantList& arguments) {
-    auto message =
-        QDBusMessage::createMethodCall("app.hopsel.Shell", "/app/hopsel/Shell", "app.hopsel.Shell1", method);
-    message.setArguments(arguments);
     for (int round = 0; round < 20; ++round) {
         // Sent in one go, so that they arrive in one second on whatever machine.
         std::vector<QDBusPendingCall> calls;
         calls.reserve(2000);
-        for (int i = 0; i < 2000; ++i) calls.push_back(bus_.asyncCall(message));
+        for (int i = 0; i < 2000; ++i)
+            calls.push_back(
+                begin("app.hopsel.Shell", "/app/hopsel/Shell", "app.hopsel.Shell1", method, arguments));
         EXPECT_TRUE(runLoopUntil([&] { return calls.back().isFinished(); }, std::chrono::seconds(60)));
         for (const QDBusPendingCall& sent : calls) {
             if (sent.error().name().endsWith(".TooMany")) return true;
@@ -58,7 +66,6 @@ bool Caller::isFloodRefused(const QString& method, const QVariantList& arguments
 }
 
 GnomeRig::GnomeRig() {
-    constexpr auto patience = std::chrono::seconds(60);
     const auto isThere = [&](const QString& name) {
         return caller
             .call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "NameHasOwner",
@@ -78,6 +85,7 @@ GnomeRig::GnomeRig() {
                     .value<QDBusObjectPath>()
                     .path();
     caller.call(remoteDesktop, keyboard_, remoteDesktop + ".Session", "Start");
+    notify({{"NotifyPointerMotionRelative", {640.0, 360.0}}}); // away from the shell's own buttons
     type({leftShift}); // without a keyboard, which the first key makes, no window gets the focus
 }
 
@@ -95,11 +103,38 @@ void GnomeRig::enableExtension(bool isEnabled) {
 }
 
 void GnomeRig::type(const std::vector<int>& evdevCodes) {
-    for (const int code : evdevCodes) {
+    std::vector<std::pair<QString, QVariantList>> events;
+    for (const int code : evdevCodes)
         for (const bool isDown : {true, false})
-            caller.call(remoteDesktop, keyboard_, remoteDesktop + ".Session", "NotifyKeyboardKeycode",
-                        {static_cast<uint>(code), isDown});
+            events.emplace_back("NotifyKeyboardKeycode", QVariantList{static_cast<uint>(code), isDown});
+    notify(events);
+}
+
+void GnomeRig::key(int evdevCode, bool isDown) {
+    notify({{"NotifyKeyboardKeycode", {static_cast<uint>(evdevCode), isDown}}});
+}
+
+void GnomeRig::click() {
+    const int leftButton = 0x110;
+    notify({{"NotifyPointerButton", {leftButton, true}}, {"NotifyPointerButton", {leftButton, false}}});
+}
+
+void GnomeRig::scroll() { notify({{"NotifyPointerAxisDiscrete", {0U, 1}}}); }
+
+void GnomeRig::notify(const std::vector<std::pair<QString, QVariantList>>& events) {
+    std::vector<QDBusPendingCall> sent;
+    sent.reserve(events.size());
+    for (const auto& [method, arguments] : events)
+        sent.push_back(caller.begin(remoteDesktop, keyboard_, remoteDesktop + ".Session", method, arguments));
+    for (const QDBusPendingCall& call : sent) {
+        const QDBusMessage reply = caller.wait(call);
+        EXPECT_EQ(reply.type(), QDBusMessage::ReplyMessage) << qPrintable(reply.errorMessage());
     }
+}
+
+void GnomeRig::setLocked(bool isLocked) {
+    evaluate(isLocked ? "Main.sessionMode.pushMode('unlock-dialog')"
+                      : "Main.sessionMode.popMode('unlock-dialog')");
 }
 
 } // namespace hopsel::test

@@ -6,6 +6,9 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusPendingCall>
+#include <utility>
+#include <vector>
 
 namespace hopsel::test {
 
@@ -20,6 +23,9 @@ class Caller {
     /// Waits for the reply or the error, in the event loop.
     QDBusMessage call(const QString& service, const QString& path, const QString& interface,
                       const QString& method, const QVariantList& arguments = {});
+    QDBusPendingCall begin(const QString& service, const QString& path, const QString& interface,
+                           const QString& method, const QVariantList& arguments);
+    QDBusMessage wait(const QDBusPendingCall& sent);
     /// To our extension; the error's last word, or empty.
     std::string error(const QString& method, const QVariantList& arguments = {});
     /// Calls as fast as it can, until it is told that this is too much.
@@ -38,12 +44,21 @@ struct GnomeRig {
     /// What the shell says to some lines of its own language.
     std::string evaluate(const QString& script);
     void enableExtension(bool isEnabled);
+    /// Presses and releases each, one after the other, as fast as can be: however slow the machine is, none
+    /// is held for long.
     void type(const std::vector<int>& evdevCodes);
+    void key(int evdevCode, bool isDown);
+    void click();
+    void scroll();
+    /// As the lock screen does: extensions are off.
+    void setLocked(bool isLocked);
 
     session::GnomeSession session{HOPSEL_SHARE, "[('xkb','us'),('xkb','ru'),('ibus','hangul')]"};
     Caller caller{session.busAddress()};
 
   private:
+    void notify(const std::vector<std::pair<QString, QVariantList>>& events);
+
     QString keyboard_; ///< the path of mutter's remote desktop
 };
 
