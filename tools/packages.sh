@@ -13,7 +13,7 @@ packages_to_test="libgtest-dev libgmock-dev clang lld llvm libclang-rt-dev xauth
   libatspi2.0-dev at-spi2-core sway libxkbcommon-tools dconf-cli dconf-service dconf-gsettings-backend
   gsettings-desktop-schemas ibus ibus-hangul fcitx5 fcitx5-hangul fcitx5-frontend-gtk3 ibus-gtk3 python3-gi gir1.2-gtk-3.0 iso-codes"
 packages_to_desktops="x11-utils xfwm4 xfce4-panel xfce4-settings xfconf xfce4-xkb-plugin
-  kwin-x11 kded5 plasma-workspace plasma-desktop gnome-shell gjs"
+  kwin-x11 kded5 plasma-workspace plasma-desktop gnome-shell gjs qt6-wayland"
 packages_to_check="git clang-format-19 clang-tidy-19"
 packages_to_bench="libbenchmark-dev xcape dbus-daemon libglib2.0-bin dconf-cli dconf-service dconf-gsettings-backend ibus
   ibus-hangul fcitx5 fcitx5-hangul fcitx5-frontend-gtk3 ibus-gtk3 python3-gi gir1.2-gtk-3.0"

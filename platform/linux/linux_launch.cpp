@@ -1,5 +1,6 @@
 #include "platform/linux/linux_launch.h"
 
+#include "platform/linux/base/session_kind.h"
 #include "platform/linux/base/system_log.h"
 #include "platform/linux/bus/bus_address.h"
 #include "platform/linux/bus/bus_probe.h"
@@ -18,6 +19,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
+#include <stdexcept>
 #include <xcb/xcb.h>
 
 namespace hopsel {
@@ -79,6 +81,17 @@ void sayIfTheServerHasGone() {
                           "with the next session");
 }
 
+/// Our windows are the compositor's own: an X server would only be started for them.
+void useWayland() {
+    const bool isChosen = !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
+    if (!session_kind::isGnomeWayland() || isChosen) return;
+    const QDir plugins(QLibraryInfo::path(QLibraryInfo::PluginsPath) + "/platforms");
+    if (!plugins.entryList({"libqwayland*"}, QDir::Files).isEmpty())
+        qputenv("QT_QPA_PLATFORM", "wayland");
+    else if (!session_kind::hasDisplay())
+        throw std::runtime_error("Qt cannot show windows under Wayland here; please install qt6-wayland");
+}
+
 } // namespace
 
 void HiddenVariable::showAgain() const {
@@ -92,8 +105,10 @@ LinuxLaunch::LinuxLaunch()
     : busAddress_("DBUS_SESSION_BUS_ADDRESS"),
       desktop_("XDG_CURRENT_DESKTOP"),
       inputMethod_("QT_IM_MODULE"),
+      windows_("QT_QPA_PLATFORM"),
       accessibility_(accessibilityVariable) {
     LinuxPlatform::requireSession(); // without it the toolkit would end in a crash report
+    useWayland();
     refuseBusOfOurOwn();
     reachFcitxAsIbus();
     refuseWhatHangs();
@@ -114,6 +129,7 @@ void LinuxLaunch::applicationMade() {
     std::atexit(sayIfTheServerHasGone);
     desktop_.showAgain();
     inputMethod_.showAgain();
+    windows_.showAgain();
     qunsetenv("QT_NO_GLIB");
     // Stopped from a terminal it would leave the keyboard standing still at the next shortcut.
     std::signal(SIGTSTP, [](int) {}); // unlike being ignored, what we start does not inherit this

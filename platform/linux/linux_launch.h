@@ -33,6 +33,7 @@ class LinuxLaunch final : public Launch {
     HiddenVariable busAddress_;
     HiddenVariable desktop_;
     HiddenVariable inputMethod_;
+    HiddenVariable windows_;
     HiddenVariable accessibility_;
 };
 

@@ -3,6 +3,7 @@
 #include "core/platform/input_source_switcher.h"
 #include "platform/linux/applications/proc_running_apps.h"
 #include "platform/linux/base/main_loop.h"
+#include "platform/linux/base/session_kind.h"
 #include "platform/linux/bus/bus_address.h"
 #include "platform/linux/desktop/autostart_login_item.h"
 #include "platform/linux/desktop/desktop_settings_opener.h"
@@ -13,24 +14,30 @@
 #include "platform/linux/desktops/kde_layouts.h"
 #include "platform/linux/desktops/sway_layouts.h"
 #include "platform/linux/fcitx/fcitx_input_sources.h"
+#include "platform/linux/gnome/gnome_key_session.h"
+#include "platform/linux/gnome/gnome_secure_input.h"
 #include "platform/linux/gnome/gnome_shell.h"
 #include "platform/linux/ibus/ibus_input_sources.h"
 #include "platform/linux/texts/linux_words.h"
 #include "platform/linux/tray/tray_host.h"
+#include "platform/linux/wayland/wayland_local_key_monitor.h"
 #include "platform/linux/x11/x11_input_devices.h"
 #include "platform/linux/x11/x11_key_session.h"
 #include "platform/linux/x11/x11_local_key_monitor.h"
 #include "platform/posix/posix_file_storage.h"
+
+#include <QGuiApplication>
 
 namespace hopsel {
 
 namespace {
 
 /// The first that is in charge goes before the others: Fcitx5 and GNOME also answer for IBus.
-std::vector<std::unique_ptr<InputFramework>> frameworks(const std::shared_ptr<BusLink>& bus, Log& log) {
+std::vector<std::unique_ptr<InputFramework>>
+frameworks(const std::shared_ptr<BusLink>& bus, const std::shared_ptr<GnomeExtension>& gnome, Log& log) {
     std::vector<std::unique_ptr<InputFramework>> all;
     all.push_back(std::make_unique<FcitxInputSources>(bus));
-    all.push_back(std::make_unique<GnomeShell>(bus, log));
+    all.push_back(std::make_unique<GnomeShell>(gnome));
     all.push_back(std::make_unique<GnomeSources>(bus)); // where the shell has not our extension
     all.push_back(std::make_unique<IbusInputSources>(bus, log));
     all.push_back(std::make_unique<KdeLayouts>(bus));
@@ -38,15 +45,26 @@ std::vector<std::unique_ptr<InputFramework>> frameworks(const std::shared_ptr<Bu
     return all;
 }
 
-/// Where the X server's layouts only follow those of the compositor, which would stay as they are.
-bool isWayland() {
-    return qEnvironmentVariable("XDG_SESSION_TYPE") == "wayland" ||
-           qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
+bool hasX11Windows() { return QGuiApplication::platformName() != "wayland"; }
+
+std::shared_ptr<XkbInputSources> layouts() {
+    return session_kind::isGnomeWayland() ? nullptr : std::make_shared<XkbInputSources>();
+}
+
+std::unique_ptr<KeySession> keySession(const std::shared_ptr<GnomeExtension>& gnome, Log& log) {
+    if (session_kind::isGnomeWayland()) return std::make_unique<GnomeKeySession>(gnome, uptimeSeconds, log);
+    return std::make_unique<X11KeySession>(uptimeSeconds, runFor, log);
+}
+
+std::shared_ptr<SecureInputProviding> fields(const std::shared_ptr<GnomeExtension>& gnome,
+                                             const std::shared_ptr<SecureInputProviding>& told) {
+    return session_kind::isGnomeWayland() ? std::make_shared<GnomeSecureInput>(gnome, told) : told;
 }
 
 } // namespace
 
 void LinuxPlatform::requireSession() {
+    if (session_kind::isGnomeWayland()) return;
     X11Connection connection;
     x11_input_devices::requireXInput2(connection);
     x11_input_devices::requireXkb(connection);
@@ -54,12 +72,14 @@ void LinuxPlatform::requireSession() {
 
 LinuxPlatform::LinuxPlatform()
     : bus_(std::make_shared<BusLink>(bus_address::session)),
-      layouts_(std::make_shared<XkbInputSources>()),
-      sources_(std::make_shared<LinuxInputSources>(frameworks(bus_, log_), isWayland() ? nullptr : layouts_)),
-      keys_(std::make_unique<X11KeySession>(uptimeSeconds, runFor, log_)),
+      layouts_(layouts()),
+      gnome_(std::make_shared<GnomeExtension>(bus_, log_)),
+      sources_(std::make_shared<LinuxInputSources>(frameworks(bus_, gnome_, log_),
+                                                   session_kind::isWayland() ? nullptr : layouts_)),
+      keys_(keySession(gnome_, log_)),
       switchKeys_(std::make_shared<DesktopSwitchKeys>(bus_, DesktopSwitchKeys::liveReaders())),
       passwordFields_(std::make_shared<AtspiSecureInput>(bus_, log_)),
-      secureInput_(std::make_shared<LockSecureInput>(passwordFields_)),
+      secureInput_(std::make_shared<LockSecureInput>(fields(gnome_, passwordFields_))),
       systemObserver_(sources_, std::make_shared<BusLink>(bus_address::system), bus_) {
     keys_->onHandled = runScheduled;
     systemObserver_.onLocked = [this](bool isLocked) { secureInput_->setLocked(isLocked); };
@@ -117,10 +137,17 @@ std::shared_ptr<ReportDelivering> LinuxPlatform::reportDelivery() {
 }
 
 std::shared_ptr<LocalKeyMonitoring> LinuxPlatform::localKeys() {
-    return std::make_shared<X11LocalKeyMonitor>();
+    if (hasX11Windows()) return std::make_shared<X11LocalKeyMonitor>();
+    return std::make_shared<WaylandLocalKeyMonitor>();
 }
 
-std::unique_ptr<TrayHosting> LinuxPlatform::trayHost() { return std::make_unique<TrayHost>(bus_, true); }
+std::unique_ptr<TrayHosting> LinuxPlatform::trayHost() {
+    return std::make_unique<TrayHost>(bus_, hasX11Windows());
+}
+
+void LinuxPlatform::setOnLost(const std::function<void()>& callback) {
+    if (layouts_) layouts_->onLost = callback;
+}
 
 std::function<bool(const ShortcutKey&)> LinuxPlatform::systemShortcutConflict() const {
     return [switchKeys = switchKeys_](const ShortcutKey& key) { return switchKeys->conflicts(key); };
@@ -158,7 +185,7 @@ void LinuxPlatform::recoverFrom(SystemEvent event) {
 LinuxPlatform::Connection LinuxPlatform::retry() {
     passwordFields_->retry();
     sources_->retry();
-    const bool wasLost = layouts_->isLost();
+    const bool wasLost = layouts_ && layouts_->isLost();
     if (wasLost && !layouts_->reconnect()) return Connection::lost;
     frontmostObserver_.start();
     return wasLost ? Connection::regained : Connection::kept;

@@ -12,6 +12,7 @@
 #include "platform/linux/base/system_log.h"
 #include "platform/linux/bus/bus_link.h"
 #include "platform/linux/desktop/desktop_appearance.h"
+#include "platform/linux/gnome/gnome_extension.h"
 #include "platform/linux/keys/key_session.h"
 #include "platform/linux/sources/linux_input_sources.h"
 #include "platform/linux/switch_keys/desktop_switch_keys.h"
@@ -55,13 +56,14 @@ class LinuxPlatform final : public Platform {
     void recoverFrom(SystemEvent event) override;
     /// Of servers and buses.
     Connection retry() override;
-    void setOnLost(const std::function<void()>& callback) override { layouts_->onLost = callback; }
+    void setOnLost(const std::function<void()>& callback) override;
     std::string listeningFailure() const override { return keys_->listeningFailure(); }
 
   private:
     SystemLog log_;
     std::shared_ptr<BusLink> bus_;             ///< of the session
-    std::shared_ptr<XkbInputSources> layouts_; ///< of the X server
+    std::shared_ptr<XkbInputSources> layouts_; ///< of the X server; null where nothing here needs one
+    std::shared_ptr<GnomeExtension> gnome_;
     std::shared_ptr<LinuxInputSources> sources_;
     std::unique_ptr<KeySession> keys_;
     std::shared_ptr<DesktopSwitchKeys> switchKeys_;

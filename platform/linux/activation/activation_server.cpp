@@ -22,9 +22,10 @@ constexpr qint64 longestToken = 256;
 constexpr qint64 longestRequest = 4096;
 constexpr qint64 longestReply = 1 << 20;
 
-/// Letters and digits of the display's name, without its screen: ":1.0" is "1".
+/// Letters and digits of the display's name, without its screen: ":1.0" is "1". Wayland's where there is no
+/// other.
 QString displayWord() {
-    QString display = qEnvironmentVariable("DISPLAY");
+    QString display = qEnvironmentVariable("DISPLAY", qEnvironmentVariable("WAYLAND_DISPLAY"));
     if (const qsizetype screen = display.lastIndexOf('.'); screen > display.lastIndexOf(':'))
         display.truncate(screen);
     QString word;

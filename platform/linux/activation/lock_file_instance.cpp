@@ -10,7 +10,7 @@ namespace hopsel {
 namespace {
 
 QString lockPath() {
-    QString display = qEnvironmentVariable("DISPLAY");
+    QString display = qEnvironmentVariable("DISPLAY", qEnvironmentVariable("WAYLAND_DISPLAY"));
     if (display.endsWith(".0")) display.chop(2); // the first screen of the same display
     display.replace('/', '_');
     const QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");

@@ -1,22 +1,16 @@
 #include "platform/linux/gnome/gnome_shell.h"
 
 #include "platform/linux/base/told_text.h"
-#include "platform/linux/bus/bus_call.h"
 #include "platform/linux/sources/platform_errors.h"
 #include "platform/linux/xkb/xkb_layout_registry.h"
 
 #include <QDBusArgument>
-#include <QMap>
 #include <algorithm>
 #include <utility>
 
 namespace hopsel {
 
 namespace {
-
-const QString path = QStringLiteral("/app/hopsel/Shell");
-const QString interface = QStringLiteral("app.hopsel.Shell1");
-const QString errors = QStringLiteral("app.hopsel.Shell1.Error.");
 
 bool hasSource(const std::vector<InputSourceInfo>& sources, const std::string& id) {
     return std::any_of(sources.begin(), sources.end(),
@@ -73,50 +67,24 @@ std::optional<std::string> currentIn(const QString& told, const std::vector<Inpu
 
 } // namespace
 
-GnomeShell::GnomeShell(std::shared_ptr<BusLink> sessionBus, Log& log)
-    : log_(log), extension_(std::move(sessionBus), "app.hopsel.Shell", [this] { extensionChanged(); }) {
-    const auto text = [](const QDBusMessage& signal) { return signal.arguments().constFirst().toString(); };
-    extension_.listen({"", path, interface, "SourcesChanged", "a(ssss)", ""},
-                      [this](const QDBusMessage& signal) { takeSources(signal); });
-    extension_.listen({"", path, interface, "CurrentChanged", "s", ""},
-                      [this, text](const QDBusMessage& signal) { takeCurrent(text(signal)); });
-    extension_.listen({"", path, interface, "Fault", "s", ""}, [this, text](const QDBusMessage& signal) {
-        log_.write(Log::Level::error, "inputSources", "GNOME's extension: " + told_text::plain(text(signal)));
+GnomeShell::GnomeShell(std::shared_ptr<GnomeExtension> extension) : extension_(std::move(extension)) {
+    extension_->observe(&context_, [this] { extensionChanged(); });
+    extension_->listen("SourcesChanged", "a(ssss)", &context_,
+                       [this](const QDBusMessage& signal) { takeSources(signal); });
+    extension_->listen("CurrentChanged", "s", &context_, [this](const QDBusMessage& signal) {
+        takeCurrent(signal.arguments().constFirst().toString());
     });
 }
 
-void GnomeShell::retry() {
-    if (extension_.isOwned() && !isInCharge()) registerAsPeer();
-}
-
 void GnomeShell::extensionChanged() {
-    isRegistering_ = false;
-    version_.clear();
-    if (extension_.isOwned())
-        registerAsPeer();
-    else
-        forget(select_result::Failed{platform_error::frameworkGone});
-}
-
-void GnomeShell::call(const char* method, const QVariantList& arguments, BusLink::Answer onAnswer) {
-    extension_.call(path, interface, method, arguments, &context_, std::move(onAnswer));
-}
-
-void GnomeShell::registerAsPeer() {
-    if (std::exchange(isRegistering_, true)) return;
-    call("Register", {}, [this](const QDBusMessage& reply) { takeRegistration(reply); });
-}
-
-void GnomeShell::takeRegistration(const QDBusMessage& reply) {
-    isRegistering_ = false; // refused: `retry` asks again
-    if (!bus_call::isReply(reply, "sa{sb}a(ssss)s")) return;
-    const QVariantList arguments = reply.arguments();
-    QMap<QString, bool> capabilities;
-    arguments[1].value<QDBusArgument>() >> capabilities;
-    version_ = told_text::plain(arguments[0].toString());
-    if (!capabilities.value("switch")) return;
-    State next{true, sourcesIn(arguments[2].value<QDBusArgument>()), std::nullopt};
-    next.currentID = currentIn(arguments[3].toString(), next.sources);
+    const bool canSwitch = extension_->isOurs() && extension_->can("switch");
+    if (!canSwitch) {
+        if (isInCharge()) forget(select_result::Failed{platform_error::frameworkGone});
+        return;
+    }
+    const QVariantList& told = extension_->registration();
+    State next{true, sourcesIn(told[2].value<QDBusArgument>()), std::nullopt};
+    next.currentID = currentIn(told[3].toString(), next.sources);
     remember(std::move(next));
 }
 
@@ -136,14 +104,15 @@ SelectResult GnomeShell::select(const std::string& id) {
     if (!isInCharge()) return select_result::Failed{platform_error::frameworkGone};
     if (!hasSource(state().sources, id)) return select_result::NotFound{};
     accept(id);
-    call("Activate", {QString::fromStdString(id)},
-         [this, count = ++requestCount_](const QDBusMessage& reply) {
-             if (count != requestCount_ || reply.type() == QDBusMessage::ReplyMessage) return;
-             if (reply.errorName() == errors + "NotFound")
-                 refuse(select_result::NotFound{});
-             else if (reply.errorName() != errors + "Replaced")
-                 refuse(select_result::Failed{platform_error::frameworkRefused});
-         });
+    extension_->call("Activate", {QString::fromStdString(id)}, &context_,
+                     [this, count = ++requestCount_](const QDBusMessage& reply) {
+                         if (count != requestCount_ || reply.type() == QDBusMessage::ReplyMessage) return;
+                         const QString error = GnomeExtension::error(reply);
+                         if (error == "NotFound")
+                             refuse(select_result::NotFound{});
+                         else if (error != "Replaced")
+                             refuse(select_result::Failed{platform_error::frameworkRefused});
+                     });
     return select_result::Selected{};
 }
 

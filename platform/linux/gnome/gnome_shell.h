@@ -2,15 +2,14 @@
 //
 // In charge while the extension answers on the session bus and says that it can switch; otherwise
 // `GnomeSources` lists what the settings hold. Identifiers are those of the X server's layouts and of IBus's
-// engines ("xkb:kr+kr104", "ibus:hangul"), so rules survive a change of session or desktop. The extension's
-// description is extension/app.hopsel.Shell1.xml; a source that it tells to be current is in force.
+// engines ("xkb:kr+kr104", "ibus:hangul"), so rules survive a change of session or desktop. A source that the
+// extension tells to be current is in force.
 //
-// Made by start-up, owned by the session's catalog; needs the event loop. Main thread.
+// Made by start-up, owned by the session's catalog. Main thread.
 #pragma once
 
-#include "core/platform/log.h"
-#include "platform/linux/bus/bus_name.h"
 #include "platform/linux/desktops/remembered_framework.h"
+#include "platform/linux/gnome/gnome_extension.h"
 
 #include <QObject>
 #include <memory>
@@ -20,30 +19,20 @@ namespace hopsel {
 
 class GnomeShell final : public RememberedFramework {
   public:
-    /// `log` must outlive it, and is told what the extension says has failed in it.
-    GnomeShell(std::shared_ptr<BusLink> sessionBus, Log& log);
+    explicit GnomeShell(std::shared_ptr<GnomeExtension> extension);
 
     SelectResult select(const std::string& id) override;
     /// Also registers anew where the extension would not have us: another copy of the program had it.
-    void retry() override;
-
-    /// The extension's, empty while it does not answer.
-    const std::string& extensionVersion() const { return version_; }
+    void retry() override { extension_->retry(); }
 
   private:
     void extensionChanged();
-    void call(const char* method, const QVariantList& arguments, BusLink::Answer onAnswer);
-    void registerAsPeer();
-    void takeRegistration(const QDBusMessage& reply);
     void takeSources(const QDBusMessage& signal);
     void takeCurrent(const QString& id);
 
-    Log& log_;
-    std::string version_;
-    bool isRegistering_ = false;
+    std::shared_ptr<GnomeExtension> extension_;
     unsigned requestCount_ = 0; ///< only the last request can be refused
-    BusName extension_;
-    QObject context_; ///< answers end with it
+    QObject context_;           ///< answers end with it, and whatever the extension tells
 };
 
 } // namespace hopsel

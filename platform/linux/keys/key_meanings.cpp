@@ -154,16 +154,18 @@ KeyMeanings::KeyMeanings(xkb_keymap* keymap)
     lockBits_ = firstBits(static_cast<XModifierMask>(locks & ~(shiftBit | controlBit)), mostLockBits);
 }
 
+KeyMeaning KeyMeanings::of(XKeyCode key, xkb_keysym_t symbol) {
+    if (const auto named = modifierByKeysym(symbol)) return {named, false};
+    // A modifier key that was turned into a lock is no modifier any more; otherwise its place decides.
+    if (isLockKeysym(symbol)) return {std::nullopt, symbol == XKB_KEY_Caps_Lock};
+    const auto placed = modifierByPosition(key);
+    return {placed ? placed : modifierOfExtraKey(symbol), false};
+}
+
 void KeyMeanings::readKey(xkb_keymap* keymap, XKeyCode key) {
-    const xkb_keysym_t symbol = firstKeysym(keymap, key);
-    capsLocks_[key] = symbol == XKB_KEY_Caps_Lock;
-    if (const auto named = modifierByKeysym(symbol)) {
-        modifiers_[key] = named;
-    } else if (!isLockKeysym(symbol)) {
-        // A modifier key that was turned into a lock is no modifier any more; otherwise its place decides.
-        modifiers_[key] = modifierByPosition(key);
-        if (!modifiers_[key]) modifiers_[key] = modifierOfExtraKey(symbol);
-    }
+    const KeyMeaning meaning = of(key, firstKeysym(keymap, key));
+    capsLocks_[key] = meaning.isCapsLock;
+    modifiers_[key] = meaning.modifier;
 }
 
 void KeyMeanings::readMasks(xkb_keymap* keymap, XKeyCode key, xkb_layout_index_t layout) {

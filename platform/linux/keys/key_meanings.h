@@ -7,6 +7,7 @@
 #pragma once
 
 #include "core/keys/shortcut_key.h"
+#include "platform/linux/keys/held_keys.h"
 #include "platform/linux/keys/printed_keys.h"
 
 #include <array>
@@ -35,6 +36,9 @@ class KeyMeanings {
     /// By position alone, as long as no keymap could be read.
     KeyMeanings();
     explicit KeyMeanings(xkb_keymap* keymap);
+
+    /// What a key is that means this symbol when it is pressed: for those who are told of keys one by one.
+    static KeyMeaning of(XKeyCode key, xkb_keysym_t symbol);
 
     std::optional<ModifierKey> modifier(XKeyCode key) const { return modifiers_[key]; }
     bool isCapsLock(XKeyCode key) const { return capsLocks_[key]; }

@@ -20,7 +20,7 @@ class GnomeShellTest : public testing::Test {
 
     GnomeRig gnome;
     fakes::RecordingLog log;
-    GnomeShell sources{linkTo(gnome.session.busAddress()), log};
+    GnomeShell sources{std::make_shared<GnomeExtension>(linkTo(gnome.session.busAddress()), log)};
     FrameworkWatch watch{sources};
 };
 
@@ -48,6 +48,7 @@ TEST_F(GnomeShellTest, SwitchesAndTheFirstLetterIsRight) {
         EXPECT_TRUE(switchTo("xkb:us")) << round;
         text += "한";
         EXPECT_TRUE(field.waitForText(text)) << round << ": " << field.text();
+        EXPECT_TRUE(field.waitForComposed("")) << "or the next round's wait ends with this one's syllable";
     }
     // What the user does in the shell is told as well.
     gnome.evaluate(manager + ".inputSources[1].activate(true)");

@@ -1,17 +1,22 @@
 // modern_entry_test.js <resource of the stand-in> <folder of the extension>
 //
 // The entry for GNOME 45 and later and the body behind it, in a shell that is played: when a source counts as current,
-// what is answered to whom, and that nothing stays behind. Run on a session bus of its own.
+// what is answered to whom, which keys are told and swallowed, and that nothing stays behind. Run on a session bus of
+// its own.
+import Clutter from 'gi://Clutter';
 import Gio from 'gi://Gio';
 import GLib from 'gi://GLib';
 import System from 'system';
 
 const [resource, path] = ARGV;
 Gio.Resource.load(resource)._register();
+globalThis.global = await import('resource:///org/gnome/shell/global.js');
+const {display, idleMonitor} = globalThis.global;
 const folder = Gio.File.new_for_path(path);
 const {default: Extension} = await import(folder.get_child('extension.js').get_uri());
 const {getInputSourceManager} = await import('resource:///org/gnome/shell/ui/status/keyboard.js');
 const {getIBusManager} = await import('resource:///org/gnome/shell/misc/ibusManager.js');
+const {inputMethod, wm} = await import('resource:///org/gnome/shell/ui/main.js');
 const manager = getInputSourceManager();
 const ibus = getIBusManager();
 const bus = Gio.DBus.session;
@@ -25,8 +30,9 @@ function expect(what, value, expected) {
 }
 
 /** What is answered, or the last word of the error. */
-function call(method, ...ids) {
-    const args = ids.length ? new GLib.Variant('(s)', ids) : null;
+function call(method, argument) {
+    const types = {Activate: '(s)', Listen: '(b)', Filter: '(a(uu))'};
+    const args = argument === undefined ? null : new GLib.Variant(types[method], [argument]);
     return new Promise(resolve => {
         bus.call('app.hopsel.Shell', '/app/hopsel/Shell', 'app.hopsel.Shell1', method, args, null,
             Gio.DBusCallFlags.NO_AUTO_START, 10000, null, (connection, result) => {
@@ -49,12 +55,42 @@ async function begin(id) {
 
 bus.signal_subscribe(null, 'app.hopsel.Shell1', null, null, null, Gio.DBusSignalFlags.NONE,
     (connection, sender, object, iface, signal, args) => told.push([signal, ...args.recursiveUnpack()]));
-const ours = () => manager.handlers.size + ibus.handlers.size + ibus._ibus.handlers.size;
+const ours = () => manager.handlers.size + ibus.handlers.size + ibus._ibus.handlers.size + idleMonitor.watches.size +
+    display.given.size + Object.keys(wm._allowedKeybindings).length;
+
+/** What is told about keys: the kernel's numbers, negative when they go up. True for those that are swallowed. */
+const symbols = {29: 0xffe3, 57: 0x20, 97: 0xffe4, 100: 0xffea};
+let milliseconds = 0;
+function type(...keys) {
+    return keys.map(key => {
+        const event = {
+            type: () => (key > 0 ? Clutter.EventType.KEY_PRESS : Clutter.EventType.KEY_RELEASE),
+            get_flags: () => 0,
+            get_key_code: () => Math.abs(key) + 8,
+            get_key_symbol: () => symbols[Math.abs(key)] ?? 0x61,
+            get_state: () => Clutter.ModifierType.CONTROL_MASK,
+            get_time: () => milliseconds,
+            get_time_us: () => GLib.get_monotonic_time(),
+        };
+        milliseconds++;
+        Clutter.get_current_event = () => event;
+        const isSwallowed = inputMethod.vfunc_filter_key_event(event);
+        if (!isSwallowed) idleMonitor.fire(); // in shells that tell the input method first
+        return isSwallowed;
+    });
+}
+
+/** What was told of keys since the last time, without their times; once all of it has arrived. */
+async function toldOfKeys() {
+    await call('Register');
+    return told.splice(0).map(([signal, ...args]) => (signal === 'Key' ? args.slice(0, 3) : args[0]));
+}
 const extension = new Extension({'version-name': '1.2.3'}, folder);
 extension.enable();
 
 expect('before registering', await call('Activate', 'xkb:ru'), 'Busy');
-expect('registered', await call('Register'), ['1.2.3', {switch: true},
+expect('registered', await call('Register'), ['1.2.3',
+    {switch: true, taps: true, combinations: true, passwords: true},
     [['xkb', 'us', 'us shown', ''], ['xkb', 'ru', 'ru shown', ''], ['ibus', 'hangul', 'hangul shown', 'ko']], 'xkb:us']);
 expect('a layout for a layout needs no engine', await call('Activate', 'xkb:ru'), []);
 
@@ -100,12 +136,47 @@ all[1].activate = () => {
 expect('fault', await call('Activate', 'xkb:ru'), 'Failed');
 expect('still there', (await call('Register'))[0], '1.2.3');
 
+// Neither the overtaken source nor the lost one was ever in force.
+expect('told', told.splice(0).map(([signal, what]) => (signal === 'SourcesChanged' ? what.length : what)),
+    ['xkb:ru', 'ibus:hangul', 2, 3, 'Error: played']);
+
+// Nothing is heard unless it is asked for; then once, however often the shell shows a key.
+type(100, -100);
+expect('not asked', await toldOfKeys(), []);
+expect('asked', await call('Listen', true), []);
+type(30, -30, 100, -100, 30, -30);
+expect('a lone tap', await toldOfKeys(), [false, ['down', 3, 8], ['up', 3, 0]]);
+type(100, 30, -30, 31, -31, -100);
+expect('a key with it', await toldOfKeys(), [['down', 3, 8], ['key', 0, 8], ['up', 3, 0]]);
+
+// Left Control+Space and no other; GNOME has Super+Space; what types text is nobody's.
+expect('taken', await call('Filter', [[57, 1 << 6], [57, 1]]), [[1]]);
+for (const typing of [[30, 0], [30, 1 << 4], [57, 0], [75, 1 << 2], [600, 1 << 6], [57, 1 << 8]])
+    expect(`${typing}`, await call('Filter', [[57, 1 << 6], typing]), 'Refused');
+expect('too many', await call('Filter', Array(65).fill([57, 1 << 6])), 'Refused');
+expect('swallowed', type(29, 57, -57, -29), [false, true, true, false]);
+expect('and told', await toldOfKeys(),
+    [['down', 6, 64], ['swallowed', 57, 64], ['released', 57, 64], ['up', 6, 0]]);
+expect('passed', type(97, 57, -57, -97, 29, 97, 57, -57, -97, -29).some(Boolean), false);
+await toldOfKeys();
+inputMethod.content_purpose = Clutter.InputContentPurpose.PASSWORD;
+expect('a password', type(29, 57, -57, -29).some(Boolean), false);
+expect('is told', await toldOfKeys(), [true, ['down', 6, 64], ['key', 0, 64], ['up', 6, 0]]);
+inputMethod.content_purpose = 0;
+
+// What throws while a key is looked at is told, and the next key is heard.
+Clutter.get_current_event = () => {
+    throw new Error('played');
+};
+idleMonitor.fire();
+await call('Register');
+expect('a fault', told.splice(0), [['Fault', 'Error: played']]);
+type(29, 57); // and goes while it holds a key
 extension.disable();
 expect('left behind', ours(), 0);
+const {seen} = inputMethod;
+type(-57, -29);
+expect('not in the way', [inputMethod.seen - seen, told.length], [2, told.length]);
 expect('disabled', await call('Register'), 'NameHasNoOwner');
 extension.disable();
-
-// Neither the overtaken source nor the lost one was ever in force.
-expect('told', told.map(([signal, what]) => (signal === 'SourcesChanged' ? what.length : what)),
-    ['xkb:ru', 'ibus:hangul', 2, 3, 'Error: played']);
 System.exit(failures ? 1 : 0);

@@ -4,14 +4,20 @@
 // Made once by the entry. Between `enable` and `disable` it listens; before and after it has nothing in the shell.
 import GLib from 'gi://GLib';
 
+import {Filter} from './filter.js';
+import {Keys} from './keys.js';
+import {mayBeSwallowed} from './modifiers.js';
 import {Peer} from './peer.js';
 import {Sources} from './sources.js';
 
 const SOURCES = 'a(ssss)';
+const MOST_COMBINATIONS = 64;
+/** Asks for nothing, where there is no filter. */
+const PASSING = {decide: () => 'passed', release() {}};
 
 export class Hopsel {
     /**
-     * @param {object} shell - inputSourceManager and ibusManager of the shell
+     * @param {object} shell - what partsOf makes of the shell
      * @param {Gio.File} folder - the extension's
      * @param {string} version - the extension's
      */
@@ -27,36 +33,79 @@ export class Hopsel {
         this._peer = new Peer(new TextDecoder().decode(description), guard, {
             Register: (args, reply) => this._register(reply),
             Activate: (args, reply, fail) => this._activate(args[0], reply, fail),
-            gone: () => {},
+            Listen: (args, reply, fail) => this._listen(args[0], reply, fail),
+            Filter: (args, reply, fail) => this._setFilter(args[0], reply, fail),
+            gone: () => this._rest(),
         });
-        try {
-            if (Sources.isUsable(this._shell)) {
-                this._sources = new Sources(this._shell, guard, {
-                    sources: list => this._peer.tell('SourcesChanged', new GLib.Variant(`(${SOURCES})`, [list])),
-                    current: id => this._peer.tell('CurrentChanged', new GLib.Variant('(s)', [id])),
-                });
-            }
-        } catch (error) {
-            logError(error, 'Hopsel: no input sources');
-        }
+        this._sources = this._probe(Sources, () => new Sources(this._shell, guard, {
+            sources: list => this._peer.tell('SourcesChanged', new GLib.Variant(`(${SOURCES})`, [list])),
+            current: id => this._peer.tell('CurrentChanged', new GLib.Variant('(s)', [id])),
+        }));
+        this._filter = this._probe(Filter, () => new Filter(this._shell, guard, () => this._shell.isPassword()));
+        this._keys = this._probe(Keys, () => new Keys(this._shell, guard,
+            (...event) => this._tellKey(event), this._filter ?? PASSING));
     }
 
     disable() {
+        this._keys?.close();
+        this._filter?.close();
         this._sources?.close();
-        this._sources = null;
         this._peer?.close();
-        this._peer = null;
+        this._keys = this._filter = this._sources = this._peer = null;
+    }
+
+    /** What this shell lacks, or does otherwise than is known, is told as a capability that is missing. */
+    _probe(part, make) {
+        try {
+            return part.isUsable(this._shell) ? make() : null;
+        } catch (error) {
+            logError(error, 'Hopsel');
+            return null;
+        }
+    }
+
+    /** Nobody is there to be told. */
+    _rest() {
+        this._keys?.listen(false);
+        this._filter?.set([]);
+    }
+
+    /** Each key is told after what the program has to know to judge it. */
+    _tellKey(event) {
+        const isPassword = this._shell.isPassword();
+        if (isPassword !== this._isPassword) this._peer.tell('Password', new GLib.Variant('(b)', [isPassword]));
+        this._isPassword = isPassword;
+        this._peer.tell('Key', new GLib.Variant('(suux)', event));
     }
 
     _register(reply) {
         reply(new GLib.Variant(`(sa{sb}${SOURCES}s)`, [
-            this._version, {switch: Boolean(this._sources)}, this._sources?.list ?? [], this._sources?.current ?? '',
+            this._version, {
+                switch: Boolean(this._sources), taps: Boolean(this._keys),
+                combinations: Boolean(this._keys && this._filter), passwords: this._shell.knowsPasswords,
+            }, this._sources?.list ?? [], this._sources?.current ?? '',
         ]));
     }
 
     _activate(id, reply, fail) {
         if (this._sources) this._sources.activate(id, () => reply(new GLib.Variant('()', [])), fail);
         else fail('NotFound');
+    }
+
+    _listen(isOn, reply, fail) {
+        if (!this._keys) {
+            fail('Lacking');
+            return;
+        }
+        this._isPassword = null; // not told yet
+        this._keys.listen(isOn);
+        reply(new GLib.Variant('()', []));
+    }
+
+    _setFilter(combinations, reply, fail) {
+        if (!this._keys || !this._filter) fail('Lacking');
+        else if (combinations.length > MOST_COMBINATIONS || !combinations.every(mayBeSwallowed)) fail('Refused');
+        else reply(new GLib.Variant('(au)', [this._filter.set(combinations)]));
     }
 
     /** Nothing that goes wrong here may end up in the shell: it is logged and told. */

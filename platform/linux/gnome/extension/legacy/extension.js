@@ -1,7 +1,9 @@
 // The entry for GNOME 43 and 44, whose extensions are scripts. The body is a module also here, and so arrives a
 // moment after the extension was enabled; it may have been disabled again by then.
+const {Clutter, Meta, Shell} = imports.gi;
 const {getCurrentExtension} = imports.misc.extensionUtils;
 const {getIBusManager} = imports.misc.ibusManager;
+const Main = imports.ui.main;
 const {getInputSourceManager} = imports.ui.status.keyboard;
 
 class HopselExtension {
@@ -13,10 +15,12 @@ class HopselExtension {
 
     enable() {
         this._isEnabled = true;
-        import(this._me.dir.get_child('body').get_child('hopsel.js').get_uri()).then(body => {
+        const body = this._me.dir.get_child('body');
+        const load = file => import(body.get_child(file).get_uri());
+        Promise.all([load('hopsel.js'), load('shell.js')]).then(([{Hopsel}, {partsOf}]) => {
             if (!this._isEnabled || this._hopsel) return;
-            const shell = {inputSourceManager: getInputSourceManager(), ibusManager: getIBusManager()};
-            this._hopsel = new body.Hopsel(shell, this._me.dir, this._me.metadata['version-name']);
+            const shell = partsOf({Clutter, Meta, Shell, Main, getInputSourceManager, getIBusManager});
+            this._hopsel = new Hopsel(shell, this._me.dir, this._me.metadata['version-name']);
             this._hopsel.enable();
         }).catch(error => logError(error, 'Hopsel'));
     }
