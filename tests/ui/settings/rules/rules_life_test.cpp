@@ -21,7 +21,7 @@ class RulesLife : public testing::Test, protected SettingsRig {
   protected:
     RulesLife() { launch(); }
 
-    void add(int count) {
+    void add(std::uint16_t count) {
         for (std::uint16_t i = 0; i < count; ++i)
             addRule(trigger::Shortcut{{i, {ModifierKey::leftControl, ModifierKey::leftOption}}});
     }
