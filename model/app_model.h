@@ -128,6 +128,8 @@ class AppModel final : public ObservableObject {
     void refreshConflicts();
     std::optional<RuleWarning> warning(const Trigger& trigger, bool enabled) const;
     RuleHealth health(const Rule& rule) const;
+    /// What should be known of the sources, in words; of the first of them that has something to know.
+    std::optional<std::string> limitNote(const std::string& idA, const std::string& idB) const;
     /// False when the engine is not running; the handler then stays uncalled.
     bool captureTrigger(EngineControlling::CaptureHandler handler);
     void cancelCapture() { parts_.engine->cancelTriggerCapture(); }

@@ -1,5 +1,6 @@
 // Editing the rules: through the store, then to the engine.
 #include "model/app_model.h"
+#include "model/texts/platform_notes.h"
 
 #include <algorithm>
 #include <iterator>
@@ -165,6 +166,15 @@ RuleHealth AppModel::health(const Rule& rule) const {
         if (source.isSelectCapable) available.insert(source.id);
     }
     return rule_health_checker::health(rule, available);
+}
+
+std::optional<std::string> AppModel::limitNote(const std::string& idA, const std::string& idB) const {
+    for (const std::string* id : {&idA, &idB}) {
+        const InputSourceInfo* source = listed(*id);
+        const auto note = source != nullptr ? l10n::limitNote(source->limit) : std::nullopt;
+        if (note) return source->name + ": " + *note;
+    }
+    return std::nullopt;
 }
 
 void AppModel::setKeyListener(std::shared_ptr<DiagnosticsRecorder> listener) {

@@ -117,6 +117,10 @@ const Rule* OnboardingModel::ruleOfTrigger() const {
     return found != rules.end() ? &*found : nullptr;
 }
 
+std::optional<std::string> OnboardingModel::limitNote() const {
+    return app_.limitNote(sourceAID_.value_or(""), sourceBID_.value_or(""));
+}
+
 bool OnboardingModel::lacksSources() const {
     return !app_.isAskingForSources() && app_.selectableSources().size() < 2;
 }

@@ -55,6 +55,8 @@ class OnboardingModel final : public ObservableObject {
     bool testPassed() const { return app_.switchCount() > baselineSwitchCount_; }
     /// About the last press on the last step that did not switch, in words; else empty.
     std::string remark() const { return trial_ ? trial_->remark() : std::string(); }
+    /// What should be known of the pair, in words: it is no success if its letters are the same as before.
+    std::optional<std::string> limitNote() const;
     /// A key that the engine does not name was pressed in the window on the last step.
     void noteOtherKey(const std::string& name);
     /// There are not enough sources to switch between, and it is not that they are still being asked for.

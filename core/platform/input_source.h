@@ -12,7 +12,8 @@ namespace hopsel {
 /// What a person should know before a rule relies on the source.
 enum class SourceLimit {
     none,
-    startsInLatin, ///< selecting it gives Latin letters until its own key is pressed
+    startsInLatin, ///< selecting it gives Latin letters until its own key is pressed; its settings say so
+    startsInLatinByFile, ///< the same; no window changes it, only a file of its own
 };
 
 struct InputSourceInfo {

@@ -18,10 +18,17 @@ Texts texts(PlatformNote note) {
                 "A combination that the window manager uses itself does not arrive here."};
     case PlatformNote::startsInLatin:
         return {
-            "선택하면 먼저 영문이 입력됩니다. 한글부터 입력하려면 입력기 설정에서 처음 상태를 한글로 "
-            "바꾸세요.",
-            "Selecting it gives Latin letters first. To start in Hangul, set the initial input mode in the "
-            "input method's own settings."};
+            "선택하면 먼저 영문이 입력됩니다. 바꾸려면 입력기 자체 설정에서 처음 입력 상태를 그 언어로 "
+            "정하세요.",
+            "Selecting it gives Latin letters first. To change that, set its initial input mode in the input "
+            "method's own settings."};
+    case PlatformNote::startsInLatinByFile:
+        return {
+            "선택하면 먼저 영문이 입력됩니다. 바꾸려면 ~/.config/mozc/ibus_config.textproto에서 "
+            "“active_on_launch: False”를 “active_on_launch: True”로 고치고 “ibus restart”를 실행하세요.",
+            "Selecting it gives Latin letters first. To change that, make “active_on_launch: False” in "
+            "~/.config/mozc/ibus_config.textproto read “active_on_launch: True”, and run “ibus restart”."};
+    case PlatformNote::typesLatinFirst: return {"먼저 영문이 입력됨", "Types Latin letters first"};
     case PlatformNote::passwordsUnknown:
         return {"암호 입력란을 알아볼 수 없습니다. 이 세션에는 접근성 서비스가 없어서 암호를 입력할 때도 "
                 "전환 키가 "
@@ -43,6 +50,15 @@ Texts texts(PlatformNote note) {
 std::string note(PlatformNote note) {
     const Texts both = texts(note);
     return language() == L10nLanguage::ko ? both.korean : both.english;
+}
+
+std::optional<std::string> limitNote(SourceLimit limit) {
+    switch (limit) {
+    case SourceLimit::none: break;
+    case SourceLimit::startsInLatin: return note(PlatformNote::startsInLatin);
+    case SourceLimit::startsInLatinByFile: return note(PlatformNote::startsInLatinByFile);
+    }
+    return std::nullopt;
 }
 
 } // namespace hopsel::l10n

@@ -18,6 +18,7 @@
 #include "platform/linux/gnome/gnome_secure_input.h"
 #include "platform/linux/gnome/gnome_shell.h"
 #include "platform/linux/ibus/ibus_input_sources.h"
+#include "platform/linux/latin_start/latin_start.h"
 #include "platform/linux/texts/linux_words.h"
 #include "platform/linux/tray/tray_host.h"
 #include "platform/linux/wayland/wayland_local_key_monitor.h"
@@ -75,7 +76,8 @@ LinuxPlatform::LinuxPlatform()
       layouts_(layouts()),
       gnome_(std::make_shared<GnomeExtension>(bus_, log_)),
       sources_(std::make_shared<LinuxInputSources>(frameworks(bus_, gnome_, log_),
-                                                   session_kind::isWayland() ? nullptr : layouts_)),
+                                                   session_kind::isWayland() ? nullptr : layouts_,
+                                                   std::make_shared<LatinStart>(bus_))),
       keys_(keySession(gnome_, log_)),
       switchKeys_(std::make_shared<DesktopSwitchKeys>(bus_, DesktopSwitchKeys::liveReaders())),
       passwordFields_(std::make_shared<AtspiSecureInput>(bus_, log_)),

@@ -144,7 +144,7 @@ class SourcesPage final : public OnboardingPage {
         return picker;
     }
 
-    /// Everything that keeps the rule from being made.
+    /// Everything that keeps the rule from being made, and what should be known of the pair.
     std::vector<QString> problems() const {
         std::vector<QString> texts;
         for (const RuleIssue& issue : model_.issues())
@@ -155,6 +155,7 @@ class SourcesPage final : public OnboardingPage {
         } else if (model_.failure()) {
             texts.push_back(QString::fromStdString(*model_.failure()));
         }
+        if (const auto note = model_.limitNote()) texts.push_back(QString::fromStdString(*note));
         return texts;
     }
 

@@ -103,9 +103,13 @@ class TestPage final : public OnboardingPage {
             setSubtitle(words(l10n::Key::onbTestPrompt, {l10n::keyName(*model_.trigger())}));
         tile_->setSource(QString::fromStdString(app_.currentSourceLabel().value_or("–")),
                          QString::fromStdString(app_.currentSourceName().value_or("")));
-        const bool isPassed = model_.testPassed();
+        const bool hasSwitched = model_.testPassed();
+        const auto note = model_.limitNote();
+        const bool isPassed = hasSwitched && !note;
         tile_->setPassed(isPassed);
-        const QString remark = QString::fromStdString(model_.remark());
+        const std::string trial = model_.remark();
+        const QString remark =
+            QString::fromStdString(trial.empty() && hasSwitched ? note.value_or("") : trial);
         remark_->setText(remark);
         said_->setCurrentWidget(isPassed && remark.isEmpty() ? static_cast<QWidget*>(success_) : remark_);
         const LoginItemStatus login = app_.launchStatus();

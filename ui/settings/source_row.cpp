@@ -31,10 +31,9 @@ SourceRow::SourceRow(const InputSourceInfo& source, bool isCurrent, QWidget* par
     identifier->setAccessibleName(name);
     identifier->setContent(QString::fromStdString(source.id));
     texts->addWidget(identifier);
-    if (source.limit == SourceLimit::startsInLatin)
-        texts->addWidget((new Text(QString::fromStdString(l10n::note(PlatformNote::startsInLatin)),
-                                   TextStyle::caption, Tone::warning))
-                             ->wrapped());
+    if (const auto note = l10n::limitNote(source.limit))
+        texts->addWidget(
+            (new Text(QString::fromStdString(*note), TextStyle::caption, Tone::warning))->wrapped());
     row->addLayout(texts, 1);
 
     row->addWidget(current_);

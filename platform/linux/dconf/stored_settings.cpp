@@ -44,6 +44,15 @@ std::optional<std::vector<std::string>> StoredSettings::texts(const char* key) {
     return texts;
 }
 
+std::optional<std::string> StoredSettings::printed(const char* key) {
+    if (!open() || g_settings_schema_has_key(schema_.get(), key) == FALSE) return std::nullopt;
+    const Owned<GSettingsSchemaKey> described(g_settings_schema_get_key(schema_.get(), key));
+    const auto stored = value(key, g_settings_schema_key_get_value_type(described.get()));
+    if (!stored) return std::nullopt;
+    const std::unique_ptr<char, decltype(&g_free)> text(g_variant_print(stored.get(), FALSE), g_free);
+    return text.get();
+}
+
 bool StoredSettings::flag(const char* key) {
     const Owned<GVariant> stored = value(key, G_VARIANT_TYPE_BOOLEAN);
     return stored && g_variant_get_boolean(stored.get()) != FALSE;

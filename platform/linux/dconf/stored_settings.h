@@ -41,6 +41,8 @@ class StoredSettings {
     Owned<GVariant> value(const char* key, const GVariantType* type);
     /// A list of texts. Absent if there is no such setting.
     std::optional<std::vector<std::string>> texts(const char* key);
+    /// A value of any type, as GVariant prints it: "'hangul'", "3". Absent if there is no such setting.
+    std::optional<std::string> printed(const char* key);
     /// False if there is no such setting.
     bool flag(const char* key);
 

@@ -23,8 +23,7 @@ std::string sourceID(const QString& engine) { return "ibus:" + engine.toStdStrin
 } // namespace
 
 IbusInputSources::IbusInputSources(std::shared_ptr<BusLink> sessionBus, Log& log)
-    : log_(log),
-      sourcesTimer_(sourcesQuiet, sourcesAtMost, [this] { reportSources(); }),
+    : sourcesTimer_(sourcesQuiet, sourcesAtMost, [this] { reportSources(); }),
       selectedTimer_(selectedQuiet, selectedAtMost, [this] { reportSelected(); }),
       layout_(log),
       settings_(sessionBus, [this] { askForEngines(); }),
@@ -103,25 +102,13 @@ void IbusInputSources::takeEngines(const QDBusMessage& reply) {
 
 void IbusInputSources::describe() {
     sources_.clear();
-    bool anyStartsInLatin = false;
     for (const IbusEngine& engine : engines_) {
-        const bool startsInLatin = engine.id == "hangul" && settings_.values().hangulStartsInLatin;
-        anyStartsInLatin = anyStartsInLatin || startsInLatin;
         std::vector<std::string> languages;
         if (!engine.language.empty()) languages.push_back(engine.language);
-        sources_.push_back({sourceID(engine.id), engine.name, sourceType, std::move(languages), true,
-                            startsInLatin ? SourceLimit::startsInLatin : SourceLimit::none});
+        sources_.push_back({sourceID(engine.id), engine.name, sourceType, std::move(languages), true});
     }
-    tellLatinStart(anyStartsInLatin);
     updateInCharge();
     sourcesTimer_.noteChange();
-}
-
-void IbusInputSources::tellLatinStart(bool startsInLatin) {
-    if (startsInLatin && !isLatinStartTold_)
-        log_.write(Log::Level::info, "inputSources",
-                   "the IBus engine hangul starts in Latin letters: set its initial mode to Hangul");
-    isLatinStartTold_ = startsInLatin;
 }
 
 void IbusInputSources::takeCurrent(const QString& engine) {

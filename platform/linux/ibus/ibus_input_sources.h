@@ -22,7 +22,7 @@ namespace hopsel {
 
 class IbusInputSources final : public InputFramework {
   public:
-    /// `log` must outlive it, and is told of an engine that does not give at once what it is selected for.
+    /// `log` must outlive it.
     IbusInputSources(std::shared_ptr<BusLink> sessionBus, Log& log);
 
     /// Those that are set and installed.
@@ -54,14 +54,11 @@ class IbusInputSources final : public InputFramework {
     void giveUp();
     void forget();
     void describe();
-    void tellLatinStart(bool startsInLatin);
     void updateInCharge();
     void applyLayout(const QString& engine);
     void reportSources();
     void reportSelected();
 
-    Log& log_;
-    bool isLatinStartTold_ = false;
     std::vector<IbusEngine> engines_;
     bool areEnginesTold_ = false;
     bool reportedAsking_ = true;

@@ -2,7 +2,6 @@
 
 #include "platform/linux/ibus/ibus_engine.h"
 
-#include <string_view>
 #include <utility>
 
 namespace hopsel {
@@ -35,10 +34,6 @@ IbusSettings::Values IbusSettings::stored() {
         values.layoutsWithoutLatin.push_back(ibus_engine::layout(QString::fromStdString(told)));
     values.keepsSystemLayout = general_.flag("use-system-keyboard-layout");
     values.runsXmodmap = general_.flag("use-xmodmap");
-    const auto mode = hangul_.value("initial-input-mode", G_VARIANT_TYPE_STRING);
-    const bool startsInHangul =
-        mode && std::string_view(g_variant_get_string(mode.get(), nullptr)) == "hangul";
-    values.hangulStartsInLatin = !startsInHangul && !hangul_.flag("disable-latin-mode");
     return values;
 }
 

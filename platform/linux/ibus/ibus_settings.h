@@ -17,10 +17,9 @@ namespace hopsel {
 class IbusSettings final {
   public:
     struct Values {
-        QStringList engines;              ///< those the user switches between, in their order, each once
-        bool keepsSystemLayout = false;   ///< engines leave the keyboard layout as it is
-        bool runsXmodmap = false;         ///< after a layout was loaded, for the user's own changes
-        bool hangulStartsInLatin = false; ///< selecting the Korean engine gives Latin letters at first
+        QStringList engines;            ///< those the user switches between, in their order, each once
+        bool keepsSystemLayout = false; ///< engines leave the keyboard layout as it is
+        bool runsXmodmap = false;       ///< after a layout was loaded, for the user's own changes
         std::vector<XkbLayout> layoutsWithoutLatin; ///< an empty variant stands for all of them
         friend bool operator==(const Values&, const Values&) = default;
     };
@@ -36,7 +35,6 @@ class IbusSettings final {
 
     std::function<void()> onChanged_;
     StoredSettings general_{"org.freedesktop.ibus.general"};
-    StoredSettings hangul_{"org.freedesktop.ibus.engine.hangul"};
     Values values_;
     BusSubscription changes_;
 };

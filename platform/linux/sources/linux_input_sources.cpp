@@ -15,8 +15,9 @@ constexpr std::chrono::seconds askingAtMost(5);
 } // namespace
 
 LinuxInputSources::LinuxInputSources(std::vector<std::unique_ptr<InputFramework>> frameworks,
-                                     std::shared_ptr<InputSourceCatalog> fallback)
-    : frameworks_(std::move(frameworks)), fallback_(std::move(fallback)) {
+                                     std::shared_ptr<InputSourceCatalog> fallback,
+                                     std::shared_ptr<SourceLimits> limits)
+    : frameworks_(std::move(frameworks)), fallback_(std::move(fallback)), limits_(std::move(limits)) {
     announcement_.setSingleShot(true);
     QObject::connect(&announcement_, &QTimer::timeout, &announcement_, [this] { announce(); });
     const auto listen = [this](InputSourceCatalog* catalog) {
@@ -29,6 +30,7 @@ LinuxInputSources::LinuxInputSources(std::vector<std::unique_ptr<InputFramework>
         framework->onAskingChanged = [this] { noteAsking(); };
     }
     if (fallback_) listen(fallback_.get());
+    if (limits_) limits_->onChanged = [this] { announcement_.start(0); };
     inCharge_ = firstInCharge();
     patience_.setSingleShot(true);
     QObject::connect(&patience_, &QTimer::timeout, &patience_, [this] { announcement_.start(0); });
@@ -40,6 +42,7 @@ LinuxInputSources::~LinuxInputSources() {
         framework->onSourcesChanged = framework->onSelectedChanged = framework->onInChargeChanged =
             framework->onAskingChanged = nullptr;
     if (fallback_) fallback_->onSourcesChanged = fallback_->onSelectedChanged = nullptr; // others may own it
+    if (limits_) limits_->onChanged = nullptr;
 }
 
 InputFramework* LinuxInputSources::firstInCharge() const {
@@ -55,7 +58,11 @@ InputSourceCatalog* LinuxInputSources::answering() const {
 
 std::vector<InputSourceInfo> LinuxInputSources::enabledKeyboardSources() {
     InputSourceCatalog* catalog = answering();
-    return catalog != nullptr ? catalog->enabledKeyboardSources() : std::vector<InputSourceInfo>();
+    if (catalog == nullptr) return {};
+    std::vector<InputSourceInfo> sources = catalog->enabledKeyboardSources();
+    if (limits_)
+        for (InputSourceInfo& source : sources) source.limit = limits_->limitOf(source.id);
+    return sources;
 }
 
 std::optional<std::string> LinuxInputSources::currentID() {
@@ -99,6 +106,7 @@ SwitchHindrance LinuxInputSources::hindrance(std::int32_t code) const {
 
 void LinuxInputSources::retry() {
     for (const auto& framework : frameworks_) framework->retry();
+    if (limits_) limits_->check();
 }
 
 void LinuxInputSources::askCurrent() {

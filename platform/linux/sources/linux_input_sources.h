@@ -10,6 +10,7 @@
 #pragma once
 
 #include "platform/linux/sources/input_framework.h"
+#include "platform/linux/sources/source_limits.h"
 
 #include <QTimer>
 #include <memory>
@@ -20,9 +21,10 @@ namespace hopsel {
 class LinuxInputSources final : public InputSourceCatalog {
   public:
     /// The first framework goes before the others. Without a fallback there may be no sources at all. Takes
-    /// the callbacks of all of them for itself.
+    /// the callbacks of all of them for itself, and that of the limits, which it adds to what is listed.
     LinuxInputSources(std::vector<std::unique_ptr<InputFramework>> frameworks,
-                      std::shared_ptr<InputSourceCatalog> fallback);
+                      std::shared_ptr<InputSourceCatalog> fallback,
+                      std::shared_ptr<SourceLimits> limits = nullptr);
     ~LinuxInputSources() override;
 
     std::vector<InputSourceInfo> enabledKeyboardSources() override;
@@ -54,6 +56,7 @@ class LinuxInputSources final : public InputSourceCatalog {
 
     std::vector<std::unique_ptr<InputFramework>> frameworks_;
     std::shared_ptr<InputSourceCatalog> fallback_;
+    std::shared_ptr<SourceLimits> limits_;
     InputFramework* inCharge_ = nullptr;
     bool hasRequest_ = false; ///< accepted by the one in charge since it came
     bool isRequestLost_ = false;

@@ -186,6 +186,22 @@ TEST_F(Onboarding, saysWhatCameOfEachPress) {
     EXPECT_EQ(engine->recorder, recorder) << "nobody listens to the keys any more";
 }
 
+TEST_F(Onboarding, isNoSuccessWhereThePairTypesLatin) {
+    directory->sources[1].limit = SourceLimit::startsInLatin;
+    model->sourcesChanged();
+    click(Key::onbNext);
+    const QString note = "ABC: Selecting it gives Latin letters first.";
+    EXPECT_TRUE(says(note));
+    click(Key::onbNext);
+    EXPECT_FALSE(says(note)) << "nothing was tried yet";
+    tell(engine_event::Switched{"r", "abc", "hangul", true, 1});
+    EXPECT_TRUE(says(note) && !says(Key::onbTestSuccess));
+    directory->sources[1].limit = SourceLimit::none;
+    model->sourcesChanged();
+    settle();
+    EXPECT_TRUE(says(Key::onbTestSuccess));
+}
+
 TEST_F(Onboarding, offersTheWayOutWhereThereIsOneSourceOnly) {
     directory->sources = {english};
     model->sourcesChanged();

@@ -2,6 +2,7 @@
 
 #include "model/texts/combination_texts.h"
 #include "model/texts/l10n.h"
+#include "model/texts/platform_notes.h"
 #include "ui/design/buttons.h"
 #include "ui/design/source_picker.h"
 #include "ui/design/symbols.h"
@@ -32,20 +33,24 @@ constexpr int usualTrigger = 104;
 constexpr int comfortableSource = 110;
 constexpr std::chrono::milliseconds litFor(700);
 
+/// `note` is a line as made below: symbol, then words.
+void explain(QWidget& note, const QString& help) {
+    QWidget* words = note.layout()->itemAt(1)->widget();
+    note.setToolTip(help);
+    words->setToolTip(help);
+    words->setAccessibleDescription(help);
+}
+
 /// A symbol and a few words, on one line. Hidden until it applies.
-QWidget* note(const QString& symbol, Key key, QWidget* parent, std::optional<Key> help = std::nullopt) {
+QWidget* note(const QString& symbol, const QString& said, QWidget* parent, const QString& help = {}) {
     auto* line = new QWidget(parent);
     auto* row = new QHBoxLayout(line);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(6);
-    auto* words = (new Text(text(key), TextStyle::callout, Tone::warning))->elided();
+    auto* words = (new Text(said, TextStyle::callout, Tone::warning))->elided();
     row->addWidget(new design::Symbol(symbol, 14, Tone::warning));
     row->addWidget(words, 1);
-    if (help) {
-        words->setToolTip(text(*help));
-        words->setAccessibleDescription(text(*help));
-        line->setToolTip(text(*help));
-    }
+    if (!help.isEmpty()) explain(*line, help);
     line->hide();
     return line;
 }
@@ -87,11 +92,13 @@ RuleRow::RuleRow(AppModel& model, Rule rule, QWidget* parent)
     trigger_->setAccessibleName(name + ", " + change);
     pickerA_ = new SourcePicker(named(Key::addRuleSourceA), this);
     pickerB_ = new SourcePicker(named(Key::addRuleSourceB), this);
-    broken_ = note("exclamationmark.triangle.fill", Key::ruleBroken, this);
-    needsAccessibility_ =
-        note("exclamationmark.triangle", Key::ruleNeedsAccessibility, this, Key::statusAccessibility);
-    systemConflict_ =
-        note("exclamationmark.triangle", Key::ruleSystemConflict, this, Key::issueSystemShortcutConflict);
+    broken_ = note("exclamationmark.triangle.fill", text(Key::ruleBroken), this);
+    needsAccessibility_ = note("exclamationmark.triangle", text(Key::ruleNeedsAccessibility), this,
+                               text(Key::statusAccessibility));
+    systemConflict_ = note("exclamationmark.triangle", text(Key::ruleSystemConflict), this,
+                           text(Key::issueSystemShortcutConflict));
+    limit_ = note("exclamationmark.triangle",
+                  QString::fromStdString(l10n::note(PlatformNote::typesLatinFirst)), this);
     delete_ = new Button(text(Key::ruleDelete), Button::Kind::borderless, this);
     delete_->setAccessibleName(named(Key::ruleDelete));
 
@@ -155,6 +162,9 @@ void RuleRow::showNotes() {
     broken_->setVisible(std::holds_alternative<rule_health::BrokenSource>(model_.health(rule_)));
     needsAccessibility_->setVisible(warning == RuleWarning::needsAccessibility);
     systemConflict_->setVisible(warning == RuleWarning::systemShortcutConflict);
+    const auto limit = model_.limitNote(toggle(rule_).sourceA.sourceId, toggle(rule_).sourceB.sourceId);
+    limit_->setVisible(limit.has_value());
+    explain(*limit_, QString::fromStdString(limit.value_or("")));
 }
 
 void RuleRow::enable(bool on) {
@@ -188,7 +198,7 @@ rule_row_layout::Places RuleRow::places(int width) const {
     parts.trigger = triggerCell(*trigger_, std::max(triggerColumn_, triggerWidth()));
     parts.sourceA = sourceCell(*pickerA_);
     parts.sourceB = sourceCell(*pickerB_);
-    for (const QWidget* widget : {broken_, needsAccessibility_, systemConflict_})
+    for (const QWidget* widget : {broken_, needsAccessibility_, systemConflict_, limit_})
         if (!widget->isHidden()) parts.notes.push_back(noteCell(*widget));
     parts.remove = fixed(*delete_);
     return rule_row_layout::arrange(parts, width, spacing);
@@ -204,7 +214,7 @@ void RuleRow::arrange() {
     pickerA_->setGeometry(to.sourceA);
     pickerB_->setGeometry(to.sourceB);
     std::size_t next = 0;
-    for (QWidget* widget : {broken_, needsAccessibility_, systemConflict_})
+    for (QWidget* widget : {broken_, needsAccessibility_, systemConflict_, limit_})
         if (!widget->isHidden()) widget->setGeometry(to.notes[next++]);
     delete_->setGeometry(to.remove);
 }

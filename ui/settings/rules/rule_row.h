@@ -70,6 +70,7 @@ class RuleRow final : public QWidget {
     QWidget* broken_;
     QWidget* needsAccessibility_;
     QWidget* systemConflict_;
+    QWidget* limit_; ///< what should be known of the sources
     design::Button* delete_;
     int triggerColumn_ = 0;
     QTimer light_; ///< runs while the row is lit

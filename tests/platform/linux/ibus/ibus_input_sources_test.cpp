@@ -45,25 +45,15 @@ class IbusInputSourcesTest : public testing::Test {
 TEST_F(IbusInputSourcesTest, ListsTheEnginesThatAreSetAndFollowsTheSettings) {
     EXPECT_EQ(sources->select("ibus:hangul"), gone) << "no daemon yet";
     IbusRig::setEngines("['xkb:us::eng', 'not installed', 'hangul', 'missing', '', 'hangul']");
-    IbusRig::setHangulStart("latin");
     start();
-    InputSourceInfo latinAtFirst = hangul;
-    latinAtFirst.limit = SourceLimit::startsInLatin;
-    EXPECT_EQ(sources->enabledKeyboardSources(), (std::vector{english, latinAtFirst}));
+    EXPECT_EQ(sources->enabledKeyboardSources(), (std::vector{english, hangul}));
     EXPECT_EQ(sources->currentID(), std::nullopt) << "none has been chosen";
     EXPECT_EQ(sources->select("ibus:missing"), notFound);
 
-    IbusRig::setHangulStart("hangul");
-    EXPECT_TRUE(lists({english, hangul}, 1));
-    IbusRig::setHangulStart("latin");
-    EXPECT_TRUE(lists({english, latinAtFirst}, 2));
-    IbusRig::set("/org/freedesktop/ibus/engine/hangul/disable-latin-mode", "true");
-    EXPECT_TRUE(lists({english, hangul}, 3));
     IbusRig::setEngines("['hangul', 'xkb:us::eng']");
-    EXPECT_TRUE(lists({hangul, english}, 4));
+    EXPECT_TRUE(lists({hangul, english}, 1));
     IbusRig::setEngines("@as []");
     EXPECT_TRUE(IbusRig::become(false, *sources)) << "nothing to switch to";
-    EXPECT_EQ(session.log.lines.size(), 2U) << "that it starts in Latin, each time that became so";
     EXPECT_EQ(watch.inCharge, 2);
 }
 

@@ -111,6 +111,25 @@ TEST_F(Pane, ChangesOneSideAndKeepsTheOtherEvenIfItIsGone) {
     EXPECT_FALSE(says(Key::ruleBroken));
 }
 
+TEST_F(Pane, SaysThatASourceBeginsInLatinAndWhatToDo) {
+    addRule(rightCommand);
+    open(SettingsPane::rules);
+    const QString words = "Types Latin letters first";
+    EXPECT_FALSE(says(words));
+    for (const auto& [limit, advice] : {std::pair{SourceLimit::startsInLatin, "input method's own settings"},
+                                        std::pair{SourceLimit::startsInLatinByFile, "active_on_launch"}}) {
+        directory->sources[1].limit = limit;
+        model->sourcesChanged();
+        settle();
+        ASSERT_TRUE(says(words));
+        for (const QLabel* label : visible<QLabel>())
+            if (label->text() == words) {
+                EXPECT_TRUE(label->accessibleDescription().contains(advice)) << advice;
+                EXPECT_TRUE(label->accessibleDescription().startsWith("ABC: ")) << "which of the two";
+            }
+    }
+}
+
 TEST_F(Pane, KeepsTheFocusWhereTheUserIs) {
     addRule(rightCommand);
     addRule(leftShiftSpace);

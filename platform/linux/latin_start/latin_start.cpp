@@ -1,0 +1,71 @@
+#include "platform/linux/latin_start/latin_start.h"
+
+#include "platform/linux/dconf/stored_settings.h"
+#include "platform/linux/files/small_files.h"
+#include "platform/linux/files/xdg_folders.h"
+#include "platform/linux/latin_start/fcitx_latin_start.h"
+#include "platform/linux/latin_start/ibus_latin_start.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
+
+namespace hopsel {
+
+namespace {
+
+constexpr std::string_view ibusPrefix = "ibus:", fcitxPrefix = "fcitx:";
+
+bool startsWith(std::string_view text, std::string_view prefix) {
+    return text.substr(0, prefix.size()) == prefix;
+}
+
+std::string mozcFile() {
+    constexpr const char* name = "ibus_config.textproto";
+    const char* home = std::getenv("HOME");
+    std::error_code ignored;
+    // Where Mozc kept everything once; it does so still if the folder is there.
+    const std::filesystem::path old = std::filesystem::path(home != nullptr ? home : "/") / ".mozc";
+    const bool isOld = std::filesystem::is_directory(old, ignored);
+    return readSmallFile((isOld ? old : xdgConfigHome() / "mozc") / name).value_or("");
+}
+
+std::string fcitxFile(std::string_view method) {
+    return readSmallFile(xdgConfigHome() / "fcitx5" / "conf" / (std::string(method) + ".conf")).value_or("");
+}
+
+SourceLimit limitNow(std::string_view id) {
+    if (startsWith(id, fcitxPrefix)) return fcitxLatinStart(id.substr(fcitxPrefix.size()), fcitxFile);
+    if (!startsWith(id, ibusPrefix)) return SourceLimit::none;
+    const auto stored = [](const char* schema, const char* key) {
+        return StoredSettings(schema).printed(key);
+    };
+    return ibusLatinStart(id.substr(ibusPrefix.size()), {stored, mozcFile});
+}
+
+} // namespace
+
+LatinStart::LatinStart(std::shared_ptr<BusLink> sessionBus)
+    // From whomever it comes: it is only the reason to read.
+    : changes_(std::move(sessionBus), {"", "", "ca.desrt.dconf.Writer", "Notify", "sass", ""},
+               [this](const QDBusMessage& signal) {
+                   const std::string path = signal.arguments().constFirst().toString().toStdString();
+                   if (isPathOfIbusEngines(path)) check();
+               }) {}
+
+SourceLimit LatinStart::limitOf(const std::string& id) {
+    const SourceLimit limit = limitNow(id);
+    told_[id] = limit;
+    return limit;
+}
+
+void LatinStart::check() {
+    const bool isOther = std::any_of(told_.begin(), told_.end(),
+                                     [](const auto& entry) { return limitNow(entry.first) != entry.second; });
+    if (!isOther) return;
+    told_.clear(); // whoever is told asks again
+    if (onChanged) onChanged();
+}
+
+} // namespace hopsel

@@ -1,0 +1,28 @@
+// Which input methods of this user give Latin letters at first: a toggle to them seems to do nothing.
+//
+// Made by start-up and shared with the catalog of the session. Reads the settings of IBus's engines and of
+// Fcitx5's methods at each question; the storage tells of changes on the session bus, files are looked at by
+// `check`. Main thread.
+#pragma once
+
+#include "platform/linux/bus/bus_link.h"
+#include "platform/linux/sources/source_limits.h"
+
+#include <map>
+#include <memory>
+
+namespace hopsel {
+
+class LatinStart final : public SourceLimits {
+  public:
+    explicit LatinStart(std::shared_ptr<BusLink> sessionBus);
+
+    SourceLimit limitOf(const std::string& id) override;
+    void check() override;
+
+  private:
+    std::map<std::string, SourceLimit> told_;
+    BusSubscription changes_;
+};
+
+} // namespace hopsel

@@ -1,0 +1,28 @@
+// What a person should know of a source before a rule relies on it: the seam between the catalog of the
+// session, which adds it to what frameworks list, and who reads the settings of input methods. Main thread.
+#pragma once
+
+#include "core/platform/input_source.h"
+
+#include <functional>
+#include <string>
+
+namespace hopsel {
+
+class SourceLimits {
+  public:
+    SourceLimits() = default;
+    SourceLimits(const SourceLimits&) = delete;
+    SourceLimits& operator=(const SourceLimits&) = delete;
+    virtual ~SourceLimits() = default;
+
+    /// As it is set now. `id` as frameworks name their sources.
+    virtual SourceLimit limitOf(const std::string& id) = 0;
+    /// Looks whether what was told last is still so, where nothing tells of changes.
+    virtual void check() {}
+
+    /// What was told last is so no more. Called from the event loop or by `check`.
+    std::function<void()> onChanged;
+};
+
+} // namespace hopsel
