@@ -109,6 +109,7 @@ LinuxLaunch::LinuxLaunch()
       accessibility_(accessibilityVariable) {
     LinuxPlatform::requireSession(); // without it the toolkit would end in a crash report
     useWayland();
+    if (!session_kind::isGnomeWayland()) guard_ = KeyboardGuard::start();
     refuseBusOfOurOwn();
     reachFcitxAsIbus();
     refuseWhatHangs();

@@ -5,8 +5,10 @@
 #pragma once
 
 #include "platform/interface/launch.h"
+#include "platform/linux/x11/keyboard_guard.h"
 
 #include <QByteArray>
+#include <memory>
 
 namespace hopsel {
 
@@ -30,6 +32,7 @@ class LinuxLaunch final : public Launch {
     void finished() override;
 
   private:
+    std::shared_ptr<KeyboardGuard> guard_;
     HiddenVariable busAddress_;
     HiddenVariable desktop_;
     HiddenVariable inputMethod_;

@@ -39,6 +39,12 @@ class Session : public testing::Test {
         }
         return true;
     }
+    bool shiftSpaceSwitchesTo(int group) {
+        const Deadline deadline(patience);
+        do typeShiftSpace();
+        while (!layouts.waitForGroup(group, 400ms) && !deadline.hasPassed());
+        return layouts.lockedGroup() == group;
+    }
     void typeShiftSpace() {
         keyboard.press(key::leftShift);
         keyboard.tap(key::space);
@@ -85,6 +91,41 @@ TEST_F(Session, KilledWhileASwallowedKeyIsHeldItLeavesAWorkingKeyboard) {
     expectPlainKeyboard();
     const auto another = program.startAnother();
     EXPECT_TRUE(tapsUntilGroup(1)) << "the lock of a killed copy does not count";
+}
+
+TEST_F(Session, StoppedWithAKeyToDecideOnItGivesTheKeyboardBackAndTakesItAgain) {
+    HopselProgram program(HOPSEL_EXECUTABLE, twoRules);
+    ASSERT_TRUE(tapsUntilGroup(1));
+    ASSERT_TRUE(shiftSpaceSwitchesTo(0));
+    for (const bool isInTheMiddle : {false, true}) {
+        if (isInTheMiddle) { // of a hold, for which every key waits
+            keyboard.press(key::leftShift);
+            keyboard.press(key::space);
+            ASSERT_TRUE(layouts.waitForGroup(1, patience));
+        }
+        program.process().kill(SIGSTOP);
+        window->records();
+        window->clear();
+        const double start = monotonicSeconds();
+        if (isInTheMiddle) {
+            keyboard.release(key::space);
+            keyboard.release(key::leftShift);
+        } else {
+            typeShiftSpace();
+        }
+        keyboard.tap(key::a);
+        EXPECT_TRUE(window->waitFor([](const auto& records) {
+            return std::any_of(records.begin(), records.end(),
+                               [](const XRecord& each) { return each.code == key::a; });
+        }));
+        RecordProperty("keyboardBackAfterMilliseconds",
+                       static_cast<int>((monotonicSeconds() - start) * 1000));
+        expectPlainKeyboard();
+        program.process().kill(SIGCONT);
+        EXPECT_TRUE(program.process().waitForLine("the keyboard was given back", patience));
+        EXPECT_TRUE(tapsUntilGroup(1));
+        EXPECT_TRUE(shiftSpaceSwitchesTo(0));
+    }
 }
 
 TEST_F(Session, ItEndsWithTheServerAndSaysSo) {

@@ -23,7 +23,7 @@ using namespace std::chrono_literals;
 constexpr auto refreshDelay = 200ms;
 
 /// A connection that is lost again so soon is somebody's doing: whoever started us starts us again, later.
-constexpr double tooSoon = 1;
+constexpr double tooSoon = 0.5;
 
 /// Sequence numbers wrap around.
 bool isEarlier(std::uint32_t a, std::uint32_t b) { return static_cast<std::int32_t>(a - b) < 0; }
@@ -40,16 +40,15 @@ const xcb_xkb_state_notify_event_t& asXkbState(const xcb_generic_event_t& event)
 
 } // namespace
 
-X11KeyHook::X11KeyHook(Clock clock) : clock_(std::move(clock)) {
+X11KeyHook::X11KeyHook(Clock clock, std::shared_ptr<KeyboardGuard> guard)
+    : clock_(std::move(clock)), guard_(std::move(guard)) {
     refreshTimer_.setSingleShot(true);
     QObject::connect(&refreshTimer_, &QTimer::timeout, &refreshTimer_, [this] { refreshKeyboard(); });
 }
 
 X11KeyHook::~X11KeyHook() = default;
 
-std::array<std::uint32_t, 2> X11KeyHook::handles() const {
-    return {session_->primary.handle(), session_->helper.handle()};
-}
+std::array<std::uint32_t, 2> X11KeyHook::handles() const { return session_->handles(); }
 
 void X11KeyHook::startListening(Listener listener) {
     if (!session_) open();
@@ -133,6 +132,7 @@ void X11KeyHook::closeIfUnused() {
 }
 
 void X11KeyHook::close() {
+    if (guard_) guard_->rest();
     refreshTimer_.stop();
     session_.reset();
     pending_.clear();
@@ -143,6 +143,7 @@ void X11KeyHook::close() {
 
 void X11KeyHook::lose() {
     close();
+    if (guard_ && guard_->hasCut() && onGivenBack) onGivenBack();
     const bool isOpenAgain = reopen();
     if (!isOpenAgain) {
         listener_ = nullptr;
@@ -172,6 +173,7 @@ void X11KeyHook::dispatch() {
         isDispatching_ = true;
         const bool handledOne = step();
         isDispatching_ = false;
+        if (guard_ && pending_.empty()) guard_->handled(lastKey_);
         if (!handledOne) break;
         // Between two events what was put off may run, even the event loop, which may call this again.
         if (onHandled) onHandled();
@@ -244,8 +246,11 @@ bool X11KeyHook::handleXInput(X11Connection& connection, const xcb_generic_event
     const auto& generic = reinterpret_cast<const xcb_ge_generic_event_t&>(event);
     if (eventType(event) != XCB_GE_GENERIC || generic.extension != session_->xinputOpcode) return false;
     switch (generic.event_type) {
-    case XCB_INPUT_RAW_KEY_PRESS: onRawKey(asRawKey(event), true); break;
-    case XCB_INPUT_RAW_KEY_RELEASE: onRawKey(asRawKey(event), false); break;
+    case XCB_INPUT_RAW_KEY_PRESS:
+    case XCB_INPUT_RAW_KEY_RELEASE:
+        lastKey_ = lastKey_.next(asRawKey(event).time);
+        onRawKey(asRawKey(event), generic.event_type == XCB_INPUT_RAW_KEY_PRESS);
+        break;
     case XCB_INPUT_RAW_BUTTON_PRESS: onRawButton(); break;
     case XCB_INPUT_KEY_PRESS: onGrabbedKey(connection, asKey(event), true); break;
     case XCB_INPUT_KEY_RELEASE: onGrabbedKey(connection, asKey(event), false); break;
@@ -322,6 +327,7 @@ void X11KeyHook::installGrabs() {
     taken_ = session_->grabs.install(shortcuts_, meanings_, session_->masters);
     if (!taken_.empty() && taken_.size() == shortcuts_.size())
         throw std::runtime_error("other programs have grabbed every key combination of the rules");
+    if (guard_ && !shortcuts_.empty()) guard_->watch(session_->handles());
 }
 
 void X11KeyHook::refreshLater() {

@@ -17,6 +17,7 @@
 #include "core/keys/key_event.h"
 #include "core/keys/shortcut_key.h"
 #include "platform/linux/keys/held_keys.h"
+#include "platform/linux/x11/keyboard_guard.h"
 #include "platform/linux/x11/x11_connection.h"
 #include "platform/linux/x11/x11_own_posts.h"
 #include "platform/linux/x11/x11_pending_keys.h"
@@ -42,7 +43,8 @@ class X11KeyHook {
     /// True swallows the key.
     using Filter = std::function<bool(const ShortcutInput&)>;
 
-    explicit X11KeyHook(Clock clock);
+    /// The guard, if there is one, is told what is filtered and dealt with.
+    explicit X11KeyHook(Clock clock, std::shared_ptr<KeyboardGuard> guard = nullptr);
     ~X11KeyHook();
     X11KeyHook(const X11KeyHook&) = delete;
     X11KeyHook& operator=(const X11KeyHook&) = delete;
@@ -94,6 +96,8 @@ class X11KeyHook {
     /// A connection broke, and what was pressed meanwhile is unknown. Says whether all goes on over new ones;
     /// else the hook is closed already.
     std::function<void(bool isOpenAgain)> onLost;
+    /// Before that: it was the guard's doing, as a key had not been dealt with for a second.
+    std::function<void()> onGivenBack;
     /// No combination can be filtered any more (other programs took them); the filter is off already.
     std::function<void()> onFilterLost;
     /// `takenShortcuts` changed by itself.
@@ -143,6 +147,8 @@ class X11KeyHook {
     KeyMeaning meaning(XKeyCode key) const { return {meanings_.modifier(key), meanings_.isCapsLock(key)}; }
 
     Clock clock_;
+    std::shared_ptr<KeyboardGuard> guard_;
+    KeyMoment lastKey_;
     std::unique_ptr<X11KeyHookSession> session_;
     QTimer refreshTimer_;
     Listener listener_;

@@ -6,6 +6,8 @@
 #include "platform/linux/x11/x11_key_hold.h"
 
 #include <QSocketNotifier>
+#include <array>
+#include <cstdint>
 #include <vector>
 
 namespace hopsel {
@@ -22,6 +24,8 @@ struct X11KeyHookSession {
         primary.flush();
         helper.flush();
     }
+    /// By which the server can be asked to cut the two.
+    std::array<std::uint32_t, 2> handles() { return {primary.handle(), helper.handle()}; }
     /// The master keyboard of this id, with its pointer.
     MasterKeyboard master(XDeviceId keyboard) const;
 

@@ -1,5 +1,6 @@
 #include "platform/linux/x11/x11_key_session.h"
 
+#include "platform/linux/x11/keyboard_guard.h"
 #include "platform/linux/x11/x11_guest_key_sender.h"
 #include "platform/linux/x11/x11_keymap.h"
 #include "platform/linux/x11/x11_permissions.h"
@@ -12,11 +13,16 @@ namespace hopsel {
 X11KeySession::X11KeySession(X11KeyHook::Clock clock, std::function<void(double)> runLoop, Log& log)
     : runLoop_(std::move(runLoop)),
       log_(log),
-      hook_(std::make_shared<X11KeyHook>(std::move(clock))),
+      hook_(std::make_shared<X11KeyHook>(std::move(clock), KeyboardGuard::ofThisProcess())),
       listenSource_(std::make_shared<X11ListenSource>(
           hook_, X11TapGuard::keyFor(qEnvironmentVariable("XDG_CURRENT_DESKTOP")))) {
     hook_->onHandled = [this] {
         if (onHandled) onHandled();
+    };
+    hook_->onGivenBack = [this] {
+        log_.write(Log::Level::error, "Keys",
+                   "stood still for a second while a key waited: the keyboard was given back, and is taken "
+                   "again now");
     };
     listenSource_->onModifierDown = [this] {
         if (onModifierDown) onModifierDown();
