@@ -42,9 +42,9 @@ bool KeyFilter::workOff(Waiting& item) {
         if (!passes) return false;
         if (*passes) item.passing.push_back(event);
     }
+    pass(*item.keyboard, keyboard, item.passing);
     // A tap during which events were lost may have been none.
     if (item.frame.isRecovered) tellHeld();
-    pass(*item.keyboard, keyboard, item.passing);
     return true;
 }
 

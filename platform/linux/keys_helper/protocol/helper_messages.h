@@ -50,7 +50,7 @@ struct Welcome {
 
 enum class Filter : std::uint8_t {
     off,     ///< nothing is declared, or the filter has been ended
-    waiting, ///< some keyboard is not filtered yet: a key is down, or its mirror is too new
+    waiting, ///< some keyboard is yet to be taken or given back: a key is down, or its mirror is too new
     on,      ///< every keyboard that can be read is filtered
 };
 /// After the greeting and with every change.

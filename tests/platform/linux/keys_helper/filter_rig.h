@@ -28,9 +28,6 @@ class FilterRig final : public KeyFilter::Output {
     std::string desktop(KeyboardId keyboard = 1);
     std::string told();
 
-    static std::uint16_t code(std::string_view name);
-    static std::uint16_t position(std::uint16_t linuxCode);
-
     KeyFilter filter;
 
   private:
