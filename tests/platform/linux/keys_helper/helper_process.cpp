@@ -40,6 +40,7 @@ std::array<int, 2> connectedSockets() {
 pid_t startHelper(std::vector<std::string> words, int descriptor, void (*prepare)()) {
     words.insert(words.begin(), HOPSEL_KEYS);
     std::vector<char*> pointers;
+    pointers.reserve(words.size() + 1);
     for (std::string& word : words) pointers.push_back(word.data());
     pointers.push_back(nullptr);
     const pid_t id = fork();
@@ -71,7 +72,7 @@ void end(pid_t id) {
 
 HelperPeer::HelperPeer(const std::string& path) : socket_(socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0)) {
     const sockaddr_un address = addressOf(path);
-    if (connect(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
+    if (socket_ < 0 || connect(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
         throw std::runtime_error("nobody listens at " + path);
 }
 
@@ -144,7 +145,8 @@ int HelperProcess::waitForExit() { return exitOf(std::exchange(id_, -1)); }
 HelperService::HelperService(std::string path)
     : path_(std::move(path)), listening_(socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0)) {
     const sockaddr_un address = addressOf(path_);
-    if (bind(listening_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
+    if (listening_ < 0 ||
+        bind(listening_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
         listen(listening_, 8) != 0)
         throw std::runtime_error("no socket at " + path_);
 }

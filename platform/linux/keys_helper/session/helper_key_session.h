@@ -1,0 +1,49 @@
+// The keys of a Wayland session through the key helper, where the compositor shows nobody its keys.
+//
+// Owned by the Linux platform; the log outlives it. Without the helper nothing is heard, and it is said why
+// and what mends it.
+#pragma once
+
+#include "core/platform/log.h"
+#include "platform/linux/keys/key_session.h"
+#include "platform/linux/keys_helper/session/helper_link.h"
+#include "platform/linux/keys_helper/session/helper_listen_source.h"
+#include "platform/linux/keys_helper/session/helper_shortcut_source.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace hopsel {
+
+class HelperKeySession final : public KeySession {
+  public:
+    /// `clock` as the engine's: seconds of the monotonic clock.
+    HelperKeySession(HelperPlaces places, HelperListenSource::Clock clock, Log& log);
+    ~HelperKeySession() override;
+
+    std::shared_ptr<EventSource> listenSource() override { return listenSource_; }
+    std::shared_ptr<ShortcutSource> shortcutSource() override { return shortcutSource_; }
+    /// The helper posts no keys for anybody.
+    std::shared_ptr<GuestKeySending> guestKeySender() override { return nullptr; }
+    std::shared_ptr<Permissions> permissions() override;
+    std::string listeningFailure() const override { return link_->failure(); }
+    /// The helper tells by itself when keys may have been lost; it serves the session that is in front.
+    void resynchronise() override { link_->forgetFailure(); }
+
+    /// What the told keys mean to the keymap; those of a plain keyboard until told.
+    void setMeanings(const told_keys::Meanings& meanings);
+
+  private:
+    void take(const std::vector<to_session::Message>& messages);
+    void take(const to_session::Message& message);
+    void told(const to_session::State& state);
+
+    Log& log_;
+    std::shared_ptr<HelperLink> link_;
+    std::shared_ptr<HelperListenSource> listenSource_;
+    std::shared_ptr<HelperShortcutSource> shortcutSource_;
+    std::string toldUnreadable_;
+};
+
+} // namespace hopsel
