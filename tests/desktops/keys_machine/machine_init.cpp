@@ -30,7 +30,8 @@ int main() {
     mount("proc", "/proc", "proc", 0, "");
     mount("sys", "/sys", "sysfs", 0, "");
     const int console = open("/dev/console", O_RDWR);
-    for (const int stream : {0, 1, 2}) dup2(console, stream);
+    if (console >= 0)
+        for (const int stream : {0, 1, 2}) dup2(console, stream);
     // Random keys may be Control, Alt and Delete.
     reboot(LINUX_REBOOT_CMD_CAD_OFF);
     for (const int signal : {SIGINT, SIGWINCH}) std::signal(signal, SIG_IGN);

@@ -67,6 +67,7 @@ std::optional<std::vector<std::string>> PlayedHelper::declared() {
     const auto* declare = message ? std::get_if<to_helper::Declare>(&*message) : nullptr;
     if (declare == nullptr) return std::nullopt;
     std::vector<std::string> words;
+    words.reserve(declare->declaration.combinations.size());
     for (const ShortcutKey& combination : declare->declaration.combinations)
         words.push_back(combination.storageString());
     return words;
