@@ -6,6 +6,7 @@
 #include "platform/linux/bus/bus_probe.h"
 #include "platform/linux/ibus/ibus_address.h"
 #include "platform/linux/linux_platform.h"
+#include "platform/posix/open_files.h"
 #include "ui/design/symbols.h"
 
 #include <QAccessible>
@@ -27,6 +28,8 @@ namespace hopsel {
 namespace {
 
 constexpr const char* accessibilityVariable = "AT_SPI_BUS_ADDRESS";
+/// Some twenty are open when everything runs; windows, frameworks and what is started take more.
+constexpr int openFiles = 64;
 /// An address of a bus that leads nowhere, at once.
 constexpr const char* nowhere = "disabled:";
 
@@ -107,6 +110,7 @@ LinuxLaunch::LinuxLaunch()
       inputMethod_("QT_IM_MODULE"),
       windows_("QT_QPA_PLATFORM"),
       accessibility_(accessibilityVariable) {
+    posix::requireOpenFiles(openFiles);
     LinuxPlatform::requireSession(); // without it the toolkit would end in a crash report
     useWayland();
     if (!session_kind::isGnomeWayland()) guard_ = KeyboardGuard::start();

@@ -1,72 +1,16 @@
 // The program as its user meets it, in a real X session.
 #include "core/rules/temporary_folder.h"
-#include "session/hopsel_program.h"
-#include "session/x_keyboard.h"
-#include "session/x_layouts.h"
-#include "session/x_server.h"
-#include "session/x_window.h"
+#include "program_session.h"
 
 #include <algorithm>
 #include <csignal>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
 
-using namespace hopsel::session;
-using namespace std::chrono_literals;
+using namespace hopsel::test;
 using testing::HasSubstr;
 
 namespace {
-
-constexpr auto patience = 10s;
-
-class Session : public testing::Test {
-  protected:
-    Session() {
-        setLayouts("us,ru");
-        server.startWindowManager();
-        server.startPanel();
-        window = std::make_unique<XTestWindow>();
-    }
-
-    bool tapsUntilGroup(int group) {
-        const Deadline deadline(patience);
-        while (!layouts.waitForGroup(group, 400ms)) {
-            if (deadline.hasPassed()) return false;
-            keyboard.tap(key::rightSuper);
-        }
-        return true;
-    }
-    bool shiftSpaceSwitchesTo(int group) {
-        const Deadline deadline(patience);
-        do typeShiftSpace();
-        while (!layouts.waitForGroup(group, 400ms) && !deadline.hasPassed());
-        return layouts.lockedGroup() == group;
-    }
-    void typeShiftSpace() {
-        keyboard.press(key::leftShift);
-        keyboard.tap(key::space);
-        keyboard.release(key::leftShift);
-    }
-    /// A keyboard on which nothing is grabbed, swallowed or stuck.
-    void expectPlainKeyboard() {
-        layouts.lockGroup(0);
-        window->records();
-        window->clear();
-        typeShiftSpace();
-        keyboard.tap(key::rightSuper);
-        keyboard.tap(key::a);
-        EXPECT_TRUE(window->waitForText(" a"));
-        EXPECT_EQ(layouts.lockedGroup(), 0);
-    }
-
-    XServer server;
-    XLayouts layouts;
-    XKeyboard keyboard;
-    std::unique_ptr<XTestWindow> window;
-};
 
 TEST_F(Session, EndsInOrderAndLeavesThePlainKeyboard) {
     for (const int signal : {SIGTERM, SIGINT}) {
@@ -136,28 +80,6 @@ TEST_F(Session, ItEndsWithTheServerAndSaysSo) {
     EXPECT_EQ(program.process().waitForExit(patience), 1);
 }
 
-TEST_F(Session, ASignalEndsItWithinASecondAlsoWhenABusNeverGreets) {
-    const TemporaryFolder folder;
-    const int silent = socket(AF_UNIX, SOCK_STREAM, 0);
-    ASSERT_GE(silent, 0);
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    const std::string path = (folder.path() / "bus").string();
-    path.copy(address.sun_path, sizeof(address.sun_path) - 1);
-    ASSERT_EQ(bind(silent, reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
-    ASSERT_EQ(listen(silent, 64), 0);
-    const char* previous = std::getenv("DBUS_SESSION_BUS_ADDRESS");
-    const std::string before = previous == nullptr ? "" : previous;
-    setenv("DBUS_SESSION_BUS_ADDRESS", ("unix:path=" + path).c_str(), 1);
-    HopselProgram program(HOPSEL_EXECUTABLE, twoRules);
-    EXPECT_TRUE(tapsUntilGroup(1)) << "it does not wait for the bus";
-    program.process().kill(SIGTERM);
-    EXPECT_TRUE(program.process().waitForExit(5s));
-    previous == nullptr ? unsetenv("DBUS_SESSION_BUS_ADDRESS")
-                        : setenv("DBUS_SESSION_BUS_ADDRESS", before.c_str(), 1);
-    close(silent);
-}
-
 TEST_F(Session, FilesThatItMustNotTouchAreNamedInOneLineAndStay) {
     const std::pair<std::string, std::string> cases[] = {
         {"{\"schemaVersion\" : 1, \"rules\" : [,]}", "cannot be read; a copy is at"},
@@ -216,6 +138,18 @@ TEST(NoSession, SaysWhatIsMissingAndLeaves) {
         EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 1);
         EXPECT_EQ(program.waitForExit(patience), 1);
     }
+}
+
+// It would start, and hear no key.
+TEST(NoSession, WithFewOpenFilesItSaysSoAndLeaves) {
+    ChildProcess::Options options;
+    options.program = "prlimit";
+    options.package = "util-linux";
+    options.arguments = {"--nofile=18:18", HOPSEL_EXECUTABLE};
+    options.errors = ChildProcess::Output::capture;
+    ChildProcess program(options);
+    EXPECT_THAT(program.readAll(patience), HasSubstr("more files can be open, and 64 are needed"));
+    EXPECT_EQ(program.waitForExit(patience), 1);
 }
 
 } // namespace
