@@ -141,6 +141,7 @@ class AppModel final : public ObservableObject {
     /// As if a trigger for the two sources had been pressed; told by events that bear `name`. False when the
     /// engine is not running.
     bool requestSwitch(const std::string& name, const InputSourceRef& a, const InputSourceRef& b);
+    void selectSource(const std::string& id) { requestSwitch("menu", {id, id}, {id, id}); }
     /// Hears every event of the engine, after the state has taken it in.
     std::function<void(const EngineEvent&)> onEngineEvent;
 

@@ -105,6 +105,10 @@ MenuState AppModel::menuState() const {
     state.currentInputName = currentSourceName();
     for (const Rule& rule : rules_) state.ruleLines.push_back(ruleLine(rule));
     state.takenCombinations = takenCombinations();
+    const std::vector<InputSourceInfo> choices = selectableSources();
+    if (choices.size() > 1 && std::holds_alternative<engine_state::Running>(engineState_))
+        for (const InputSourceInfo& source : choices)
+            state.sources.push_back({source.id, source.name, source.id == currentSourceID_});
     state.launchAtLogin = launchStatus_ == LoginItemStatus::enabled;
     return state;
 }

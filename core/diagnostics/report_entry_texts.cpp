@@ -27,7 +27,9 @@ std::string keyText(const KeyEventKind& kind) {
             [](const key_event_kind::ModifierUp& up) { return "modifier 뗌 " + name(up.key); },
             [](const key_event_kind::KeyDown&) { return std::string("기타 키 누름"); },
             [](const key_event_kind::KeyUp&) { return std::string("기타 키 뗌"); },
-            [](const key_event_kind::MouseDown&) { return std::string("마우스 클릭"); },
+            [](const key_event_kind::MouseDown& down) {
+                return std::string(down.isWheel ? "마우스 휠" : "마우스 클릭");
+            },
         },
         kind);
 }

@@ -55,6 +55,7 @@ std::optional<KeyEvent> EventNormalizer::normalize(const RawEvent& raw) {
     case RawEventType::keyDown: kind = key_event_kind::KeyDown{}; break;
     case RawEventType::keyUp: kind = key_event_kind::KeyUp{}; break;
     case RawEventType::mouseDown: kind = key_event_kind::MouseDown{}; break;
+    case RawEventType::wheelStep: kind = key_event_kind::MouseDown{true}; break;
     }
     resync(raw.flags);
     if (!kind) return std::nullopt;

@@ -12,7 +12,7 @@
 
 namespace hopsel {
 
-enum class RawEventType : std::uint8_t { flagsChanged, keyDown, keyUp, mouseDown };
+enum class RawEventType : std::uint8_t { flagsChanged, keyDown, keyUp, mouseDown, wheelStep };
 
 struct RawEvent {
     RawEventType type = RawEventType::keyDown;
@@ -38,6 +38,7 @@ struct KeyUp {
     friend bool operator==(const KeyUp&, const KeyUp&) = default;
 };
 struct MouseDown {
+    bool isWheel = false; ///< a step of the wheel: it ends a tap like a click
     friend bool operator==(const MouseDown&, const MouseDown&) = default;
 };
 } // namespace key_event_kind

@@ -24,7 +24,9 @@ std::string keyText(const KeyEventKind& kind) {
             [](const key_event_kind::ModifierUp& up) { return keyName(up.key) + in(" 뗌", " released"); },
             [](const key_event_kind::KeyDown&) { return in("다른 키 누름", "Another key pressed"); },
             [](const key_event_kind::KeyUp&) { return in("다른 키 뗌", "Another key released"); },
-            [](const key_event_kind::MouseDown&) { return in("마우스 클릭", "Mouse click"); },
+            [](const key_event_kind::MouseDown& down) {
+                return down.isWheel ? in("마우스 휠", "Mouse wheel") : in("마우스 클릭", "Mouse click");
+            },
         },
         kind);
 }

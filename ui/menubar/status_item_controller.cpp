@@ -17,7 +17,8 @@ void call(const std::function<void()>& callback) {
 StatusItemController::StatusItemController(AppModel& model, std::unique_ptr<TrayHosting> host)
     : model_(model),
       menu_([this] { return menu_builder::items(model_.menuState()); },
-            [this](MenuAction action) { perform(action); }),
+            [this](MenuAction action) { perform(action); },
+            [this](const std::string& id) { model_.selectSource(id); }),
       host_(std::move(host)) {
     menu_.installEventFilter(this); // a window that hears of a new palette
     model_.observe(this, [this] { refresh(); });

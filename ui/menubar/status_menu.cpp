@@ -1,6 +1,7 @@
 #include "ui/menubar/status_menu.h"
 
 #include "core/base/overloaded.h"
+#include "model/texts/l10n.h"
 #include "ui/design/colors.h"
 #include "ui/design/text.h"
 #include "ui/menubar/menu_label.h"
@@ -68,9 +69,38 @@ std::optional<MenuAction> actionOf(const MenuItemSpec& spec) {
     return std::nullopt;
 }
 
+/// The identifiers of the sources to choose from.
+std::vector<std::string> choicesOf(const MenuItemSpec& spec) {
+    std::vector<std::string> ids;
+    if (const auto* sources = std::get_if<menu_item::Sources>(&spec))
+        for (const menu_item::Source& source : sources->choices) ids.push_back(source.id);
+    return ids;
+}
+
+/// A menu is read at a glance: of very many rules only the first are in it.
+std::vector<MenuItemSpec> withoutTooManyLines(std::vector<MenuItemSpec> specs) {
+    constexpr std::ptrdiff_t most = 10;
+    const auto isInfo = [](const MenuItemSpec& spec) {
+        return std::holds_alternative<menu_item::Info>(spec);
+    };
+    auto first = std::find_if(specs.begin(), specs.end(), isInfo);
+    while (first != specs.end()) {
+        const auto end = std::find_if_not(first, specs.end(), isInfo);
+        if (const auto count = end - first; count > most) {
+            const auto kept = first + most - 1;
+            *kept = menu_item::Info{l10n::t(l10n::Key::menuMoreRules, {std::to_string(count - most + 1)})};
+            specs.erase(kept + 1, end);
+            break;
+        }
+        first = std::find_if(end, specs.end(), isInfo);
+    }
+    return specs;
+}
+
 bool haveSameShape(const std::vector<MenuItemSpec>& a, const std::vector<MenuItemSpec>& b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const auto& one, const auto& other) {
-        return one.index() == other.index() && actionOf(one) == actionOf(other);
+        return one.index() == other.index() && actionOf(one) == actionOf(other) &&
+               choicesOf(one) == choicesOf(other);
     });
 }
 
@@ -87,6 +117,15 @@ void fill(const MenuItemSpec& spec, QAction& item) {
                        item.setText(itemText(status.text));
                        item.setIcon(dot(dotColor(status.level)));
                    },
+                   [&](const menu_item::Sources& sources) {
+                       item.setText(itemText(sources.title));
+                       const QList<QAction*> choices = item.menu()->actions();
+                       for (std::size_t i = 0; i < sources.choices.size(); ++i) {
+                           QAction& choice = *choices[static_cast<qsizetype>(i)];
+                           choice.setText(itemText(sources.choices[i].name));
+                           choice.setChecked(sources.choices[i].isCurrent);
+                       }
+                   },
                    [](const menu_item::Separator&) {},
                },
                spec);
@@ -96,15 +135,15 @@ void fill(const MenuItemSpec& spec, QAction& item) {
 
 } // namespace
 
-StatusMenu::StatusMenu(Read read, OnAction onAction)
-    : read_(std::move(read)), onAction_(std::move(onAction)) {
+StatusMenu::StatusMenu(Read read, OnAction onAction, OnSource onSource)
+    : read_(std::move(read)), onAction_(std::move(onAction)), onSource_(std::move(onSource)) {
     setAccessibleName(QStringLiteral("Hopsel"));
     connect(this, &QMenu::aboutToShow, this, &StatusMenu::refresh);
     refresh();
 }
 
 void StatusMenu::refresh() {
-    std::vector<MenuItemSpec> specs = read_();
+    std::vector<MenuItemSpec> specs = withoutTooManyLines(read_());
     const bool isNew = !haveSameShape(specs, shown_);
     if (isNew) rebuild(specs);
     const QList<QAction*> items = actions();
@@ -112,7 +151,9 @@ void StatusMenu::refresh() {
         QAction& item = *items[static_cast<qsizetype>(i)];
         // A click has turned the check mark by itself, whatever came of it.
         const auto* toggle = std::get_if<menu_item::Toggle>(&specs[i]);
-        if (isNew || specs[i] != shown_[i] || (toggle != nullptr && item.isChecked() != toggle->isOn))
+        const bool hasChoices = std::holds_alternative<menu_item::Sources>(specs[i]);
+        if (isNew || hasChoices || specs[i] != shown_[i] ||
+            (toggle != nullptr && item.isChecked() != toggle->isOn))
             fill(specs[i], item);
     }
     shown_ = std::move(specs);
@@ -125,6 +166,10 @@ void StatusMenu::showLabels() {
 }
 
 QAction* StatusMenu::addItem(const MenuItemSpec& spec) {
+    if (const auto* sources = std::get_if<menu_item::Sources>(&spec)) {
+        rebuildSources(*sources);
+        return addMenu(sources_.get());
+    }
     if (!hasLabels_ || actionOf(spec) || std::holds_alternative<menu_item::Separator>(spec))
         return addAction(QString());
     auto* item = new QWidgetAction(this);
@@ -135,6 +180,7 @@ QAction* StatusMenu::addItem(const MenuItemSpec& spec) {
 
 void StatusMenu::rebuild(const std::vector<MenuItemSpec>& specs) {
     clear();
+    sources_.reset();
     for (const MenuItemSpec& spec : specs) {
         QAction* item = addItem(spec);
         item->setMenuRole(QAction::NoRole); // nothing moves to an application menu because of its words
@@ -142,7 +188,7 @@ void StatusMenu::rebuild(const std::vector<MenuItemSpec>& specs) {
         item->setCheckable(std::holds_alternative<menu_item::Toggle>(spec));
         if (const auto action = actionOf(spec))
             connect(item, &QAction::triggered, this, [this, what = *action] { perform(what); });
-        else
+        else if (item->menu() == nullptr)
             item->setEnabled(false);
         QFont font = item->font();
         if (std::holds_alternative<menu_item::Header>(spec)) {
@@ -154,9 +200,25 @@ void StatusMenu::rebuild(const std::vector<MenuItemSpec>& specs) {
     }
 }
 
-void StatusMenu::perform(MenuAction action) {
-    // Ahead of the action, which may end this menu.
+void StatusMenu::rebuildSources(const menu_item::Sources& sources) {
+    sources_ = std::make_unique<QMenu>();
+    for (const menu_item::Source& source : sources.choices) {
+        QAction* choice = sources_->addAction(QString());
+        choice->setMenuRole(QAction::NoRole);
+        choice->setCheckable(true);
+        connect(choice, &QAction::triggered, this, [this, id = source.id] {
+            refreshLater();
+            onSource_(id);
+        });
+    }
+}
+
+void StatusMenu::refreshLater() {
     QMetaObject::invokeMethod(this, &StatusMenu::refresh, Qt::QueuedConnection);
+}
+
+void StatusMenu::perform(MenuAction action) {
+    refreshLater(); // ahead of the action, which may end this menu
     onAction_(action);
 }
 
@@ -165,7 +227,7 @@ void StatusMenu::initStyleOption(QStyleOptionMenuItem* option, const QAction* ac
     const qsizetype index = actions().indexOf(action);
     if (index < 0 || static_cast<std::size_t>(index) >= shown_.size()) return;
     const MenuItemSpec& spec = shown_[static_cast<std::size_t>(index)];
-    if (actionOf(spec)) return;
+    if (actionOf(spec) || std::holds_alternative<menu_item::Sources>(spec)) return;
     // What only informs is not greyed out like something that could be clicked at another time.
     const QColor color = design::color(textTone(spec), QApplication::palette());
     for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})

@@ -14,6 +14,8 @@
 
 #include <QMenu>
 #include <functional>
+#include <memory>
+#include <string>
 #include <vector>
 
 namespace hopsel {
@@ -22,8 +24,9 @@ class StatusMenu final : public QMenu {
   public:
     using Read = std::function<std::vector<MenuItemSpec>()>;
     using OnAction = std::function<void(MenuAction)>;
+    using OnSource = std::function<void(const std::string& id)>;
 
-    StatusMenu(Read read, OnAction onAction);
+    StatusMenu(Read read, OnAction onAction, OnSource onSource);
 
     void refresh();
     /// As if it had been clicked.
@@ -37,9 +40,13 @@ class StatusMenu final : public QMenu {
   private:
     void rebuild(const std::vector<MenuItemSpec>& specs);
     QAction* addItem(const MenuItemSpec& spec);
+    void rebuildSources(const menu_item::Sources& sources);
+    void refreshLater();
 
     Read read_;
     OnAction onAction_;
+    OnSource onSource_;
+    std::unique_ptr<QMenu> sources_; ///< the menu below this one
     std::vector<MenuItemSpec> shown_;
     bool hasLabels_ = false;
 };

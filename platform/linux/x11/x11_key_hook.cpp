@@ -251,7 +251,7 @@ bool X11KeyHook::handleXInput(X11Connection& connection, const xcb_generic_event
         lastKey_ = lastKey_.next(asRawKey(event).time);
         onRawKey(asRawKey(event), generic.event_type == XCB_INPUT_RAW_KEY_PRESS);
         break;
-    case XCB_INPUT_RAW_BUTTON_PRESS: onRawButton(); break;
+    case XCB_INPUT_RAW_BUTTON_PRESS: onRawButton(asRawKey(event).detail); break;
     case XCB_INPUT_KEY_PRESS: onGrabbedKey(connection, asKey(event), true); break;
     case XCB_INPUT_KEY_RELEASE: onGrabbedKey(connection, asKey(event), false); break;
     case XCB_INPUT_HIERARCHY: refreshLater(); break;

@@ -134,7 +134,7 @@ class X11KeyHook {
 
     // x11_key_hook_keys.cpp: what becomes of each key
     void onRawKey(const xcb_input_raw_key_press_event_t& event, bool press);
-    void onRawButton();
+    void onRawButton(std::uint32_t button);
     void onGrabbedKey(X11Connection& connection, const xcb_input_key_press_event_t& event, bool press);
     void onGrabbedPress(X11Connection& connection, const xcb_input_key_press_event_t& event,
                         const std::optional<X11PendingKey>& raw);
@@ -157,6 +157,7 @@ class X11KeyHook {
     ShortcutSet taken_;
     KeyMeanings meanings_;
     HeldKeys held_;
+    bool isWheelTold_ = false; ///< since the last key
     X11OwnPosts ownPosts_;
     X11PendingKeys pending_;
     std::deque<Barrier> barriers_;

@@ -3,11 +3,16 @@
 #include "platform/linux/x11/x11_key_hook.h"
 #include "platform/linux/x11/x11_key_hook_session.h"
 
+#include <utility>
+
 namespace hopsel {
 
 namespace {
 
 constexpr unsigned firstKeyCode = 8;
+/// Up, down, left, right.
+constexpr std::uint32_t firstWheelButton = 4;
+constexpr std::uint32_t lastWheelButton = 7;
 
 std::uint16_t virtualKeyCode(XKeyCode key) {
     return key_codes::virtualKeyCode(static_cast<std::uint16_t>(key - key_codes::x11Offset));
@@ -19,6 +24,7 @@ bool isKey(std::uint32_t detail) { return detail >= firstKeyCode && detail < Hel
 
 void X11KeyHook::onRawKey(const xcb_input_raw_key_press_event_t& event, bool press) {
     if (!isKey(event.detail)) return;
+    isWheelTold_ = false;
     const auto key = static_cast<XKeyCode>(event.detail);
     X11PendingKey raw{.key = key,
                       .press = press,
@@ -38,9 +44,14 @@ void X11KeyHook::onRawKey(const xcb_input_raw_key_press_event_t& event, bool pre
     if (raw.mayBeGrabbed) placeBarrier();
 }
 
-void X11KeyHook::onRawButton() {
-    // A scroll step is a button press on X11. It counts, or Ctrl+scroll would end as a tap of Control.
-    RawEvent event{.type = RawEventType::mouseDown, .flags = held_.flags(), .timestamp = clock_()};
+void X11KeyHook::onRawButton(std::uint32_t button) {
+    // A step of the wheel is a button press on X11. It counts, or Ctrl+scroll would end as a tap of Control,
+    // but only then, and once: the next ones tell nothing new and would fill the record.
+    const bool isWheel = button >= firstWheelButton && button <= lastWheelButton;
+    if (isWheel && (heldModifiers(held_.flags()).empty() || std::exchange(isWheelTold_, true))) return;
+    RawEvent event{.type = isWheel ? RawEventType::wheelStep : RawEventType::mouseDown,
+                   .flags = held_.flags(),
+                   .timestamp = clock_()};
     if (pending_.empty()) return listen(event);
     pending_.push({.flagsBefore = event.flags, .event = event});
 }

@@ -108,6 +108,21 @@ TEST_F(NotifierPanel, ShowsTheStateAndItsClicksReachTheModel) {
     EXPECT_TRUE(runLoopUntil([&] { return controller->menu()->isVisible(); }));
 }
 
+TEST_F(NotifierPanel, SwitchesToTheSourceThatIsClickedAndListsOnlyTheFirstOfManyRules) {
+    for (std::uint16_t key = 0; key < 40; ++key)
+        model.addRule(trigger::Shortcut{{key, {ModifierKey::leftControl, ModifierKey::leftOption}}},
+                      fakes::korean, fakes::english);
+    startPanel();
+    makeController(little);
+    expectItem();
+    entry("31 more");
+    click("Korean");
+    ASSERT_TRUE(runLoopUntil([&] { return !rig.engine->requested.empty(); }));
+    const auto& asked = std::get<action::Toggle>(rig.engine->requested.back().action);
+    EXPECT_EQ(asked.sourceA.sourceId, fakes::korean.id);
+    EXPECT_EQ(asked.sourceB.sourceId, fakes::korean.id) << "whatever is current";
+}
+
 TEST_F(NotifierPanel, IsPreferredUnlessAnItemOfTheOtherKindHasBeenMade) {
     std::vector<TrayKind> told;
     const auto comes = [&](TrayKind kind) {

@@ -17,7 +17,7 @@ std::string text(const KeyEventKind& kind) {
         std::string operator()(key_event_kind::ModifierUp up) { return "-" + std::string(rawValue(up.key)); }
         std::string operator()(key_event_kind::KeyDown) { return "k+"; }
         std::string operator()(key_event_kind::KeyUp) { return "k-"; }
-        std::string operator()(key_event_kind::MouseDown) { return "click"; }
+        std::string operator()(key_event_kind::MouseDown down) { return down.isWheel ? "wheel" : "click"; }
     };
     return std::visit(Text{}, kind);
 }
