@@ -164,6 +164,7 @@ void AppDelegate::buildWindows() {
     };
     model_->onRequestOnboarding = [this] { showOnboarding(); };
     statusController_ = std::make_unique<StatusItemController>(*model_, platform_->trayHost());
+    indicator_ = std::make_unique<SwitchIndicator>(*model_);
     statusController_->onOpenSettings = [this] { showSettings(); };
     statusController_->onOpenBugReport = [this] { showSettings(SettingsPane::diagnostics); };
     statusController_->onQuit = [] { QCoreApplication::exit(); };

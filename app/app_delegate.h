@@ -11,6 +11,7 @@
 #include "platform/interface/platform.h"
 #include "platform/interface/single_instance.h"
 #include "ui/menubar/status_item_controller.h"
+#include "ui/menubar/switch_indicator.h"
 #include "ui/onboarding/onboarding_window_controller.h"
 #include "ui/settings/settings_window_controller.h"
 
@@ -78,6 +79,7 @@ class AppDelegate {
     std::unique_ptr<SettingsWindowController> settingsController_;
     std::unique_ptr<OnboardingWindowController> onboardingController_;
     std::unique_ptr<StatusItemController> statusController_;
+    std::unique_ptr<SwitchIndicator> indicator_;
     std::unique_ptr<QWidget> runsOnMessage_;
     QTimer retryTimer_;
     std::string saidLast_; ///< about listening; each reason is said once

@@ -12,6 +12,7 @@ AppModel::AppModel(Parts parts)
     : parts_(std::move(parts)),
       engineEnabled_(parts_.preferences->engineEnabled()),
       showSourceLabel_(parts_.preferences->showCurrentSourceLabel()),
+      indicatesSwitches_(parts_.preferences->indicatesSwitches()),
       guardsTaps_(parts_.preferences->guardsTaps()),
       onboardingCompleted_(parts_.preferences->onboardingCompleted()) {
     parts_.engine->setDiagnostics(parts_.diagnostics);
@@ -119,6 +120,12 @@ void AppModel::setEngineEnabled(bool on) {
 void AppModel::setShowSourceLabel(bool on) {
     publish(showSourceLabel_, on);
     parts_.preferences->setShowCurrentSourceLabel(on);
+}
+
+void AppModel::setIndicatesSwitches(bool on) {
+    if (!indicatesSwitches_) return;
+    publish(indicatesSwitches_, std::optional(on));
+    parts_.preferences->setIndicatesSwitches(on);
 }
 
 void AppModel::setGuardsTaps(bool on) {

@@ -141,6 +141,8 @@ class AppModel final : public ObservableObject {
     /// As if a trigger for the two sources had been pressed; told by events that bear `name`. False when the
     /// engine is not running.
     bool requestSwitch(const std::string& name, const InputSourceRef& a, const InputSourceRef& b);
+    /// Those that a person may choose from now; none where there is no choice, or nothing can switch.
+    std::vector<MenuSource> sourceChoices() const;
     void selectSource(const std::string& id) { requestSwitch("menu", {id, id}, {id, id}); }
     /// Hears every event of the engine, after the state has taken it in.
     std::function<void(const EngineEvent&)> onEngineEvent;
@@ -199,6 +201,9 @@ class AppModel final : public ObservableObject {
     LoginItemStatus launchStatus() const { return launchStatus_; }
     const std::optional<StoreProblem>& storeProblem() const { return storeProblem_; }
     bool showSourceLabel() const { return showSourceLabel_; }
+    /// Absent where the platform cannot.
+    std::optional<bool> indicatesSwitches() const { return indicatesSwitches_; }
+    void setIndicatesSwitches(bool on);
     /// Are launchers and menu bars kept from acting on a trigger's lone tap?
     bool guardsTaps() const { return guardsTaps_; }
     /// There is a panel or menu bar with our icon; absent until that is known.
@@ -259,6 +264,7 @@ class AppModel final : public ObservableObject {
     std::optional<SettingsNotice> settingsNotice_;
     Edit unsaved_; ///< what could not be saved
     bool showSourceLabel_;
+    std::optional<bool> indicatesSwitches_;
     bool guardsTaps_;
     std::optional<bool> hasPanel_;
     bool onboardingCompleted_;

@@ -105,12 +105,17 @@ MenuState AppModel::menuState() const {
     state.currentInputName = currentSourceName();
     for (const Rule& rule : rules_) state.ruleLines.push_back(ruleLine(rule));
     state.takenCombinations = takenCombinations();
-    const std::vector<InputSourceInfo> choices = selectableSources();
-    if (choices.size() > 1 && std::holds_alternative<engine_state::Running>(engineState_))
-        for (const InputSourceInfo& source : choices)
-            state.sources.push_back({source.id, source.name, source.id == currentSourceID_});
     state.launchAtLogin = launchStatus_ == LoginItemStatus::enabled;
     return state;
+}
+
+std::vector<MenuSource> AppModel::sourceChoices() const {
+    std::vector<MenuSource> choices;
+    if (!std::holds_alternative<engine_state::Running>(engineState_)) return choices;
+    for (const InputSourceInfo& source : selectableSources())
+        choices.push_back({source.id, source.name, source.id == currentSourceID_});
+    if (choices.size() < 2) choices.clear();
+    return choices;
 }
 
 StatusBadge AppModel::badge(const action::Toggle& toggle, bool firstIsCurrent) const {

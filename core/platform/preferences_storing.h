@@ -3,6 +3,8 @@
 // Owned by the application model.
 #pragma once
 
+#include <optional>
+
 namespace hopsel {
 
 class PreferencesStoring {
@@ -26,6 +28,9 @@ class PreferencesStoring {
     /// By default true. Platforms that cannot do it do not keep it.
     virtual bool guardsTaps() const { return true; }
     virtual void setGuardsTaps(bool /*on*/) {}
+    /// Whether a switch shows the new source beside the pointer, by default not. Absent where that cannot be.
+    virtual std::optional<bool> indicatesSwitches() const { return std::nullopt; }
+    virtual void setIndicatesSwitches(bool /*on*/) {}
     /// The user has been told that the program goes on without a window. By default false.
     virtual bool toldThatItRunsOn() const = 0;
     virtual void setToldThatItRunsOn(bool told) = 0;

@@ -30,7 +30,6 @@ std::vector<MenuItemSpec> items(const MenuState& state) {
     menu.emplace_back(menu_item::Separator{});
     menu.emplace_back(menu_item::Header{t(Key::menuCurrentInput)});
     menu.emplace_back(menu_item::Info{state.currentInputName.value_or("—")});
-    if (!state.sources.empty()) menu.emplace_back(menu_item::Sources{t(Key::menuSources), state.sources});
     menu.emplace_back(menu_item::Separator{});
     menu.emplace_back(menu_item::Header{t(Key::menuRulesHeader)});
     for (const std::string& line : state.ruleLines) menu.emplace_back(menu_item::Info{line});

@@ -33,16 +33,6 @@ enum class StatusLine {
 
 enum class MenuStatusLevel { ok, neutral, problem };
 
-namespace menu_item {
-/// An input source to switch to.
-struct Source {
-    std::string id;
-    std::string name;
-    bool isCurrent = false;
-    friend bool operator==(const Source&, const Source&) = default;
-};
-} // namespace menu_item
-
 struct MenuState {
     bool engineEnabled = false;
     StatusLine status = StatusLine::starting;
@@ -51,7 +41,6 @@ struct MenuState {
     bool launchAtLogin = false;
     /// Those that another program holds; empty where it is not known which.
     std::vector<std::string> takenCombinations = {};
-    std::vector<menu_item::Source> sources = {}; ///< to choose from; empty where there is no choice
     friend bool operator==(const MenuState&, const MenuState&) = default;
 };
 
@@ -80,19 +69,21 @@ struct Status {
     MenuStatusLevel level;
     friend bool operator==(const Status&, const Status&) = default;
 };
-/// A menu of its own below this line; every source in it can be clicked.
-struct Sources {
-    std::string title;
-    std::vector<Source> choices;
-    friend bool operator==(const Sources&, const Sources&) = default;
-};
 struct Separator {
     friend bool operator==(const Separator&, const Separator&) = default;
 };
 } // namespace menu_item
 
-/// Only toggles, actions and sources can be clicked.
+/// Only toggles and actions can be clicked.
 using MenuItemSpec = std::variant<menu_item::Toggle, menu_item::Action, menu_item::Header, menu_item::Info,
-                                  menu_item::Status, menu_item::Sources, menu_item::Separator>;
+                                  menu_item::Status, menu_item::Separator>;
+
+/// A source to choose in the menu below the current one.
+struct MenuSource {
+    std::string id;
+    std::string name;
+    bool isCurrent = false;
+    friend bool operator==(const MenuSource&, const MenuSource&) = default;
+};
 
 } // namespace hopsel

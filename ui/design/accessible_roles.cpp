@@ -1,5 +1,6 @@
 #include "ui/design/accessible_roles.h"
 
+#include <QAbstractButton>
 #include <QAccessibleWidget>
 #include <QLabel>
 #include <QVariant>
@@ -16,14 +17,32 @@ class Described final : public QAccessibleWidget {
 
     QString text(QAccessible::Text kind) const override {
         const QString given = QAccessibleWidget::text(kind);
-        const auto* label = qobject_cast<const QLabel*>(widget());
-        return kind == QAccessible::Name && given.isEmpty() && label != nullptr ? label->text() : given;
+        if (kind != QAccessible::Name || !given.isEmpty()) return given;
+        if (const auto* label = qobject_cast<const QLabel*>(widget())) return label->text();
+        return button() != nullptr ? button()->text() : given;
     }
     QAccessible::State state() const override {
         QAccessible::State state = QAccessibleWidget::state();
         if (role() == QAccessible::Dialog && !widget()->isWindow()) state.modal = true;
+        if (button() != nullptr) {
+            state.selectable = true;
+            state.selected = button()->isChecked();
+        }
         return state;
     }
+    QStringList actionNames() const override {
+        return (button() != nullptr ? QStringList{pressAction()} : QStringList()) +
+               QAccessibleWidget::actionNames();
+    }
+    void doAction(const QString& name) override {
+        if (name == pressAction() && button() != nullptr)
+            button()->click();
+        else
+            QAccessibleWidget::doAction(name);
+    }
+
+  private:
+    QAbstractButton* button() const { return qobject_cast<QAbstractButton*>(widget()); }
 };
 
 QAccessibleInterface* describe(const QString& /*className*/, QObject* object) {

@@ -8,7 +8,8 @@
 
 namespace hopsel::design {
 
-/// A heading, a dialog, a window's frame. A dialog inside of a window is told to be modal.
+/// A heading, a dialog, a window's frame, tabs. A dialog inside of a window is told to be modal; a button
+/// that is told to be a tab is selected when it is checked, and can be pressed.
 void setAccessibleRole(QWidget* widget, QAccessible::Role role);
 
 /// After the application object was made, and before its first window. Main thread.

@@ -100,7 +100,7 @@ void Switch::paintEvent(QPaintEvent* /*event*/) {
     if (isChecked())
         painter.setBrush(blue());
     else
-        painter.setBrush(primary(palette(), 0.2));
+        painter.setBrush(primary(palette(), 0.5)); // 3 to 1 on a card, and so is the knob on it
     painter.drawRoundedRect(track, radius, radius);
     const qreal diameter = track.height() - 4;
     const qreal left = isChecked() ? track.right() - 2 - diameter : track.left() + 2;

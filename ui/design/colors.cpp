@@ -21,7 +21,7 @@ QPalette palette(Appearance appearance) {
     const QColor text = dark ? QColor(0xF2, 0xF2, 0xF5) : QColor(0x1C, 0x1C, 0x20);
     const QColor window = dark ? QColor(0x20, 0x20, 0x24) : QColor(0xFA, 0xFA, 0xFC);
     const QColor base = dark ? QColor(0x2B, 0x2B, 0x30) : QColor(0xFF, 0xFF, 0xFF);
-    const QColor faint = dark ? QColor(0xA2, 0xA2, 0xAC) : QColor(0x66, 0x66, 0x70);
+    const QColor faint = dark ? QColor(0xA2, 0xA2, 0xAC) : QColor(0x60, 0x60, 0x6A);
     QPalette colors(text, window, base.lighter(110), base.darker(130), base.darker(115), text,
                     base.lighter(120), base, window);
     colors.setColor(QPalette::Button, base);
@@ -31,7 +31,7 @@ QPalette palette(Appearance appearance) {
     colors.setColor(QPalette::ToolTipText, text);
     colors.setColor(QPalette::Highlight, blue());
     colors.setColor(QPalette::HighlightedText, Qt::white);
-    colors.setColor(QPalette::Link, dark ? blue().lighter(135) : blue());
+    colors.setColor(QPalette::Link, dark ? QColor(0x6A, 0xA9, 0xFF) : blue().darker(130));
     for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
         QColor disabled = text;
         disabled.setAlphaF(0.4F);
@@ -56,14 +56,15 @@ QColor primary(const QPalette& palette, qreal opacity) {
     return text;
 }
 
-// Dark enough on the light background, and light enough on the dark one, to be read as small text.
+// Dark enough on the light background, and light enough on the dark one, to be read as small text: 4.5 to 1
+// on a card and, accent and secondary, on a tag.
 QColor color(Tone tone, const QPalette& palette) {
     const bool dark = isDark(palette);
     switch (tone) {
     case Tone::primary: return primary(palette);
     case Tone::secondary: return palette.color(QPalette::Active, QPalette::PlaceholderText);
     case Tone::accent: return palette.color(QPalette::Active, QPalette::Link);
-    case Tone::positive: return dark ? QColor(0x32, 0xD1, 0x5C) : QColor(0x18, 0x80, 0x38);
+    case Tone::positive: return dark ? QColor(0x32, 0xD1, 0x5C) : QColor(0x15, 0x77, 0x33);
     case Tone::warning: return dark ? QColor(0xFF, 0x9F, 0x2E) : QColor(0xA8, 0x4E, 0x00);
     case Tone::problem: return dark ? QColor(0xFF, 0x5C, 0x54) : QColor(0xD0, 0x27, 0x1D);
     }

@@ -1,5 +1,6 @@
 #include "ui/design/sidebar_row.h"
 
+#include "ui/design/accessible_roles.h"
 #include "ui/design/focus_ring.h"
 #include "ui/design/symbols.h"
 #include "ui/design/text.h"
@@ -20,6 +21,7 @@ constexpr int gap = 8;
 SidebarRow::SidebarRow(QString symbol, const QString& title, QWidget* parent)
     : QAbstractButton(parent), symbol_(std::move(symbol)) {
     setText(title);
+    setAccessibleRole(this, QAccessible::PageTab);
     setFont(fontOf(TextStyle::body));
     setCheckable(true);
     setAutoExclusive(true);
@@ -51,6 +53,7 @@ void SidebarRow::paintEvent(QPaintEvent* /*event*/) {
 }
 
 Sidebar::Sidebar(QWidget* parent) : QWidget(parent), column_(new QVBoxLayout(this)) {
+    setAccessibleRole(this, QAccessible::PageTabList);
     column_->setContentsMargins(10, 10, 10, 10);
     column_->setSpacing(2);
     setFixedWidth(scaled(170));

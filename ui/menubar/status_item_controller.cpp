@@ -18,7 +18,8 @@ StatusItemController::StatusItemController(AppModel& model, std::unique_ptr<Tray
     : model_(model),
       menu_([this] { return menu_builder::items(model_.menuState()); },
             [this](MenuAction action) { perform(action); },
-            [this](const std::string& id) { model_.selectSource(id); }),
+            {[this] { return model_.sourceChoices(); },
+             [this](const std::string& id) { model_.selectSource(id); }}),
       host_(std::move(host)) {
     menu_.installEventFilter(this); // a window that hears of a new palette
     model_.observe(this, [this] { refresh(); });

@@ -69,14 +69,6 @@ std::optional<MenuAction> actionOf(const MenuItemSpec& spec) {
     return std::nullopt;
 }
 
-/// The identifiers of the sources to choose from.
-std::vector<std::string> choicesOf(const MenuItemSpec& spec) {
-    std::vector<std::string> ids;
-    if (const auto* sources = std::get_if<menu_item::Sources>(&spec))
-        for (const menu_item::Source& source : sources->choices) ids.push_back(source.id);
-    return ids;
-}
-
 /// A menu is read at a glance: of very many rules only the first are in it.
 std::vector<MenuItemSpec> withoutTooManyLines(std::vector<MenuItemSpec> specs) {
     constexpr std::ptrdiff_t most = 10;
@@ -99,8 +91,7 @@ std::vector<MenuItemSpec> withoutTooManyLines(std::vector<MenuItemSpec> specs) {
 
 bool haveSameShape(const std::vector<MenuItemSpec>& a, const std::vector<MenuItemSpec>& b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const auto& one, const auto& other) {
-        return one.index() == other.index() && actionOf(one) == actionOf(other) &&
-               choicesOf(one) == choicesOf(other);
+        return one.index() == other.index() && actionOf(one) == actionOf(other);
     });
 }
 
@@ -117,15 +108,6 @@ void fill(const MenuItemSpec& spec, QAction& item) {
                        item.setText(itemText(status.text));
                        item.setIcon(dot(dotColor(status.level)));
                    },
-                   [&](const menu_item::Sources& sources) {
-                       item.setText(itemText(sources.title));
-                       const QList<QAction*> choices = item.menu()->actions();
-                       for (std::size_t i = 0; i < sources.choices.size(); ++i) {
-                           QAction& choice = *choices[static_cast<qsizetype>(i)];
-                           choice.setText(itemText(sources.choices[i].name));
-                           choice.setChecked(sources.choices[i].isCurrent);
-                       }
-                   },
                    [](const menu_item::Separator&) {},
                },
                spec);
@@ -135,8 +117,8 @@ void fill(const MenuItemSpec& spec, QAction& item) {
 
 } // namespace
 
-StatusMenu::StatusMenu(Read read, OnAction onAction, OnSource onSource)
-    : read_(std::move(read)), onAction_(std::move(onAction)), onSource_(std::move(onSource)) {
+StatusMenu::StatusMenu(Read read, OnAction onAction, Sources sources)
+    : read_(std::move(read)), onAction_(std::move(onAction)), sources_(std::move(sources)) {
     setAccessibleName(QStringLiteral("Hopsel"));
     connect(this, &QMenu::aboutToShow, this, &StatusMenu::refresh);
     refresh();
@@ -146,17 +128,15 @@ void StatusMenu::refresh() {
     std::vector<MenuItemSpec> specs = withoutTooManyLines(read_());
     const bool isNew = !haveSameShape(specs, shown_);
     if (isNew) rebuild(specs);
-    const QList<QAction*> items = actions();
     for (std::size_t i = 0; i < specs.size(); ++i) {
-        QAction& item = *items[static_cast<qsizetype>(i)];
+        QAction& item = *items_[static_cast<qsizetype>(i)];
         // A click has turned the check mark by itself, whatever came of it.
         const auto* toggle = std::get_if<menu_item::Toggle>(&specs[i]);
-        const bool hasChoices = std::holds_alternative<menu_item::Sources>(specs[i]);
-        if (isNew || hasChoices || specs[i] != shown_[i] ||
-            (toggle != nullptr && item.isChecked() != toggle->isOn))
+        if (isNew || specs[i] != shown_[i] || (toggle != nullptr && item.isChecked() != toggle->isOn))
             fill(specs[i], item);
     }
     shown_ = std::move(specs);
+    refreshSources();
 }
 
 void StatusMenu::showLabels() {
@@ -166,10 +146,6 @@ void StatusMenu::showLabels() {
 }
 
 QAction* StatusMenu::addItem(const MenuItemSpec& spec) {
-    if (const auto* sources = std::get_if<menu_item::Sources>(&spec)) {
-        rebuildSources(*sources);
-        return addMenu(sources_.get());
-    }
     if (!hasLabels_ || actionOf(spec) || std::holds_alternative<menu_item::Separator>(spec))
         return addAction(QString());
     auto* item = new QWidgetAction(this);
@@ -180,15 +156,18 @@ QAction* StatusMenu::addItem(const MenuItemSpec& spec) {
 
 void StatusMenu::rebuild(const std::vector<MenuItemSpec>& specs) {
     clear();
-    sources_.reset();
+    items_.clear();
+    sourceMenu_.reset();
+    shownSources_.clear();
     for (const MenuItemSpec& spec : specs) {
         QAction* item = addItem(spec);
+        items_.push_back(item);
         item->setMenuRole(QAction::NoRole); // nothing moves to an application menu because of its words
         item->setSeparator(std::holds_alternative<menu_item::Separator>(spec));
         item->setCheckable(std::holds_alternative<menu_item::Toggle>(spec));
         if (const auto action = actionOf(spec))
             connect(item, &QAction::triggered, this, [this, what = *action] { perform(what); });
-        else if (item->menu() == nullptr)
+        else
             item->setEnabled(false);
         QFont font = item->font();
         if (std::holds_alternative<menu_item::Header>(spec)) {
@@ -200,17 +179,40 @@ void StatusMenu::rebuild(const std::vector<MenuItemSpec>& specs) {
     }
 }
 
-void StatusMenu::rebuildSources(const menu_item::Sources& sources) {
-    sources_ = std::make_unique<QMenu>();
-    for (const menu_item::Source& source : sources.choices) {
-        QAction* choice = sources_->addAction(QString());
+void StatusMenu::refreshSources() {
+    std::vector<MenuSource> sources = sources_.read();
+    const bool isSame =
+        std::equal(sources.begin(), sources.end(), shownSources_.begin(), shownSources_.end(),
+                   [](const MenuSource& one, const MenuSource& other) { return one.id == other.id; });
+    shownSources_ = std::move(sources);
+    if (!isSame) rebuildSources();
+    if (!sourceMenu_) return;
+    const QList<QAction*> choices = sourceMenu_->actions();
+    for (std::size_t i = 0; i < shownSources_.size(); ++i) {
+        QAction& choice = *choices[static_cast<qsizetype>(i)];
+        choice.setText(itemText(shownSources_[i].name));
+        choice.setChecked(shownSources_[i].isCurrent); // a click has turned it by itself
+    }
+}
+
+/// Below the line that names the current one.
+void StatusMenu::rebuildSources() {
+    sourceMenu_.reset();
+    const auto current = std::find_if(shown_.begin(), shown_.end(), [](const MenuItemSpec& spec) {
+        return std::holds_alternative<menu_item::Info>(spec);
+    });
+    if (shownSources_.empty() || current == shown_.end()) return;
+    sourceMenu_ = std::make_unique<QMenu>(QString::fromStdString(l10n::t(l10n::Key::menuSources)));
+    for (const MenuSource& source : shownSources_) {
+        QAction* choice = sourceMenu_->addAction(QString());
         choice->setMenuRole(QAction::NoRole);
         choice->setCheckable(true);
         connect(choice, &QAction::triggered, this, [this, id = source.id] {
             refreshLater();
-            onSource_(id);
+            sources_.select(id);
         });
     }
+    insertMenu(items_.value(current - shown_.begin() + 1), sourceMenu_.get());
 }
 
 void StatusMenu::refreshLater() {
@@ -224,10 +226,10 @@ void StatusMenu::perform(MenuAction action) {
 
 void StatusMenu::initStyleOption(QStyleOptionMenuItem* option, const QAction* action) const {
     QMenu::initStyleOption(option, action);
-    const qsizetype index = actions().indexOf(action);
+    const qsizetype index = items_.indexOf(action);
     if (index < 0 || static_cast<std::size_t>(index) >= shown_.size()) return;
     const MenuItemSpec& spec = shown_[static_cast<std::size_t>(index)];
-    if (actionOf(spec) || std::holds_alternative<menu_item::Sources>(spec)) return;
+    if (actionOf(spec)) return;
     // What only informs is not greyed out like something that could be clicked at another time.
     const QColor color = design::color(textTone(spec), QApplication::palette());
     for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})

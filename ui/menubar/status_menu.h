@@ -24,9 +24,13 @@ class StatusMenu final : public QMenu {
   public:
     using Read = std::function<std::vector<MenuItemSpec>()>;
     using OnAction = std::function<void(MenuAction)>;
-    using OnSource = std::function<void(const std::string& id)>;
+    /// The menu of input sources below this one.
+    struct Sources {
+        std::function<std::vector<MenuSource>()> read;
+        std::function<void(const std::string& id)> select;
+    };
 
-    StatusMenu(Read read, OnAction onAction, OnSource onSource);
+    StatusMenu(Read read, OnAction onAction, Sources sources);
 
     void refresh();
     /// As if it had been clicked.
@@ -40,14 +44,17 @@ class StatusMenu final : public QMenu {
   private:
     void rebuild(const std::vector<MenuItemSpec>& specs);
     QAction* addItem(const MenuItemSpec& spec);
-    void rebuildSources(const menu_item::Sources& sources);
+    void refreshSources();
+    void rebuildSources();
     void refreshLater();
 
     Read read_;
     OnAction onAction_;
-    OnSource onSource_;
-    std::unique_ptr<QMenu> sources_; ///< the menu below this one
+    Sources sources_;
     std::vector<MenuItemSpec> shown_;
+    QList<QAction*> items_; ///< one for each line shown; the menu has the menu of sources as well
+    std::vector<MenuSource> shownSources_;
+    std::unique_ptr<QMenu> sourceMenu_; ///< while there are any
     bool hasLabels_ = false;
 };
 

@@ -1,9 +1,10 @@
 #include "ui/onboarding/onboarding_window_controller.h"
 
 #include "core/base/product.h"
+#include "ui/design/accessible_roles.h"
+#include "ui/design/window_placement.h"
 #include "ui/onboarding/onboarding_view.h"
 
-#include <QScreen>
 #include <QVBoxLayout>
 #include <functional>
 #include <utility>
@@ -22,6 +23,7 @@ class OnboardingWindow final : public QWidget {
   public:
     explicit OnboardingWindow(AppModel& app) : model_(app) {
         setWindowTitle(title());
+        design::setAccessibleRole(this, QAccessible::Dialog);
         setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                        Qt::WindowCloseButtonHint);
         setAttribute(Qt::WA_QuitOnClose, false); // the program lives on without windows
@@ -61,9 +63,7 @@ void OnboardingWindowController::show() {
     window_ = new OnboardingWindow(app_);
     window_->onWillClose = [this] { windowWillClose(); };
     window_->layout()->activate(); // its size, to be centred by
-    QRect frame = window_->rect();
-    frame.moveCenter(window_->screen()->availableGeometry().center());
-    window_->move(frame.topLeft());
+    window_->setGeometry(design::placed(window_->size(), design::roomOn(design::screenInUse())));
     window_->show();
     window_->raise();
     window_->activateWindow();

@@ -87,6 +87,15 @@ QWidget* GeneralPane::settingsCard() {
         refresh();
     });
     card->column()->addWidget(switchRow(showLabel_));
+    if (model_.indicatesSwitches()) {
+        card->column()->addWidget(new design::Divider(Qt::Horizontal));
+        indicate_ = new design::Switch(text(Key::generalIndicate));
+        connect(indicate_, &QCheckBox::clicked, this, [this](bool on) {
+            model_.setIndicatesSwitches(on);
+            refresh();
+        });
+        card->column()->addWidget(switchRow(indicate_));
+    }
     if (model_.canGuardTaps()) {
         card->column()->addWidget(new design::Divider(Qt::Horizontal));
         guardTaps_ = new design::Switch(text(Key::generalGuardTaps));
@@ -129,6 +138,7 @@ void GeneralPane::refresh() {
     main_->setChecked(model_.engineEnabled());
     openPrivacy_->setVisible(status == StatusLine::permissionMissing);
     showLabel_->setChecked(model_.showSourceLabel());
+    if (indicate_ != nullptr) indicate_->setChecked(model_.indicatesSwitches().value_or(false));
     if (guardTaps_ != nullptr) guardTaps_->setChecked(model_.guardsTaps());
     const LoginItemStatus login = model_.launchStatus();
     launchAtLogin_->setChecked(login == LoginItemStatus::enabled);

@@ -25,6 +25,7 @@ class GeneralPane final : public design::PaneContainer {
     design::Switch* main_ = nullptr;
     design::Button* openPrivacy_ = nullptr;
     design::Switch* showLabel_ = nullptr;
+    design::Switch* indicate_ = nullptr;
     design::Switch* guardTaps_ = nullptr; ///< only where it can be done
     design::Switch* launchAtLogin_ = nullptr;
     QWidget* launchRow_ = nullptr;

@@ -1,13 +1,12 @@
 #include "ui/settings/settings_window_controller.h"
 
 #include "core/base/product.h"
+#include "ui/design/accessible_roles.h"
 #include "ui/design/text.h"
+#include "ui/design/window_placement.h"
 #include "ui/settings/settings_view.h"
 
 #include <QCloseEvent>
-#include <QCursor>
-#include <QGuiApplication>
-#include <QScreen>
 #include <QShortcut>
 #include <QVBoxLayout>
 
@@ -31,10 +30,8 @@ class SettingsWindow final : public QWidget {
     }
 };
 
-/// A size that grows with the text, as far as the screen goes.
-QSize grown(QSize size, const QRect& available) {
-    return QSize(design::scaled(size.width()), design::scaled(size.height())).boundedTo(available.size());
-}
+/// A size that grows with the text.
+QSize grown(QSize size) { return {design::scaled(size.width()), design::scaled(size.height())}; }
 
 } // namespace
 
@@ -64,19 +61,16 @@ void SettingsWindowController::makeWindow() {
     auto window = std::make_unique<SettingsWindow>();
     const std::string_view name = product::name;
     window->setWindowTitle(QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())));
+    design::setAccessibleRole(window.get(), QAccessible::Window);
     auto* layout = new QVBoxLayout(window.get());
     layout->setContentsMargins(0, 0, 0, 0);
     view_ = new SettingsView(model_, navigation_, keys_);
     view_->setMenu(menu_);
     layout->addWidget(view_);
 
-    const QScreen* pointed = QGuiApplication::screenAt(QCursor::pos());
-    const QRect available =
-        (pointed != nullptr ? pointed : QGuiApplication::primaryScreen())->availableGeometry();
-    window->setMinimumSize(grown(smallestSize, available));
-    QRect place({}, grown(contentSize, available));
-    place.moveCenter(available.center());
-    window->setGeometry(place);
+    const QRect room = design::roomOn(design::screenInUse());
+    window->setMinimumSize(grown(smallestSize).boundedTo(room.size()));
+    window->setGeometry(design::placed(grown(contentSize), room));
 
     auto* closing = new QShortcut(QKeySequence::Close, window.get());
     QObject::connect(closing, &QShortcut::activated, window.get(), &QWidget::close);

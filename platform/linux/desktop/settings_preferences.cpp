@@ -4,6 +4,7 @@
 #include "platform/linux/files/xdg_folders.h"
 #include "platform/posix/posix_file_storage.h"
 
+#include <QGuiApplication>
 #include <QLockFile>
 #include <QSettings>
 #include <glib.h>
@@ -50,6 +51,11 @@ QString qtPath(const fs::path& path) { return QString::fromStdString(path.string
 SettingsPreferences::SettingsPreferences(Log& log, fs::path file) : log_(log), file_(std::move(file)) {}
 
 fs::path SettingsPreferences::defaultFile() { return xdgConfigHome() / "hopsel" / "preferences.ini"; }
+
+std::optional<bool> SettingsPreferences::indicatesSwitches() const {
+    if (QGuiApplication::platformName() != QLatin1String("xcb")) return std::nullopt;
+    return read("indicatesSwitches", false);
+}
 
 bool SettingsPreferences::read(const char* key, bool byDefault) const {
     if (const auto found = unsaved_.find(key); found != unsaved_.end()) return found->second;

@@ -9,6 +9,7 @@
 
 #include <filesystem>
 #include <map>
+#include <optional>
 #include <string>
 
 namespace hopsel {
@@ -30,6 +31,9 @@ class SettingsPreferences final : public PreferencesStoring {
     void setOnboardingCompleted(bool completed) override { write("onboardingCompleted", completed); }
     bool guardsTaps() const override { return read("guardsTaps", true); }
     void setGuardsTaps(bool on) override { write("guardsTaps", on); }
+    /// Only an X server lets a window stand beside the pointer.
+    std::optional<bool> indicatesSwitches() const override;
+    void setIndicatesSwitches(bool on) override { write("indicatesSwitches", on); }
     bool toldThatItRunsOn() const override { return read("toldThatItRunsOn", false); }
     void setToldThatItRunsOn(bool told) override { write("toldThatItRunsOn", told); }
 

@@ -112,10 +112,13 @@ class FakePreferences final : public PreferencesStoring {
     bool toldThatItRunsOn() const override { return told; }
     void setToldThatItRunsOn(bool on) override { told = on; }
 
+    std::optional<bool> indicatesSwitches() const override { return indicates; }
+    void setIndicatesSwitches(bool on) override { indicates = on; }
     bool guardsTaps() const override { return guards; }
     void setGuardsTaps(bool on) override { guards = on; }
 
     bool showLabel = true;
+    std::optional<bool> indicates;
     bool guards = true;
     bool enabled = true;
     bool completed = false;

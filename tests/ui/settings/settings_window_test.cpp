@@ -1,5 +1,8 @@
+#include "ui/design/accessible_roles.h"
+#include "ui/design/window_placement.h"
 #include "ui/settings/settings_rig.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QScrollArea>
 
@@ -111,4 +114,22 @@ TEST_F(SettingsWindow, NothingIsCutOffInEitherLanguageAtAnyTextSize) {
         }
     }
     QApplication::setFont(usual);
+}
+
+TEST_F(SettingsWindow, IsAFrameWithTabsToAScreenReaderAndStandsOnTheScreenWithItsTitleBar) {
+    open(SettingsPane::general);
+    EXPECT_TRUE(design::roomOn(*window()->screen()).contains(window()->geometry()));
+    const auto& room = design::roomOn(*window()->screen());
+    EXPECT_EQ(design::placed({5000, 4000}, room), room);
+
+    design::describeRoles();
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(window())->role(), QAccessible::Window);
+    QAccessibleInterface* const tab = QAccessible::queryAccessibleInterface(find(l10n::Key::tabAbout));
+    EXPECT_EQ(tab->role(), QAccessible::PageTab);
+    EXPECT_EQ(tab->parent()->role(), QAccessible::PageTabList);
+    EXPECT_EQ(tab->text(QAccessible::Name).toStdString(), l10n::t(l10n::Key::tabAbout));
+    EXPECT_FALSE(tab->state().selected);
+    tab->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_TRUE(tab->state().selected);
+    EXPECT_TRUE(says(l10n::Key::aboutTagline));
 }

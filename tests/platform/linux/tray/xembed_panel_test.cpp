@@ -66,7 +66,8 @@ TEST_F(XEmbedPanel, ShowsWhatTheModelHasComeToBe) {
     };
     for (const int pixels : {16, 22, 24})
         EXPECT_EQ(square({"A", "B", false}, pixels), square(StatusBadge::single("B"), pixels));
-    StatusMenu menu([] { return std::vector<MenuItemSpec>(); }, [](MenuAction) {}, [](const std::string&) {});
+    StatusMenu menu([] { return std::vector<MenuItemSpec>(); }, [](MenuAction) {},
+                    {[] { return std::vector<MenuSource>(); }, [](const std::string&) {}});
     TrayItem scaled(TrayKind::statusNotifier, menu);
     scaled.show({"keyboard", StatusBadge{"A", "B", true}});
     EXPECT_EQ(scaled.icon().icon().pixmap(64).toImage(), square(StatusBadge::single("A"), 64));
