@@ -31,6 +31,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -130,6 +131,11 @@ class AppModel final : public ObservableObject {
     RuleHealth health(const Rule& rule) const;
     /// What should be known of the sources, in words; of the first of them that has something to know.
     std::optional<std::string> limitNote(const std::string& idA, const std::string& idB) const;
+    /// Of the two, the source that begins in Latin letters and can be set not to, or has been; see
+    /// StartOffer.
+    std::optional<StartOffer> startOffer(const std::string& idA, const std::string& idB) const;
+    /// Changes the user's settings of that input method, or puts them back.
+    void take(const StartOffer& offer);
     /// False when the engine is not running; the handler then stays uncalled.
     bool captureTrigger(EngineControlling::CaptureHandler handler);
     void cancelCapture() { parts_.engine->cancelTriggerCapture(); }
@@ -265,6 +271,7 @@ class AppModel final : public ObservableObject {
     Edit unsaved_; ///< what could not be saved
     bool showSourceLabel_;
     std::optional<bool> indicatesSwitches_;
+    std::set<std::string> changedStarts_; ///< sources set to begin in their own script since launch
     bool guardsTaps_;
     std::optional<bool> hasPanel_;
     bool onboardingCompleted_;

@@ -181,6 +181,27 @@ void AppModel::setKeyListener(std::shared_ptr<DiagnosticsRecorder> listener) {
     parts_.engine->setDiagnostics(listener ? std::move(listener) : parts_.diagnostics);
 }
 
+std::optional<StartOffer> AppModel::startOffer(const std::string& idA, const std::string& idB) const {
+    for (const std::string* id : {&idA, &idB}) {
+        const InputSourceInfo* source = listed(*id);
+        if (source == nullptr) continue;
+        const bool beginsInLatin = source->limit == SourceLimit::startsInLatin;
+        if (beginsInLatin && parts_.directory->canSetStart(*id)) return StartOffer{*id, source->name, false};
+        if (!beginsInLatin && changedStarts_.contains(*id)) return StartOffer{*id, source->name, true};
+    }
+    return std::nullopt;
+}
+
+void AppModel::take(const StartOffer& offer) {
+    parts_.directory->setStartsInOwnScript(offer.sourceID, !offer.isDone);
+    std::set<std::string> changed = changedStarts_;
+    if (offer.isDone)
+        changed.erase(offer.sourceID);
+    else
+        changed.insert(offer.sourceID);
+    publish(changedStarts_, std::move(changed));
+}
+
 bool AppModel::requestSwitch(const std::string& name, const InputSourceRef& a, const InputSourceRef& b) {
     // The trigger is never looked at: the rule goes right to the queue.
     return parts_.engine->request(

@@ -75,6 +75,14 @@ struct Firing {
     friend bool operator==(const Firing&, const Firing&) = default;
 };
 
+/// To have a source begin in its own script; once that is done, to have it begin as before.
+struct StartOffer {
+    std::string sourceID;
+    std::string sourceName;
+    bool isDone = false;
+    friend bool operator==(const StartOffer&, const StartOffer&) = default;
+};
+
 enum class RuleWarning { needsAccessibility, systemShortcutConflict };
 
 /// The error's kind and what it carries: "writeFailed(No space left on device)". Other errors in their own

@@ -117,6 +117,10 @@ const Rule* OnboardingModel::ruleOfTrigger() const {
     return found != rules.end() ? &*found : nullptr;
 }
 
+std::optional<StartOffer> OnboardingModel::startOffer() const {
+    return app_.startOffer(sourceAID_.value_or(""), sourceBID_.value_or(""));
+}
+
 std::optional<std::string> OnboardingModel::limitNote() const {
     return app_.limitNote(sourceAID_.value_or(""), sourceBID_.value_or(""));
 }

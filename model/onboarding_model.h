@@ -57,6 +57,8 @@ class OnboardingModel final : public ObservableObject {
     std::string remark() const { return trial_ ? trial_->remark() : std::string(); }
     /// What should be known of the pair, in words: it is no success if its letters are the same as before.
     std::optional<std::string> limitNote() const;
+    /// For that.
+    std::optional<StartOffer> startOffer() const;
     /// A key that the engine does not name was pressed in the window on the last step.
     void noteOtherKey(const std::string& name);
     /// There are not enough sources to switch between, and it is not that they are still being asked for.

@@ -27,6 +27,9 @@ class InputSourceDirectory {
     virtual bool isAsking() const { return false; }
     /// What a code of `Failed` means to a person.
     virtual SwitchHindrance hindrance(std::int32_t /*code*/) const { return SwitchHindrance::unknown; }
+    // See the catalog.
+    virtual bool canSetStart(const std::string& /*id*/) const { return false; }
+    virtual void setStartsInOwnScript(const std::string& /*id*/, bool /*inOwnScript*/) {}
     /// Absent when the platform reports none.
     virtual std::optional<std::string> currentID() = 0;
 };
@@ -39,6 +42,10 @@ class LiveInputSourceDirectory final : public InputSourceDirectory {
     std::vector<InputSourceInfo> enabledSources() override { return catalog_->enabledKeyboardSources(); }
     bool isAsking() const override { return catalog_->isAsking(); }
     SwitchHindrance hindrance(std::int32_t code) const override { return catalog_->hindrance(code); }
+    bool canSetStart(const std::string& id) const override { return catalog_->canSetStart(id); }
+    void setStartsInOwnScript(const std::string& id, bool inOwnScript) override {
+        catalog_->setStartsInOwnScript(id, inOwnScript);
+    }
     std::optional<std::string> currentID() override { return catalog_->currentID(); }
 
     /// Takes the catalog's `onSelectedChanged` for as long as this object lives. A second call does nothing.

@@ -41,6 +41,12 @@ class InputSourceCatalog {
     /// may have made another current by now. False where the platform tells nothing unless asked.
     virtual bool hasBeenCurrent() const { return false; }
 
+    /// Whether an input method that begins in Latin letters can be set from here to begin in its own script.
+    virtual bool canSetStart(const std::string& /*id*/) const { return false; }
+    /// Changes the user's own settings of that input method, or puts back what was there before. Whether it
+    /// worked shows in the list of sources, later.
+    virtual void setStartsInOwnScript(const std::string& /*id*/, bool /*inOwnScript*/) {}
+
     // Called from the event loop, once for a burst of changes; also for changes that this program made.
 
     /// The set of enabled sources changed.

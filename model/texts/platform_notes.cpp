@@ -52,6 +52,10 @@ std::string note(PlatformNote note) {
     return language() == L10nLanguage::ko ? both.korean : both.english;
 }
 
+std::string startOfferText(const std::string& sourceName, bool isDone) {
+    return t(isDone ? Key::startAsBefore : Key::startInOwnScript, {sourceName});
+}
+
 std::optional<std::string> limitNote(SourceLimit limit) {
     switch (limit) {
     case SourceLimit::none: break;

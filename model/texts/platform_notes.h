@@ -19,6 +19,8 @@ enum class PlatformNote {
 
 namespace l10n {
 std::string note(PlatformNote note);
+/// What a button says that has a source begin in its own script; once that is done, as before.
+std::string startOfferText(const std::string& sourceName, bool isDone);
 /// What should be known of a source and what to do about it; absent where there is nothing to say.
 std::optional<std::string> limitNote(SourceLimit limit);
 } // namespace l10n

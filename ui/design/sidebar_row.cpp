@@ -20,8 +20,8 @@ constexpr int gap = 8;
 
 SidebarRow::SidebarRow(QString symbol, const QString& title, QWidget* parent)
     : QAbstractButton(parent), symbol_(std::move(symbol)) {
+    setAccessibleRole(this, QAccessible::PageTab); // before it is described: a description is kept
     setText(title);
-    setAccessibleRole(this, QAccessible::PageTab);
     setFont(fontOf(TextStyle::body));
     setCheckable(true);
     setAutoExclusive(true);

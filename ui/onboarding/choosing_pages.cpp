@@ -1,5 +1,6 @@
 // The first two pages: which key, and which two input sources.
 #include "model/texts/issue_texts.h"
+#include "model/texts/platform_notes.h"
 #include "ui/design/boxes.h"
 #include "ui/design/buttons.h"
 #include "ui/design/source_picker.h"
@@ -87,7 +88,8 @@ class SourcesPage final : public OnboardingPage {
           asking_(new Text(words(l10n::Key::onbAskingSources), TextStyle::callout, Tone::secondary)),
           few_(new Text(words(l10n::Key::onbFewSources), TextStyle::callout, Tone::warning)),
           open_(new Button(words(l10n::Key::onbOpenSources), Button::Kind::secondary)),
-          messages_(new QVBoxLayout) {
+          messages_(new QVBoxLayout),
+          start_(new Button({}, Button::Kind::secondary)) {
         pickerA_->onPicked = [this](const std::string& id) { model_.setSourceAID(id); };
         pickerB_->onPicked = [this](const std::string& id) { model_.setSourceBID(id); };
         messages_->setSpacing(6);
@@ -100,6 +102,11 @@ class SourcesPage final : public OnboardingPage {
         column()->addWidget(few_->wrapped());
         column()->addWidget(open_, 0, Qt::AlignLeft);
         column()->addLayout(messages_);
+        start_->setAutoDefault(true);
+        connect(start_, &Button::clicked, this, [this] {
+            if (const auto offer = model_.startOffer()) app_.take(*offer);
+        });
+        column()->addWidget(start_, 0, Qt::AlignLeft);
         column()->addStretch(1);
     }
 
@@ -121,6 +128,10 @@ class SourcesPage final : public OnboardingPage {
                 messages_->addWidget(design::messageLine("exclamationmark.circle", message, Tone::warning));
             shownMessages_ = std::move(messages);
         }
+        const auto offer = model_.startOffer();
+        start_->setVisible(offer.has_value());
+        if (offer)
+            start_->setText(QString::fromStdString(l10n::startOfferText(offer->sourceName, offer->isDone)));
     }
     QWidget* firstControl() const override { return pickerA_; }
 
@@ -167,6 +178,7 @@ class SourcesPage final : public OnboardingPage {
     Text* few_;
     Button* open_;
     QVBoxLayout* messages_;
+    Button* start_; ///< what can be done about Latin letters first, and back
     std::optional<Pickers> shownPickers_;
     std::vector<QString> shownMessages_;
 };

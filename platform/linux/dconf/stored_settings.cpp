@@ -23,9 +23,8 @@ bool StoredSettings::open() {
 StoredSettings::Owned<GVariant> StoredSettings::value(const char* key, const GVariantType* type) {
     if (!open() || g_settings_schema_has_key(schema_.get(), key) == FALSE) return nullptr;
     const Owned<GSettingsSchemaKey> described(g_settings_schema_get_key(schema_.get(), key));
-    const std::string path = std::string(g_settings_schema_get_path(schema_.get())) + key;
     Owned<GVariant> value(
-        G_SETTINGS_BACKEND_GET_CLASS(backend_.get())->read(backend_.get(), path.c_str(), type, FALSE));
+        G_SETTINGS_BACKEND_GET_CLASS(backend_.get())->read(backend_.get(), path(key)->c_str(), type, FALSE));
     if (!value || g_variant_is_of_type(value.get(), type) == FALSE)
         value.reset(g_settings_schema_key_get_default_value(described.get()));
     if (g_variant_is_of_type(value.get(), type) == FALSE) return nullptr;
@@ -51,6 +50,11 @@ std::optional<std::string> StoredSettings::printed(const char* key) {
     if (!stored) return std::nullopt;
     const std::unique_ptr<char, decltype(&g_free)> text(g_variant_print(stored.get(), FALSE), g_free);
     return text.get();
+}
+
+std::optional<std::string> StoredSettings::path(const char* key) {
+    if (!open() || g_settings_schema_has_key(schema_.get(), key) == FALSE) return std::nullopt;
+    return std::string(g_settings_schema_get_path(schema_.get())) + key;
 }
 
 bool StoredSettings::flag(const char* key) {

@@ -43,6 +43,8 @@ class StoredSettings {
     std::optional<std::vector<std::string>> texts(const char* key);
     /// A value of any type, as GVariant prints it: "'hangul'", "3". Absent if there is no such setting.
     std::optional<std::string> printed(const char* key);
+    /// Where the storage keeps it. Absent if there is no such setting.
+    std::optional<std::string> path(const char* key);
     /// False if there is no such setting.
     bool flag(const char* key);
 

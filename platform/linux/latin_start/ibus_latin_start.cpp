@@ -28,6 +28,11 @@ constexpr std::array rows{
     Row{"libbopomofo", "com.github.libpinyin.ibus-libpinyin.libbopomofo", "init-chinese", " true ", false},
 };
 
+const Row* rowOf(std::string_view engine) {
+    const auto row = std::find_if(rows.begin(), rows.end(), [&](const Row& r) { return r.engine == engine; });
+    return row != rows.end() ? &*row : nullptr;
+}
+
 SourceLimit limitOf(const Row& row, const IbusEngineSettings& settings) {
     if (row.without != nullptr && settings.stored(row.schema, row.without) == "true")
         return SourceLimit::none;
@@ -55,8 +60,15 @@ SourceLimit limitOfMozc(std::string_view engine, const std::string& file) {
 
 SourceLimit ibusLatinStart(std::string_view engine, const IbusEngineSettings& settings) {
     if (engine.substr(0, 4) == "mozc") return limitOfMozc(engine, settings.mozcFile());
-    const auto row = std::find_if(rows.begin(), rows.end(), [&](const Row& r) { return r.engine == engine; });
-    return row != rows.end() ? limitOf(*row, settings) : SourceLimit::none;
+    const Row* row = rowOf(engine);
+    return row != nullptr ? limitOf(*row, settings) : SourceLimit::none;
+}
+
+std::optional<IbusStartSetting> ibusStartSetting(std::string_view engine) {
+    const Row* row = rowOf(engine);
+    if (row == nullptr) return std::nullopt;
+    const std::string_view first = row->inItsScript.substr(1); // of those that would do
+    return IbusStartSetting{row->schema, row->key, std::string(first.substr(0, first.find(' ')))};
 }
 
 bool isPathOfIbusEngines(std::string_view path) {

@@ -24,6 +24,15 @@ struct IbusEngineSettings {
 /// `engine` as IBus names it: "hangul", "mozc-jp".
 SourceLimit ibusLatinStart(std::string_view engine, const IbusEngineSettings& settings);
 
+/// The setting that makes an engine begin in its own script, as GVariant prints the value.
+struct IbusStartSetting {
+    const char* schema;
+    const char* key;
+    std::string value;
+};
+/// Absent for engines that have no such setting in the storage.
+std::optional<IbusStartSetting> ibusStartSetting(std::string_view engine);
+
 /// Where the settings of these engines are kept, as a path in their storage.
 bool isPathOfIbusEngines(std::string_view path);
 

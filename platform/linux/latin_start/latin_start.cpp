@@ -6,6 +6,8 @@
 #include "platform/linux/latin_start/fcitx_latin_start.h"
 #include "platform/linux/latin_start/ibus_latin_start.h"
 
+#include <QProcess>
+#include <QStandardPaths>
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
@@ -16,6 +18,8 @@ namespace hopsel {
 namespace {
 
 constexpr std::string_view ibusPrefix = "ibus:", fcitxPrefix = "fcitx:";
+
+const QString writer = QStringLiteral("dconf");
 
 bool startsWith(std::string_view text, std::string_view prefix) {
     return text.substr(0, prefix.size()) == prefix;
@@ -33,6 +37,10 @@ std::string mozcFile() {
 
 std::string fcitxFile(std::string_view method) {
     return readSmallFile(xdgConfigHome() / "fcitx5" / "conf" / (std::string(method) + ".conf")).value_or("");
+}
+
+std::optional<IbusStartSetting> startSetting(std::string_view id) {
+    return startsWith(id, ibusPrefix) ? ibusStartSetting(id.substr(ibusPrefix.size())) : std::nullopt;
 }
 
 SourceLimit limitNow(std::string_view id) {
@@ -58,6 +66,32 @@ SourceLimit LatinStart::limitOf(const std::string& id) {
     const SourceLimit limit = limitNow(id);
     told_[id] = limit;
     return limit;
+}
+
+bool LatinStart::canSetStart(const std::string& id) const {
+    const auto setting = startSetting(id);
+    return setting && StoredSettings(setting->schema).printed(setting->key) &&
+           !QStandardPaths::findExecutable(writer).isEmpty();
+}
+
+void LatinStart::setStartsInOwnScript(const std::string& id, bool inOwnScript) {
+    const auto setting = startSetting(id);
+    if (!setting) return;
+    StoredSettings settings(setting->schema);
+    const auto now = settings.printed(setting->key);
+    const auto path = settings.path(setting->key);
+    if (!now || !path) return;
+    std::string value = setting->value;
+    if (inOwnScript) {
+        before_.emplace(id, *now);
+    } else {
+        const auto before = before_.extract(id);
+        if (!before) return;
+        value = before.mapped();
+    }
+    // A process of its own: the storage's library would wait for the bus, and start threads. The storage
+    // tells when it is written.
+    QProcess::startDetached(writer, {"write", QString::fromStdString(*path), QString::fromStdString(value)});
 }
 
 void LatinStart::check() {

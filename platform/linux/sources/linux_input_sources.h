@@ -37,6 +37,10 @@ class LinuxInputSources final : public InputSourceCatalog {
     /// `Failed` with `frameworkGone` once another is in charge than the one that accepted the request.
     std::optional<SelectResult> refusal() const override;
     bool hasBeenCurrent() const override;
+    bool canSetStart(const std::string& id) const override { return limits_ && limits_->canSetStart(id); }
+    void setStartsInOwnScript(const std::string& id, bool inOwnScript) override {
+        if (limits_) limits_->setStartsInOwnScript(id, inOwnScript);
+    }
 
     /// For every framework: see there.
     void retry();

@@ -18,6 +18,9 @@ class SourceLimits {
 
     /// As it is set now. `id` as frameworks name their sources.
     virtual SourceLimit limitOf(const std::string& id) = 0;
+    // See the catalog.
+    virtual bool canSetStart(const std::string& /*id*/) const { return false; }
+    virtual void setStartsInOwnScript(const std::string& /*id*/, bool /*inOwnScript*/) {}
     /// Looks whether what was told last is still so, where nothing tells of changes.
     virtual void check() {}
 

@@ -91,12 +91,17 @@ class FakeDirectory final : public InputSourceDirectory {
     }
     std::optional<std::string> currentID() override { return current; }
     bool isAsking() const override { return isAsked; }
+    bool canSetStart(const std::string& id) const override { return id == settableStart; }
+    void setStartsInOwnScript(const std::string& id, bool inOwnScript) override {
+        calls.push_back((inOwnScript ? "own script " : "as before ") + id);
+    }
     SwitchHindrance hindrance(std::int32_t code) const override {
         return code == 5 ? SwitchHindrance::noTextField : SwitchHindrance::unknown;
     }
 
     Calls& calls;
     bool isAsked = false;
+    std::string settableStart;
     std::vector<InputSourceInfo> sources;
     std::optional<std::string> current;
 };

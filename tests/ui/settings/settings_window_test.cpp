@@ -117,12 +117,12 @@ TEST_F(SettingsWindow, NothingIsCutOffInEitherLanguageAtAnyTextSize) {
 }
 
 TEST_F(SettingsWindow, IsAFrameWithTabsToAScreenReaderAndStandsOnTheScreenWithItsTitleBar) {
+    design::describeRoles(); // before anything is described
     open(SettingsPane::general);
     EXPECT_TRUE(design::roomOn(*window()->screen()).contains(window()->geometry()));
     const auto& room = design::roomOn(*window()->screen());
     EXPECT_EQ(design::placed({5000, 4000}, room), room);
 
-    design::describeRoles();
     EXPECT_EQ(QAccessible::queryAccessibleInterface(window())->role(), QAccessible::Window);
     QAccessibleInterface* const tab = QAccessible::queryAccessibleInterface(find(l10n::Key::tabAbout));
     EXPECT_EQ(tab->role(), QAccessible::PageTab);
@@ -130,6 +130,7 @@ TEST_F(SettingsWindow, IsAFrameWithTabsToAScreenReaderAndStandsOnTheScreenWithIt
     EXPECT_EQ(tab->text(QAccessible::Name).toStdString(), l10n::t(l10n::Key::tabAbout));
     EXPECT_FALSE(tab->state().selected);
     tab->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    settle();
     EXPECT_TRUE(tab->state().selected);
     EXPECT_TRUE(says(l10n::Key::aboutTagline));
 }

@@ -99,6 +99,7 @@ RuleRow::RuleRow(AppModel& model, Rule rule, QWidget* parent)
                            text(Key::issueSystemShortcutConflict));
     limit_ = note("exclamationmark.triangle",
                   QString::fromStdString(l10n::note(PlatformNote::typesLatinFirst)), this);
+    start_ = new Button({}, Button::Kind::secondary, this);
     delete_ = new Button(text(Key::ruleDelete), Button::Kind::borderless, this);
     delete_->setAccessibleName(named(Key::ruleDelete));
 
@@ -115,6 +116,9 @@ void RuleRow::bind() {
         if (onChangeKey) onChangeKey();
     });
     connect(delete_, &QPushButton::clicked, this, [this] { model_.removeRule(rule_.id); });
+    connect(start_, &QPushButton::clicked, this, [this] {
+        if (const auto offer = startOffer()) model_.take(*offer);
+    });
     light_.setSingleShot(true);
     connect(&light_, &QTimer::timeout, this, [this] { update(); });
     pickerA_->onPicked = [this](const std::string& id) { pick(id, true); };
@@ -165,6 +169,18 @@ void RuleRow::showNotes() {
     const auto limit = model_.limitNote(toggle(rule_).sourceA.sourceId, toggle(rule_).sourceB.sourceId);
     limit_->setVisible(limit.has_value());
     explain(*limit_, QString::fromStdString(limit.value_or("")));
+    const auto offer = startOffer();
+    start_->setVisible(offer.has_value());
+    if (offer)
+        start_->setText(QString::fromStdString(l10n::startOfferText(offer->sourceName, offer->isDone)));
+}
+
+std::optional<StartOffer> RuleRow::startOffer() const {
+    return model_.startOffer(toggle(rule_).sourceA.sourceId, toggle(rule_).sourceB.sourceId);
+}
+
+std::array<QWidget*, 5> RuleRow::notes() const {
+    return {broken_, needsAccessibility_, systemConflict_, limit_, start_};
 }
 
 void RuleRow::enable(bool on) {
@@ -198,7 +214,7 @@ rule_row_layout::Places RuleRow::places(int width) const {
     parts.trigger = triggerCell(*trigger_, std::max(triggerColumn_, triggerWidth()));
     parts.sourceA = sourceCell(*pickerA_);
     parts.sourceB = sourceCell(*pickerB_);
-    for (const QWidget* widget : {broken_, needsAccessibility_, systemConflict_, limit_})
+    for (const QWidget* widget : notes())
         if (!widget->isHidden()) parts.notes.push_back(noteCell(*widget));
     parts.remove = fixed(*delete_);
     return rule_row_layout::arrange(parts, width, spacing);
@@ -214,7 +230,7 @@ void RuleRow::arrange() {
     pickerA_->setGeometry(to.sourceA);
     pickerB_->setGeometry(to.sourceB);
     std::size_t next = 0;
-    for (QWidget* widget : {broken_, needsAccessibility_, systemConflict_, limit_})
+    for (QWidget* widget : notes())
         if (!widget->isHidden()) widget->setGeometry(to.notes[next++]);
     delete_->setGeometry(to.remove);
 }

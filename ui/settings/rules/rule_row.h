@@ -10,7 +10,9 @@
 
 #include <QTimer>
 #include <QWidget>
+#include <array>
 #include <functional>
+#include <optional>
 #include <tuple>
 
 namespace hopsel {
@@ -50,6 +52,9 @@ class RuleRow final : public QWidget {
     void paintEvent(QPaintEvent* event) override;
 
   private:
+    std::optional<StartOffer> startOffer() const;
+    /// In the order of reading, also those that are hidden.
+    std::array<QWidget*, 5> notes() const;
     /// What a picker shows.
     using Shown = std::tuple<std::vector<InputSourceInfo>, InputSourceRef>;
 
@@ -70,7 +75,8 @@ class RuleRow final : public QWidget {
     QWidget* broken_;
     QWidget* needsAccessibility_;
     QWidget* systemConflict_;
-    QWidget* limit_; ///< what should be known of the sources
+    QWidget* limit_;        ///< what should be known of the sources
+    design::Button* start_; ///< and what can be done about it, and back
     design::Button* delete_;
     int triggerColumn_ = 0;
     QTimer light_; ///< runs while the row is lit

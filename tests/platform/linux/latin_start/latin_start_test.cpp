@@ -112,6 +112,15 @@ TEST_F(LatinStartTest, IsListedWithTheSourcesAndFollowsTheSettings) {
     EXPECT_TRUE(runLoopUntil([&] { return told == none; }));
     IbusRig::set("/org/freedesktop/ibus/engine/hangul/initial-input-mode", "'latin'");
     EXPECT_TRUE(runLoopUntil([&] { return told == latin; }));
+
+    EXPECT_FALSE(sources.canSetStart("ibus:xkb:us::eng"));
+    EXPECT_FALSE(sources.canSetStart("fcitx:hangul"));
+    ASSERT_TRUE(sources.canSetStart("ibus:hangul"));
+    sources.setStartsInOwnScript("ibus:hangul", false); // never changed here: stays as it is
+    sources.setStartsInOwnScript("ibus:hangul", true);
+    EXPECT_TRUE(runLoopUntil([&] { return told == none; }));
+    sources.setStartsInOwnScript("ibus:hangul", false);
+    EXPECT_TRUE(runLoopUntil([&] { return told == latin; })) << "as it was before";
 }
 
 TEST_F(LatinStartTest, LooksAtFilesAgain) {

@@ -130,6 +130,29 @@ TEST_F(Pane, SaysThatASourceBeginsInLatinAndWhatToDo) {
     }
 }
 
+TEST_F(Pane, OffersToHaveASourceBeginInItsOwnScriptAndTheWayBack) {
+    addRule(rightCommand);
+    const auto begins = [&](SourceLimit limit) {
+        directory->sources[1].limit = limit;
+        model->sourcesChanged();
+        settle();
+    };
+    open(SettingsPane::rules);
+    begins(SourceLimit::startsInLatin);
+    const QString offer = "Have ABC start in its own script", back = "Have ABC start in Latin letters again";
+    EXPECT_EQ(find(offer), nullptr) << "nobody can";
+    begins(SourceLimit::none);
+    directory->settableStart = "abc";
+    begins(SourceLimit::startsInLatin);
+    click(find(offer));
+    EXPECT_THAT(calls, testing::Contains("own script abc"));
+    begins(SourceLimit::none);
+    click(find(back));
+    EXPECT_THAT(calls, testing::Contains("as before abc"));
+    settle();
+    EXPECT_EQ(find(back), nullptr);
+}
+
 TEST_F(Pane, KeepsTheFocusWhereTheUserIs) {
     addRule(rightCommand);
     addRule(leftShiftSpace);
