@@ -84,10 +84,12 @@ void sayIfTheServerHasGone() {
                           "with the next session");
 }
 
-/// Our windows are the compositor's own: an X server would only be started for them.
+/// Our windows are the compositor's own: an X server would only be started for them. The shell's input method
+/// is IBus, and the toolkit does not know the way that leads there through the compositor.
 void useWayland() {
-    const bool isChosen = !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
-    if (!session_kind::isGnomeWayland() || isChosen) return;
+    if (!session_kind::isGnomeWayland()) return;
+    if (qEnvironmentVariableIsEmpty("QT_IM_MODULE")) qputenv("QT_IM_MODULE", "ibus");
+    if (!qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) return;
     const QDir plugins(QLibraryInfo::path(QLibraryInfo::PluginsPath) + "/platforms");
     if (!plugins.entryList({"libqwayland*"}, QDir::Files).isEmpty())
         qputenv("QT_QPA_PLATFORM", "wayland");

@@ -39,7 +39,10 @@ frameworks(const std::shared_ptr<BusLink>& bus, const std::shared_ptr<GnomeExten
     std::vector<std::unique_ptr<InputFramework>> all;
     all.push_back(std::make_unique<FcitxInputSources>(bus));
     all.push_back(std::make_unique<GnomeShell>(gnome));
-    all.push_back(std::make_unique<GnomeSources>(bus)); // where the shell has not our extension
+    // Where the shell has not our extension.
+    all.push_back(std::make_unique<GnomeSources>(bus, session_kind::isGnomeWayland()
+                                                          ? GnomeSources::Rules::beforehand
+                                                          : GnomeSources::Rules::useless));
     all.push_back(std::make_unique<IbusInputSources>(bus, log));
     all.push_back(std::make_unique<KdeLayouts>(bus));
     all.push_back(std::make_unique<SwayLayouts>());
@@ -52,8 +55,10 @@ std::shared_ptr<XkbInputSources> layouts() {
     return session_kind::isGnomeWayland() ? nullptr : std::make_shared<XkbInputSources>();
 }
 
-std::unique_ptr<KeySession> keySession(const std::shared_ptr<GnomeExtension>& gnome, Log& log) {
-    if (session_kind::isGnomeWayland()) return std::make_unique<GnomeKeySession>(gnome, uptimeSeconds, log);
+std::unique_ptr<KeySession> keySession(const std::shared_ptr<BusLink>& bus,
+                                       const std::shared_ptr<GnomeExtension>& gnome, Log& log) {
+    if (session_kind::isGnomeWayland())
+        return std::make_unique<GnomeKeySession>(bus, gnome, uptimeSeconds, log);
     return std::make_unique<X11KeySession>(uptimeSeconds, runFor, log);
 }
 
@@ -78,7 +83,7 @@ LinuxPlatform::LinuxPlatform()
       sources_(std::make_shared<LinuxInputSources>(frameworks(bus_, gnome_, log_),
                                                    session_kind::isWayland() ? nullptr : layouts_,
                                                    std::make_shared<LatinStart>(bus_))),
-      keys_(keySession(gnome_, log_)),
+      keys_(keySession(bus_, gnome_, log_)),
       switchKeys_(std::make_shared<DesktopSwitchKeys>(bus_, DesktopSwitchKeys::liveReaders())),
       passwordFields_(std::make_shared<AtspiSecureInput>(bus_, log_)),
       secureInput_(std::make_shared<LockSecureInput>(fields(gnome_, passwordFields_))),
@@ -121,8 +126,12 @@ std::shared_ptr<LoginItemControlling> LinuxPlatform::loginItem() {
 
 std::shared_ptr<SystemSettingsOpening> LinuxPlatform::settingsOpener() {
     return std::make_shared<DesktopSettingsOpener>(
-        keys_->permissions(), helpPage(), log_, [sources = sources_]() -> const char* {
+        keys_->permissions(), helpPage(), log_,
+        [sources = sources_]() -> const char* {
             return sources->inCharge() != nullptr ? sources->inCharge()->settingsProgram() : nullptr;
+        },
+        [this](const QObject* context, const std::function<void()>& otherwise) {
+            keys_->remedy(context, otherwise);
         });
 }
 
@@ -155,7 +164,10 @@ std::function<bool(const ShortcutKey&)> LinuxPlatform::systemShortcutConflict() 
     return [switchKeys = switchKeys_](const ShortcutKey& key) { return switchKeys->conflicts(key); };
 }
 
-l10n::SystemWords LinuxPlatform::words() const { return linuxWords(keys_->printedKeys()); }
+l10n::SystemWords LinuxPlatform::words() const {
+    return linuxWords(keys_->printedKeys(),
+                      session_kind::isGnomeWayland() ? KeysFrom::gnomeExtension : KeysFrom::xServer);
+}
 
 void LinuxPlatform::followAppearance(std::function<void(design::Appearance)> onChange) {
     appearance_ = std::make_unique<DesktopAppearance>(bus_);

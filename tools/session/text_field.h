@@ -28,11 +28,11 @@ class TextField {
     const std::string& keys() const { return keys_; }
 
     /// Waits until it holds exactly this; false at the deadline.
-    bool waitForText(const std::string& text, std::chrono::milliseconds timeout = std::chrono::seconds(5));
+    bool waitForText(const std::string& text, std::chrono::milliseconds timeout = std::chrono::seconds(20));
     bool waitForComposed(const std::string& text,
-                         std::chrono::milliseconds timeout = std::chrono::seconds(5));
+                         std::chrono::milliseconds timeout = std::chrono::seconds(20));
     /// Waits until `keys` ends with this.
-    bool waitForKeys(const std::string& keys, std::chrono::milliseconds timeout = std::chrono::seconds(5));
+    bool waitForKeys(const std::string& keys, std::chrono::milliseconds timeout = std::chrono::seconds(20));
 
   private:
     bool waitFor(const std::function<bool()>& condition, std::chrono::milliseconds timeout);

@@ -79,13 +79,17 @@ fs::path helpPage() {
 }
 
 DesktopSettingsOpener::DesktopSettingsOpener(std::shared_ptr<Permissions> permissions, fs::path helpPage,
-                                             Log& log, SourcesProgram sourcesProgram)
+                                             Log& log, SourcesProgram sourcesProgram, Remedy remedy)
     : permissions_(std::move(permissions)),
       helpPage_(std::move(helpPage)),
       log_(log),
-      sourcesProgram_(std::move(sourcesProgram)) {}
+      sourcesProgram_(std::move(sourcesProgram)),
+      remedy_(std::move(remedy)) {}
 
-void DesktopSettingsOpener::openInputMonitoring() { openHelp("listening"); }
+void DesktopSettingsOpener::openInputMonitoring() {
+    const auto help = [this] { openHelp("listening"); };
+    remedy_ ? remedy_(&context_, help) : help();
+}
 
 void DesktopSettingsOpener::openAccessibility() {
     if (!openSettings(Place::shortcuts)) openHelp("combinations");

@@ -9,6 +9,7 @@
 #include "core/platform/permissions.h"
 #include "core/platform/system_settings_opening.h"
 
+#include <QObject>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -24,9 +25,12 @@ class DesktopSettingsOpener final : public SystemSettingsOpening {
     /// The program in which an input method is set up; null where there is none.
     using SourcesProgram = std::function<const char*()>;
 
+    /// Does what can be done about keys that are not heard, and calls the function where that is nothing.
+    using Remedy = std::function<void(const QObject* context, const std::function<void()>& otherwise)>;
+
     /// The log outlives this object.
     DesktopSettingsOpener(std::shared_ptr<Permissions> permissions, std::filesystem::path helpPage, Log& log,
-                          SourcesProgram sourcesProgram = nullptr);
+                          SourcesProgram sourcesProgram = nullptr, Remedy remedy = nullptr);
 
     void requestInputMonitoring() override { permissions_->requestInputMonitoring(); }
     void openInputMonitoring() override;
@@ -44,6 +48,8 @@ class DesktopSettingsOpener final : public SystemSettingsOpening {
     std::filesystem::path helpPage_;
     Log& log_;
     SourcesProgram sourcesProgram_;
+    Remedy remedy_;
+    QObject context_; ///< the remedy's answer ends with it
 };
 
 } // namespace hopsel

@@ -26,14 +26,14 @@ bool hasSource(const std::vector<InputSourceInfo>& sources, const std::string& i
                        [&id](const InputSourceInfo& source) { return source.id == id; });
 }
 
-std::vector<InputSourceInfo> sourcesOf(const std::vector<GnomeSettings::Source>& told) {
+std::vector<InputSourceInfo> sourcesOf(const std::vector<GnomeSettings::Source>& told, bool isSelectable) {
     std::vector<InputSourceInfo> sources;
     std::vector<XkbLayout> layouts;
     for (const GnomeSettings::Source& source : told) {
         const std::string id = idOf(source);
         if (id.empty() || hasSource(sources, id)) continue;
         const QString& name = source.second;
-        sources.push_back({id, told_text::plain(name), source.first.toStdString(), {}, false});
+        sources.push_back({id, told_text::plain(name), source.first.toStdString(), {}, isSelectable});
         // "kr+kr104". An engine of IBus has no layout, so nothing is found for it.
         layouts.push_back({});
         if (source.first == u"xkb")
@@ -59,8 +59,9 @@ std::optional<std::string> currentOf(const GnomeSettings::Values& told,
 
 } // namespace
 
-GnomeSources::GnomeSources(std::shared_ptr<BusLink> sessionBus)
-    : refresh_(0ms, 0ms, [this] { read(); }),
+GnomeSources::GnomeSources(std::shared_ptr<BusLink> sessionBus, Rules rules)
+    : rules_(rules),
+      refresh_(0ms, 0ms, [this] { read(); }),
       shell_(std::move(sessionBus), "org.gnome.Shell", [this] { followOwner(); }) {}
 
 void GnomeSources::retry() {
@@ -93,7 +94,7 @@ void GnomeSources::read() {
     if (told == told_) return;
     told_ = std::move(told);
     if (!told_) return;
-    State next{true, sourcesOf(told_->sources), std::nullopt};
+    State next{true, sourcesOf(told_->sources, rules_ == Rules::beforehand), std::nullopt};
     next.currentID = currentOf(*told_, next.sources);
     remember(std::move(next));
 }

@@ -3,7 +3,8 @@
 // GNOME's shell is the only one that switches them. It offers other programs no call for it, ignores what is
 // written to its settings' `current`, and applies its own choice again at the next change of focus when
 // another program makes an IBus engine the current one. So every request is refused, plainly, and the sources
-// are told to be not select-capable.
+// are told to be not select-capable; unless keys depend on the same extension: then rules are made
+// beforehand, and nobody is told that they work.
 //
 // The current source is the first of the settings' `mru-sources` that is still in the list: the shell writes
 // them at each switch of the user's and, when the list changes, itself goes to the first one that is left. It
@@ -22,7 +23,11 @@ namespace hopsel {
 
 class GnomeSources final : public RememberedFramework {
   public:
-    explicit GnomeSources(std::shared_ptr<BusLink> sessionBus);
+    enum class Rules {
+        useless,    ///< they would fire, and switch nothing
+        beforehand, ///< they fire once the extension is there, which then switches as well
+    };
+    explicit GnomeSources(std::shared_ptr<BusLink> sessionBus, Rules rules = Rules::useless);
 
     /// `NotFound` or `Failed`.
     SelectResult select(const std::string& id) override;
@@ -34,6 +39,7 @@ class GnomeSources final : public RememberedFramework {
     void settingsChanged(const QString& path);
     void read();
 
+    Rules rules_;
     GnomeSettings settings_;
     std::optional<GnomeSettings::Values> told_;
     CoalescingTimer refresh_;

@@ -35,12 +35,14 @@ class GnomePermissions final : public Permissions {
 
 } // namespace
 
-GnomeKeySession::GnomeKeySession(std::shared_ptr<GnomeExtension> extension, std::function<double()> clock,
+GnomeKeySession::GnomeKeySession(const std::shared_ptr<BusLink>& sessionBus,
+                                 std::shared_ptr<GnomeExtension> extension, std::function<double()> clock,
                                  Log& log)
     : extension_(std::move(extension)),
       clock_(std::move(clock)),
       listenSource_(std::make_shared<GnomeListenSource>(extension_)),
-      shortcutSource_(std::make_shared<GnomeShortcutSource>(extension_, log)) {
+      shortcutSource_(std::make_shared<GnomeShortcutSource>(extension_, log)),
+      switch_(sessionBus) {
     extension_->listen("Key", "suux", &context_, [this](const QDBusMessage& signal) { takeKey(signal); });
 }
 

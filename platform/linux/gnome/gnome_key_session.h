@@ -7,6 +7,7 @@
 
 #include "core/platform/log.h"
 #include "platform/linux/gnome/gnome_extension.h"
+#include "platform/linux/gnome/gnome_extension_switch.h"
 #include "platform/linux/gnome/gnome_listen_source.h"
 #include "platform/linux/gnome/gnome_shortcut_source.h"
 #include "platform/linux/keys/key_session.h"
@@ -18,7 +19,8 @@ namespace hopsel {
 class GnomeKeySession final : public KeySession {
   public:
     /// `clock` as the engine's: seconds of the monotonic clock.
-    GnomeKeySession(std::shared_ptr<GnomeExtension> extension, std::function<double()> clock, Log& log);
+    GnomeKeySession(const std::shared_ptr<BusLink>& sessionBus, std::shared_ptr<GnomeExtension> extension,
+                    std::function<double()> clock, Log& log);
 
     std::shared_ptr<EventSource> listenSource() override { return listenSource_; }
     std::shared_ptr<ShortcutSource> shortcutSource() override { return shortcutSource_; }
@@ -26,6 +28,10 @@ class GnomeKeySession final : public KeySession {
     std::shared_ptr<GuestKeySending> guestKeySender() override { return nullptr; }
     std::shared_ptr<Permissions> permissions() override;
     std::string listeningFailure() const override { return listenSource_->failure(); }
+    /// Turns the extension on.
+    void remedy(const QObject* context, const std::function<void()>& otherwise) override {
+        switch_.turnOn(context, otherwise);
+    }
     void resynchronise() override { listenSource_->startOver(); }
 
   private:
@@ -35,6 +41,7 @@ class GnomeKeySession final : public KeySession {
     std::function<double()> clock_;
     std::shared_ptr<GnomeListenSource> listenSource_;
     std::shared_ptr<GnomeShortcutSource> shortcutSource_;
+    GnomeExtensionSwitch switch_;
     QObject context_; ///< what the extension tells ends with it
 };
 

@@ -12,6 +12,7 @@
 #include "core/platform/shortcut_source.h"
 #include "platform/linux/keys/printed_keys.h"
 
+#include <QObject>
 #include <functional>
 #include <memory>
 #include <string>
@@ -35,6 +36,9 @@ class KeySession {
     /// Why the last start of the listening source failed, in words for the user; empty after one that did
     /// not.
     virtual std::string listeningFailure() const = 0;
+    /// Does what can be done about keys that are not heard; `otherwise` is called, at once or from the event
+    /// loop, where that is for the user to do, unless `context` is gone by then.
+    virtual void remedy(const QObject* /*context*/, const std::function<void()>& otherwise) { otherwise(); }
     /// Key-ups may have been lost: finds out which keys are down.
     virtual void resynchronise() = 0;
 

@@ -23,6 +23,12 @@ constexpr std::array rows{
 #undef TEXT
 };
 
+constexpr std::array gnomeRows{
+#define TEXT(key, korean, english) Row{Key::key, korean, english},
+#include "platform/linux/texts/gnome_texts.def"
+#undef TEXT
+};
+
 struct Label {
     std::uint16_t keyCode;
     const char* korean;
@@ -73,10 +79,11 @@ constexpr std::array labels{
     Label{399, "Fn", "Fn"},
 };
 
-const char* text(Key key, L10nLanguage language) {
+template <std::size_t size>
+const char* textIn(const std::array<Row, size>& table, Key key, L10nLanguage language) {
     const auto* found =
-        std::find_if(rows.begin(), rows.end(), [&](const Row& row) { return row.key == key; });
-    if (found == rows.end()) return nullptr;
+        std::find_if(table.begin(), table.end(), [&](const Row& row) { return row.key == key; });
+    if (found == table.end()) return nullptr;
     return language == L10nLanguage::ko ? found->korean : found->english;
 }
 
@@ -109,9 +116,12 @@ std::string keyName(ModifierKey key, L10nLanguage language, const PrintedKeys& p
 
 } // namespace
 
-l10n::SystemWords linuxWords(std::function<PrintedKeys()> printed) {
+l10n::SystemWords linuxWords(std::function<PrintedKeys()> printed, KeysFrom keysFrom) {
     l10n::SystemWords words;
-    words.text = text;
+    words.text = [keysFrom](Key key, L10nLanguage language) {
+        const char* own = keysFrom == KeysFrom::gnomeExtension ? textIn(gnomeRows, key, language) : nullptr;
+        return own != nullptr ? own : textIn(rows, key, language);
+    };
     words.keyLabel = keyLabel;
     words.keyName = [printed = std::move(printed)](ModifierKey key, L10nLanguage language) {
         return keyName(key, language, printed ? printed() : PrintedKeys());

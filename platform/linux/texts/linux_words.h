@@ -10,7 +10,11 @@
 
 namespace hopsel {
 
+/// What there is to be done about keys depends on where they come from.
+enum class KeysFrom { xServer, gnomeExtension };
+
 /// Without a reader, as on a keyboard with plain Alt and Ctrl keys.
-l10n::SystemWords linuxWords(std::function<PrintedKeys()> printed = {});
+l10n::SystemWords linuxWords(std::function<PrintedKeys()> printed = {},
+                             KeysFrom keysFrom = KeysFrom::xServer);
 
 } // namespace hopsel

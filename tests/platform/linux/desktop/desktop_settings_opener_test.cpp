@@ -30,6 +30,14 @@ TEST(SettingsOpener, OpensTheProgramOfTheDesktopElseTheHelpPageElseNamesThePageI
     setup = nullptr;
     withMethod.openInputSources();
     EXPECT_EQ(programs.nextCall(), "gnome-control-center|keyboard");
+    std::function<void()> otherwise;
+    hopsel::DesktopSettingsOpener withRemedy(
+        nullptr, "/usr/share/doc of hopsel/permissions.html", log, nullptr,
+        [&](const QObject* /*context*/, const std::function<void()>& failed) { otherwise = failed; });
+    withRemedy.openInputMonitoring();
+    ASSERT_TRUE(otherwise) << "tried first";
+    otherwise();
+    EXPECT_EQ(programs.nextCall(), page + "listening");
     EXPECT_EQ(log.lines.size(), 1U);
 }
 

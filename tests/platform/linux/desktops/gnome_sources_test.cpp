@@ -35,6 +35,10 @@ TEST_F(GnomeSourcesTest, AreListedButNotSwitched) {
     EXPECT_EQ(sources.select("ibus:hangul"),
               SelectResult(select_result::Failed{platform_error::desktopCannotSwitch}));
     EXPECT_EQ(sources.select("odd:x"), notFound);
+    GnomeSources beforehand(linkTo(session.busAddress()), GnomeSources::Rules::beforehand);
+    ASSERT_TRUE(runLoopUntil([&] { return beforehand.enabledKeyboardSources().size() == 3; }));
+    EXPECT_TRUE(beforehand.enabledKeyboardSources().back().isSelectCapable);
+    EXPECT_EQ(beforehand.select("ibus:hangul"), sources.select("ibus:hangul"));
     shell.disappear();
     EXPECT_TRUE(watch.comesInCharge(false));
     EXPECT_EQ(watch.sources + watch.selected, 0);

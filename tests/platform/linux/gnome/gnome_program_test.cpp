@@ -1,6 +1,8 @@
 // The program itself in a GNOME session under Wayland, where there is no X server.
 #include "gnome_rig.h"
+#include "session/child_process.h"
 #include "session/hopsel_program.h"
+#include "session/temporary_folder.h"
 #include "session/text_field.h"
 
 #include <csignal>
@@ -10,7 +12,7 @@
 namespace hopsel::test {
 namespace {
 
-const int keyA = 30, leftShift = 42, space = 57, rightSuper = 126;
+const int keyEnter = 28, keyA = 30, leftShift = 42, space = 57, rightSuper = 126;
 
 class GnomeProgram : public testing::Test {
   protected:
@@ -26,10 +28,10 @@ class GnomeProgram : public testing::Test {
         for (const char* variable : {"XDG_SESSION_TYPE", "XDG_CURRENT_DESKTOP"}) unsetenv(variable);
     }
 
-    bool isCurrent(const std::string& layout) {
-        return gnome.evaluate("imports.ui.status.keyboard.getInputSourceManager().currentSource.id") ==
-               "\"" + layout + "\"";
+    std::string current() {
+        return gnome.evaluate("imports.ui.status.keyboard.getInputSourceManager().currentSource.id");
     }
+    bool isCurrent(const std::string& layout) { return current() == "\"" + layout + "\""; }
     /// Taps until a switch says that the program is there.
     bool tapsUntil(const std::string& layout) {
         return runLoopUntil(
@@ -42,12 +44,43 @@ class GnomeProgram : public testing::Test {
     bool switches(const std::vector<int>& keys, const std::string& layout) {
         for (const int key : keys) gnome.key(key, true);
         for (const int key : keys) gnome.key(key, false);
-        return runLoopUntil([&] { return isCurrent(layout); });
+        return eventually([&] { return isCurrent(layout); });
     }
-    int windows() { return std::stoi(gnome.evaluate("global.get_window_actors().length")); }
+    bool hasWindow() {
+        return gnome.evaluate("global.get_window_actors().some(w => w.meta_window.title === 'Hopsel')") ==
+               "true";
+    }
 
     GnomeRig gnome;
 };
+
+// From the keyboard alone: each page's button has the focus, or Return presses it.
+TEST_F(GnomeProgram, TheIntroductionTurnsTheExtensionOnAndEndsInASwitch) {
+    gnome.enableExtension(false);
+    const session::TemporaryFolder folder;
+    session::ChildProcess::Options first; // in the session's own home, which has GNOME's settings
+    first.program = HOPSEL_EXECUTABLE;
+    first.package = "hopsel itself: build it first";
+    first.environment = {{"HOPSEL_CONFIG", (folder.path() / "config.json").string()}};
+    const session::ChildProcess program(first);
+    const auto isOn = [&] {
+        return gnome.evaluate("Main.extensionManager.lookup('hopsel-43@app.hopsel.Hopsel').state") == "1";
+    };
+    const auto patience = std::chrono::seconds(60);
+    ASSERT_TRUE(runLoopUntil(
+        [&] {
+            gnome.type({keyEnter});
+            return runLoopUntil(isOn, std::chrono::seconds(1));
+        },
+        patience));
+    const std::string before = current();
+    EXPECT_TRUE(runLoopUntil(
+        [&] {
+            gnome.type({rightSuper});
+            return runLoopUntil([&] { return current() != before; }, std::chrono::seconds(1));
+        },
+        patience));
+}
 
 TEST_F(GnomeProgram, SwitchesShowsItsWindowAndLeavesTheKeyboardWhenItIsKilled) {
     auto program = std::make_unique<session::HopselProgram>(HOPSEL_EXECUTABLE, session::twoRules);
@@ -65,21 +98,20 @@ TEST_F(GnomeProgram, SwitchesShowsItsWindowAndLeavesTheKeyboardWhenItIsKilled) {
         // Killed while it holds a combination back.
         gnome.key(leftShift, true);
         gnome.key(space, true);
-        EXPECT_TRUE(runLoopUntil([&] { return isCurrent("ru"); }));
+        EXPECT_TRUE(eventually([&] { return isCurrent("ru"); }));
         program->process().kill(SIGKILL);
         gnome.key(space, false);
         gnome.key(leftShift, false);
         Caller next(gnome.session.busAddress());
-        EXPECT_TRUE(runLoopUntil([&] { return next.error("Register").empty(); })) << "it is told of the end";
+        EXPECT_TRUE(eventually([&] { return next.error("Register").empty(); })) << "it is told of the end";
         gnome.type({rightSuper, space});
         EXPECT_TRUE(switches({leftShift, space}, "ru"));
         EXPECT_TRUE(field.waitForText("фa  ")) << field.text();
     }
-    const int before = windows();
     program = std::make_unique<session::HopselProgram>(HOPSEL_EXECUTABLE, session::twoRules);
     ASSERT_TRUE(tapsUntil("us"));
     const auto again = program->startAnother();
-    EXPECT_TRUE(runLoopUntil([&] { return windows() > before; })) << "its window";
+    EXPECT_TRUE(eventually([&] { return hasWindow(); }));
 }
 
 } // namespace

@@ -7,6 +7,8 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
+#include <chrono>
+#include <functional>
 #include <utility>
 #include <vector>
 
@@ -36,6 +38,11 @@ class Caller {
     QString name_;
     QDBusConnection bus_;
 };
+
+/// The shell draws without a graphics card, which takes its time where others work as well.
+inline bool eventually(const std::function<bool()>& condition) {
+    return runLoopUntil(condition, std::chrono::seconds(60));
+}
 
 struct GnomeRig {
     /// Waits until the shell has started and our extension answers.

@@ -51,8 +51,8 @@ class LinuxWords : public testing::Test, public SettingsRig {
         l10n::setSystemWords({});
         l10n::setLanguage(L10nLanguage::en);
     }
-    static void use(PrintedKeys printed) {
-        l10n::setSystemWords(linuxWords([printed] { return printed; }));
+    static void use(PrintedKeys printed, KeysFrom keysFrom = KeysFrom::xServer) {
+        l10n::setSystemWords(linuxWords([printed] { return printed; }, keysFrom));
     }
 
     /// Everything that is shown or read out, seen or not, but for the report, which is the same everywhere.
@@ -124,10 +124,13 @@ TEST_F(LinuxWords, AreInBothTablesWithTheSameArgumentsAsMacOSs) {
     for (const L10nLanguage language : languages) {
         l10n::setLanguage(language);
         for (const l10n::Key key : l10n::allKeys()) {
-            const std::string text = l10n::t(key);
-            test::expectOurs(text, std::string(l10n::rawValue(key)));
-            l10n::setSystemWords({});
-            EXPECT_EQ(arguments(text), arguments(l10n::t(key))) << l10n::rawValue(key);
+            for (const KeysFrom keysFrom : {KeysFrom::gnomeExtension, KeysFrom::xServer}) {
+                use({}, keysFrom);
+                const std::string text = l10n::t(key);
+                test::expectOurs(text, std::string(l10n::rawValue(key)));
+                l10n::setSystemWords({});
+                EXPECT_EQ(arguments(text), arguments(l10n::t(key))) << l10n::rawValue(key);
+            }
             use({});
         }
         for (int note = 0; note <= static_cast<int>(PlatformNote::passwordsPartlyKnown); ++note)
