@@ -35,9 +35,11 @@ std::optional<QList<QStringList>> layoutsIn(const QDBusMessage& reply) {
     return layouts;
 }
 
-std::string idOf(const std::string& layout, const std::string& label, const std::string& name) {
-    if (layout.empty() && label.empty()) return name.empty() ? "" : "kde:" + name;
-    return "kde:" + layout + (label.empty() || label == layout ? "" : ":" + label);
+/// A label of the user's own tells a layout from its variants; KDE's is that of all of them.
+std::string idOf(const XkbLayout& layout, const std::string& label, const std::string& name) {
+    if (layout.layout.empty() && label.empty()) return name.empty() ? "" : "kde:" + name;
+    if (!label.empty() && label != layout.layout) return "kde:" + layout.layout + ":" + label;
+    return "kde:" + layout.layout + (layout.variant.empty() ? "" : "(" + layout.variant + ")");
 }
 
 } // namespace
@@ -95,21 +97,24 @@ void KdeLayouts::takeList(const QDBusMessage& reply) {
         std::vector<std::string> names;
         std::vector<XkbLayout> layouts;
         ids_.clear();
-        for (const QStringList& layout : told_) {
-            layouts.push_back({told_text::plain(layout[0]), ""});
-            const std::string label = told_text::plain(layout[1]);
-            names.push_back(told_text::plain(layout[2]));
-            ids_.push_back(idOf(layouts.back().layout, label, names.back()));
+        for (const QStringList& layout : told_) names.push_back(told_text::plain(layout[2]));
+        // The short name is that of the variants as well, which may have another language.
+        const auto byName = layout_names::layoutsOf(names);
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            const QStringList& layout = told_[static_cast<qsizetype>(i)];
+            const std::string shortName = told_text::plain(layout[0]);
+            const bool isKnown = byName[i] && (shortName.empty() || byName[i]->layout == shortName);
+            layouts.push_back(isKnown ? *byName[i] : XkbLayout{shortName, ""});
+            const XkbLayout named{shortName, layouts.back().variant};
+            ids_.push_back(idOf(named, told_text::plain(layout[1]), names[i]));
         }
         ids_ = told_text::distinct(std::move(ids_));
-        // The short name is that of the variants as well, which may have another language.
-        const auto byName = layout_names::describe(names);
-        const auto byLayout = XkbLayoutRegistry().describe(layouts);
+        const auto descriptions = XkbLayoutRegistry().describe(layouts);
         sources_.clear();
         for (std::size_t i = 0; i < ids_.size(); ++i) {
             if (ids_[i].empty()) continue;
             sources_.push_back({ids_[i], names[i].empty() ? ids_[i] : names[i], sourceType,
-                                byName[i] ? byName[i]->languages : byLayout[i].languages, true});
+                                descriptions[i].languages, true});
         }
     }
     // Asked only now: whatever is signalled before the answer comes is older than it.

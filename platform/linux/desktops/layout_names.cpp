@@ -41,21 +41,36 @@ void search(Found& found) {
 
 } // namespace
 
-std::vector<std::optional<XkbLayoutDescription>> describe(const std::vector<std::string>& names) {
+std::vector<std::optional<XkbLayout>> layoutsOf(const std::vector<std::string>& names) {
+    const auto lastPart = [](const std::string& name) {
+        const auto separator = name.rfind(" - ");
+        return separator == std::string::npos ? name : name.substr(separator + 3);
+    };
     Found found;
-    for (const std::string& name : names) found.try_emplace(name);
-    search(found);
-    std::vector<XkbLayout> layouts;
-    for (const auto& [name, layout] : found) layouts.push_back(layout.value_or(XkbLayout()));
-    const std::vector<XkbLayoutDescription> descriptions = XkbLayoutRegistry().describe(layouts);
-
-    std::vector<std::optional<XkbLayoutDescription>> result;
-    result.reserve(names.size());
     for (const std::string& name : names) {
-        const auto at = found.find(name);
-        const auto index = static_cast<std::size_t>(std::distance(found.begin(), at));
-        result.push_back(at->second ? std::optional(descriptions[index]) : std::nullopt);
+        found.try_emplace(name);
+        found.try_emplace(lastPart(name));
     }
+    search(found);
+    std::vector<std::optional<XkbLayout>> layouts;
+    layouts.reserve(names.size());
+    for (const std::string& name : names) {
+        const auto& whole = found.at(name);
+        layouts.push_back(whole ? whole : found.at(lastPart(name)));
+    }
+    return layouts;
+}
+
+std::vector<std::optional<XkbLayoutDescription>> describe(const std::vector<std::string>& names) {
+    const auto found = layoutsOf(names);
+    std::vector<XkbLayout> layouts;
+    layouts.reserve(found.size());
+    for (const auto& layout : found) layouts.push_back(layout.value_or(XkbLayout()));
+    const std::vector<XkbLayoutDescription> descriptions = XkbLayoutRegistry().describe(layouts);
+    std::vector<std::optional<XkbLayoutDescription>> result;
+    result.reserve(found.size());
+    for (std::size_t i = 0; i < found.size(); ++i)
+        result.push_back(found[i] ? std::optional(descriptions[i]) : std::nullopt);
     return result;
 }
 

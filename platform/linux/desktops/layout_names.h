@@ -12,6 +12,10 @@
 
 namespace hopsel::layout_names {
 
+/// One answer for each name, which may be the registry's own or the localized one, or such a name after
+/// another and " - ", as KDE says "English (US) - English (Dvorak)". Absent where it is none of them.
+std::vector<std::optional<XkbLayout>> layoutsOf(const std::vector<std::string>& names);
+
 /// One answer for each name, which may be the registry's own or the localized one. Absent where it is
 /// neither.
 std::vector<std::optional<XkbLayoutDescription>> describe(const std::vector<std::string>& names);

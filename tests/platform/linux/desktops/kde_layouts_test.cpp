@@ -105,6 +105,19 @@ TEST_F(KdeLayoutsTest, IdentifiersSurviveAnotherOrderAlsoInTheMiddleOfASwitch) {
     EXPECT_EQ(watch.sources, 1);
 }
 
+// The label of a variant is that of its layout unless the user gave it another.
+TEST_F(KdeLayoutsTest, VariantsWithTheSameLabelStayThemselvesInAnotherOrder) {
+    ASSERT_TRUE(watch.comesInCharge());
+    daemon.changeList(
+        {{"us", "us", "English (US)"}, {"us", "us", "English (Dvorak)"}, {"ru", "ru", "Russian"}});
+    EXPECT_TRUE(watch.lists({"kde:us", "kde:us(dvorak)", "kde:ru"}));
+    daemon.changeList({{"us", "us", "English (US) - English (Dvorak)"}, {"us", "us", "English (US)"}});
+    EXPECT_TRUE(watch.lists({"kde:us(dvorak)", "kde:us"}));
+    EXPECT_EQ(layouts.select("kde:us"), accepted);
+    EXPECT_TRUE(watch.becomesCurrent("kde:us"));
+    EXPECT_EQ(daemon.current, 1U);
+}
+
 TEST_F(KdeLayoutsTest, WhateverIsNoYesIsARefusal) {
     ASSERT_TRUE(watch.comesInCharge());
     for (const Answer& answer : {replyWith(false), replyWith("yes"), replyWithError()}) {
