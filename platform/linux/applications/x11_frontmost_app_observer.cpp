@@ -117,11 +117,4 @@ std::string X11FrontmostAppObserver::text(xcb_get_property_cookie_t cookie) {
             static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))};
 }
 
-void X11FrontmostAppObserver::report(const std::optional<std::string>& identifier) {
-    if (hasReported_ && identifier == reported_) return;
-    hasReported_ = true;
-    reported_ = identifier;
-    if (onChange) onChange(identifier);
-}
-
 } // namespace hopsel

@@ -5,7 +5,7 @@
 // survives the loss of the server: the owner calls `start` again. Main thread.
 #pragma once
 
-#include "core/platform/frontmost_app_observing.h"
+#include "platform/linux/applications/window_observer.h"
 #include "platform/linux/base/coalescing_timer.h"
 #include "platform/linux/x11/x11_connection.h"
 
@@ -16,7 +16,7 @@
 
 namespace hopsel {
 
-class X11FrontmostAppObserver final : public FrontmostAppObserving {
+class X11FrontmostAppObserver final : public WindowObserver {
   public:
     X11FrontmostAppObserver();
 
@@ -27,9 +27,6 @@ class X11FrontmostAppObserver final : public FrontmostAppObserving {
     /// There is no connection: call `start` (again).
     bool isLost() const { return !connection_ || connection_->isLost(); }
 
-    /// Another window may be the active one, of the same application or of another. Comes after `onChange`.
-    std::function<void()> onWindowChange;
-
   private:
     void connect();
     void takeEvents();
@@ -39,7 +36,6 @@ class X11FrontmostAppObserver final : public FrontmostAppObserving {
     void watch(xcb_window_t window);
     xcb_get_property_cookie_t askForText(xcb_atom_t property);
     std::string text(xcb_get_property_cookie_t cookie);
-    void report(const std::optional<std::string>& identifier);
 
     std::unique_ptr<X11Connection> connection_;
     std::unique_ptr<QSocketNotifier> notifier_; ///< on the connection's descriptor, so destroyed before it
@@ -49,8 +45,6 @@ class X11FrontmostAppObserver final : public FrontmostAppObserving {
     xcb_atom_t kdeDesktopFile_ = XCB_ATOM_NONE;
     xcb_atom_t utf8String_ = XCB_ATOM_NONE;
     xcb_window_t watched_ = XCB_WINDOW_NONE;
-    bool hasReported_ = false;
-    std::optional<std::string> reported_;
 };
 
 } // namespace hopsel

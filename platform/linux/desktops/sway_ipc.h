@@ -13,8 +13,8 @@ namespace hopsel {
 
 class SwayIpc {
   public:
-    static constexpr quint32 runCommand = 0, subscribe = 2, getInputs = 100;
-    static constexpr quint32 inputEvent = 0x80000015;
+    static constexpr quint32 runCommand = 0, subscribe = 2, getTree = 4, getInputs = 100;
+    static constexpr quint32 workspaceEvent = 0x80000000, windowEvent = 0x80000003, inputEvent = 0x80000015;
     static constexpr quint32 maxPayload = 1 << 20;
 
     SwayIpc();
