@@ -6,14 +6,14 @@
 
 packages_to_build="cmake ninja-build g++ pkg-config qt6-base-dev qt6-svg-dev libglib2.0-dev
   libxcb1-dev libxcb-xinput-dev libxcb-xtest0-dev
-  libxcb-xkb-dev libxkbcommon-dev libxkbcommon-x11-dev libxkbregistry-dev libsystemd-dev libevdev-dev nlohmann-json3-dev xkb-data qt6-translations-l10n"
+  libxcb-xkb-dev libxkbcommon-dev libxkbcommon-x11-dev libxkbregistry-dev libsystemd-dev libevdev-dev libwayland-dev nlohmann-json3-dev xkb-data qt6-translations-l10n"
 packages_to_play="xvfb openbox trayer x11-xkb-utils xkb-data"
 packages_to_test="systemd libgtest-dev libgmock-dev clang lld llvm libclang-rt-dev xauth dbus-daemon python3-dbusmock libglib2.0-bin
   xdg-utils desktop-file-utils appstream fonts-inter fonts-nanum fonts-dejavu-core
-  libatspi2.0-dev at-spi2-core sway libxkbcommon-tools dconf-cli dconf-service dconf-gsettings-backend
+  libatspi2.0-dev at-spi2-core sway qt6-wayland libxkbcommon-tools dconf-cli dconf-service dconf-gsettings-backend
   gsettings-desktop-schemas ibus ibus-hangul fcitx5 fcitx5-hangul fcitx5-frontend-gtk3 ibus-gtk3 python3-gi gir1.2-gtk-3.0 iso-codes"
 packages_to_desktops="x11-utils xfwm4 xfce4-panel xfce4-settings xfconf xfce4-xkb-plugin
-  qemu-system-x86 linux-image-amd64 kwin-x11 kded5 plasma-workspace plasma-desktop gnome-shell gjs qt6-wayland"
+  qemu-system-x86 linux-image-amd64 kwin-x11 kded5 plasma-workspace plasma-desktop gnome-shell gjs"
 packages_to_check="git clang-format-19 clang-tidy-19"
 packages_to_bench="libbenchmark-dev xcape dbus-daemon libglib2.0-bin dconf-cli dconf-service dconf-gsettings-backend ibus
   ibus-hangul fcitx5 fcitx5-hangul fcitx5-frontend-gtk3 ibus-gtk3 python3-gi gir1.2-gtk-3.0"

@@ -6,6 +6,7 @@
 #include "platform/linux/bus/bus_probe.h"
 #include "platform/linux/ibus/ibus_address.h"
 #include "platform/linux/linux_platform.h"
+#include "platform/linux/wayland/wayland_display.h"
 #include "platform/posix/open_files.h"
 #include "ui/design/symbols.h"
 
@@ -87,8 +88,9 @@ void sayIfTheServerHasGone() {
 /// Our windows are the compositor's own: an X server would only be started for them. The shell's input method
 /// is IBus, and the toolkit does not know the way that leads there through the compositor.
 void useWayland() {
-    if (!session_kind::isGnomeWayland()) return;
-    if (qEnvironmentVariableIsEmpty("QT_IM_MODULE")) qputenv("QT_IM_MODULE", "ibus");
+    if (!session_kind::isWayland() || !wayland_display::isThere()) return;
+    if (session_kind::isGnomeWayland() && qEnvironmentVariableIsEmpty("QT_IM_MODULE"))
+        qputenv("QT_IM_MODULE", "ibus");
     if (!qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) return;
     const QDir plugins(QLibraryInfo::path(QLibraryInfo::PluginsPath) + "/platforms");
     if (!plugins.entryList({"libqwayland*"}, QDir::Files).isEmpty())
@@ -115,7 +117,7 @@ LinuxLaunch::LinuxLaunch()
     posix::requireOpenFiles(openFiles);
     LinuxPlatform::requireSession(); // without it the toolkit would end in a crash report
     useWayland();
-    if (!session_kind::isGnomeWayland()) guard_ = KeyboardGuard::start();
+    if (!session_kind::isWayland()) guard_ = KeyboardGuard::start();
     refuseBusOfOurOwn();
     reachFcitxAsIbus();
     refuseWhatHangs();

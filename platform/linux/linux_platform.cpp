@@ -2,6 +2,8 @@
 
 #include "core/platform/input_source_switcher.h"
 #include "platform/linux/applications/proc_running_apps.h"
+#include "platform/linux/applications/sway_window_observer.h"
+#include "platform/linux/applications/x11_frontmost_app_observer.h"
 #include "platform/linux/base/main_loop.h"
 #include "platform/linux/base/session_kind.h"
 #include "platform/linux/bus/bus_address.h"
@@ -18,9 +20,11 @@
 #include "platform/linux/gnome/gnome_secure_input.h"
 #include "platform/linux/gnome/gnome_shell.h"
 #include "platform/linux/ibus/ibus_input_sources.h"
+#include "platform/linux/keys_helper/session/helper_key_session.h"
 #include "platform/linux/latin_start/latin_start.h"
 #include "platform/linux/texts/linux_words.h"
 #include "platform/linux/tray/tray_host.h"
+#include "platform/linux/wayland/wayland_display.h"
 #include "platform/linux/wayland/wayland_local_key_monitor.h"
 #include "platform/linux/x11/x11_input_devices.h"
 #include "platform/linux/x11/x11_key_session.h"
@@ -28,6 +32,7 @@
 #include "platform/posix/posix_file_storage.h"
 
 #include <QGuiApplication>
+#include <stdexcept>
 
 namespace hopsel {
 
@@ -52,13 +57,15 @@ frameworks(const std::shared_ptr<BusLink>& bus, const std::shared_ptr<GnomeExten
 bool hasX11Windows() { return QGuiApplication::platformName() != "wayland"; }
 
 std::shared_ptr<XkbInputSources> layouts() {
-    return session_kind::isGnomeWayland() ? nullptr : std::make_shared<XkbInputSources>();
+    return session_kind::isWayland() ? nullptr : std::make_shared<XkbInputSources>();
 }
 
 std::unique_ptr<KeySession> keySession(const std::shared_ptr<BusLink>& bus,
                                        const std::shared_ptr<GnomeExtension>& gnome, Log& log) {
     if (session_kind::isGnomeWayland())
         return std::make_unique<GnomeKeySession>(bus, gnome, uptimeSeconds, log);
+    if (session_kind::isWayland())
+        return std::make_unique<HelperKeySession>(HelperPlaces::live(), uptimeSeconds, log);
     return std::make_unique<X11KeySession>(uptimeSeconds, runFor, log);
 }
 
@@ -67,10 +74,19 @@ std::shared_ptr<SecureInputProviding> fields(const std::shared_ptr<GnomeExtensio
     return session_kind::isGnomeWayland() ? std::make_shared<GnomeSecureInput>(gnome, told) : told;
 }
 
+std::unique_ptr<WindowObserver> windowObserver() {
+    if (session_kind::isWayland() && qEnvironmentVariableIsSet("SWAYSOCK"))
+        return std::make_unique<SwayWindowObserver>();
+    return std::make_unique<X11FrontmostAppObserver>();
+}
+
 } // namespace
 
 void LinuxPlatform::requireSession() {
-    if (session_kind::isGnomeWayland()) return;
+    if (session_kind::isWayland()) {
+        if (wayland_display::isThere() || session_kind::hasDisplay()) return;
+        throw std::runtime_error("no display: no Wayland compositor can be reached, and DISPLAY is not set");
+    }
     X11Connection connection;
     x11_input_devices::requireXInput2(connection);
     x11_input_devices::requireXkb(connection);
@@ -87,12 +103,13 @@ LinuxPlatform::LinuxPlatform()
       switchKeys_(std::make_shared<DesktopSwitchKeys>(bus_, DesktopSwitchKeys::liveReaders())),
       passwordFields_(std::make_shared<AtspiSecureInput>(bus_, log_)),
       secureInput_(std::make_shared<LockSecureInput>(fields(gnome_, passwordFields_))),
-      systemObserver_(sources_, std::make_shared<BusLink>(bus_address::system), bus_) {
+      systemObserver_(sources_, std::make_shared<BusLink>(bus_address::system), bus_),
+      frontmostObserver_(windowObserver()) {
     keys_->onHandled = runScheduled;
     systemObserver_.onLocked = [this](bool isLocked) { secureInput_->setLocked(isLocked); };
     // Some frameworks keep a source for each text field, and do not tell: it is looked up as the focus moves,
     // and again as a trigger may be going down.
-    frontmostObserver_.onWindowChange = [this] {
+    frontmostObserver_->onWindowChange = [this] {
         passwordFields_->windowChanged();
         sources_->askCurrent();
     };
@@ -201,7 +218,7 @@ LinuxPlatform::Connection LinuxPlatform::retry() {
     sources_->retry();
     const bool wasLost = layouts_ && layouts_->isLost();
     if (wasLost && !layouts_->reconnect()) return Connection::lost;
-    frontmostObserver_.start();
+    frontmostObserver_->start();
     return wasLost ? Connection::regained : Connection::kept;
 }
 

@@ -8,7 +8,7 @@
 #include "platform/interface/platform.h"
 #include "platform/linux/accessibility/atspi_secure_input.h"
 #include "platform/linux/activation/activation_server.h"
-#include "platform/linux/applications/x11_frontmost_app_observer.h"
+#include "platform/linux/applications/window_observer.h"
 #include "platform/linux/base/system_log.h"
 #include "platform/linux/bus/bus_link.h"
 #include "platform/linux/desktop/desktop_appearance.h"
@@ -48,7 +48,7 @@ class LinuxPlatform final : public Platform {
     std::shared_ptr<LocalKeyMonitoring> localKeys() override;
     std::unique_ptr<TrayHosting> trayHost() override;
     SystemEventObserving& systemObserver() override { return systemObserver_; }
-    FrontmostAppObserving& frontmostObserver() override { return frontmostObserver_; }
+    FrontmostAppObserving& frontmostObserver() override { return *frontmostObserver_; }
     l10n::SystemWords words() const override;
     void followAppearance(std::function<void(design::Appearance)> onChange) override;
     void setOnReopen(std::function<void()> callback) override;
@@ -70,7 +70,7 @@ class LinuxPlatform final : public Platform {
     std::shared_ptr<AtspiSecureInput> passwordFields_;
     std::shared_ptr<LockSecureInput> secureInput_;
     LinuxSystemEventObserver systemObserver_;
-    X11FrontmostAppObserver frontmostObserver_;
+    std::unique_ptr<WindowObserver> frontmostObserver_;
     std::unique_ptr<DesktopAppearance> appearance_;
     std::unique_ptr<ActivationServer> activation_;
 };

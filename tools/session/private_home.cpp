@@ -16,7 +16,8 @@ PrivateHome::PrivateHome() {
         std::filesystem::permissions(path, std::filesystem::perms::owner_all);
         setenv(variable, path.c_str(), 1);
     }
-    for (const char* variable : {"IBUS_ADDRESS", "IBUS_ADDRESS_FILE", "WAYLAND_DISPLAY", "GSETTINGS_BACKEND"})
+    for (const char* variable :
+         {"IBUS_ADDRESS", "IBUS_ADDRESS_FILE", "WAYLAND_DISPLAY", "XDG_SESSION_TYPE", "GSETTINGS_BACKEND"})
         unsetenv(variable);
 }
 

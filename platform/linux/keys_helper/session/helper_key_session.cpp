@@ -1,6 +1,7 @@
 #include "platform/linux/keys_helper/session/helper_key_session.h"
 
 #include "core/base/overloaded.h"
+#include "platform/linux/keys/key_codes.h"
 #include "platform/linux/keys_helper/session/helper_words.h"
 
 #include <algorithm>
@@ -48,6 +49,8 @@ HelperKeySession::HelperKeySession(HelperPlaces places, HelperListenSource::Cloc
     listenSource_->onModifierDown = [this] {
         if (onModifierDown) onModifierDown();
     };
+    keymap_.onKeymap = [this](const KeyMeanings& keymap) { setKeymap(keymap); };
+    keymap_.start();
 }
 
 // The engine may live a little longer.
@@ -61,7 +64,16 @@ std::shared_ptr<Permissions> HelperKeySession::permissions() {
     return std::make_shared<HelperPermissions>(link_);
 }
 
-void HelperKeySession::setMeanings(const told_keys::Meanings& meanings) {
+std::function<PrintedKeys()> HelperKeySession::printedKeys() const {
+    return [printed = printed_] { return *printed; };
+}
+
+void HelperKeySession::setKeymap(const KeyMeanings& keymap) {
+    *printed_ = keymap.printed();
+    told_keys::Meanings meanings;
+    for (std::size_t key = 0; key < told_keys::count; ++key)
+        meanings.at(key) =
+            keymap.modifier(static_cast<XKeyCode>(told_keys::linuxCode(key) + key_codes::x11Offset));
     listenSource_->setMeanings(meanings);
     shortcutSource_->setMeanings(meanings);
 }

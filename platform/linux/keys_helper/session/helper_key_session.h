@@ -9,7 +9,9 @@
 #include "platform/linux/keys_helper/session/helper_link.h"
 #include "platform/linux/keys_helper/session/helper_listen_source.h"
 #include "platform/linux/keys_helper/session/helper_shortcut_source.h"
+#include "platform/linux/wayland/wayland_keymap.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -29,10 +31,14 @@ class HelperKeySession final : public KeySession {
     std::shared_ptr<Permissions> permissions() override;
     std::string listeningFailure() const override { return link_->failure(); }
     /// The helper tells by itself when keys may have been lost; it serves the session that is in front.
-    void resynchronise() override { link_->forgetFailure(); }
+    void resynchronise() override {
+        link_->forgetFailure();
+        keymap_.start();
+    }
 
-    /// What the told keys mean to the keymap; those of a plain keyboard until told.
-    void setMeanings(const told_keys::Meanings& meanings);
+    std::function<PrintedKeys()> printedKeys() const override;
+    /// What the keys mean to the keymap; the compositor's is followed where it tells, else it is a plain one.
+    void setKeymap(const KeyMeanings& keymap);
 
   private:
     void take(const std::vector<to_session::Message>& messages);
@@ -44,6 +50,8 @@ class HelperKeySession final : public KeySession {
     std::shared_ptr<HelperListenSource> listenSource_;
     std::shared_ptr<HelperShortcutSource> shortcutSource_;
     std::string toldUnreadable_;
+    std::shared_ptr<PrintedKeys> printed_ = std::make_shared<PrintedKeys>();
+    WaylandKeymap keymap_;
 };
 
 } // namespace hopsel

@@ -1,6 +1,7 @@
 #include "platform/linux/keys_helper/session/helper_places.h"
 
 #include <QCoreApplication>
+#include <QString>
 #include <array>
 #include <filesystem>
 #include <system_error>
@@ -22,7 +23,8 @@ bool isProgram(const fs::path& path) {
 } // namespace
 
 HelperPlaces HelperPlaces::live() {
-    HelperPlaces places{.socket = "/run/hopsel/keys.sock", .program = {}};
+    const QString socket = qEnvironmentVariable("HOPSEL_KEYS_SOCKET", "/run/hopsel/keys.sock");
+    HelperPlaces places{.socket = socket.toStdString(), .program = {}};
     const fs::path folder = QCoreApplication::applicationDirPath().toStdString();
     // Installed, or where it was built.
     const std::array candidates{folder / ".." / "libexec" / programName,

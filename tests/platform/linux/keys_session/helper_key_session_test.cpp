@@ -103,9 +103,12 @@ TEST_F(HelperKeys, KeysThatWereHeldBeforeCountAndLostOnesVoidTheTap) {
 
 TEST_F(HelperKeys, AMeaningOfTheKeymapGoesBeforeThePlace) {
     startAll();
-    told_keys::Meanings swapped = told_keys::plainMeanings();
-    swapped.at(rightAlt) = ModifierKey::rightCommand;
-    keys->setMeanings(swapped);
+    const std::unique_ptr<xkb_context, void (*)(xkb_context*)> context(xkb_context_new(XKB_CONTEXT_NO_FLAGS),
+                                                                       xkb_context_unref);
+    const xkb_rule_names names{"evdev", "pc105", "us", "", "altwin:swap_alt_win"};
+    const std::unique_ptr<xkb_keymap, void (*)(xkb_keymap*)> keymap(
+        xkb_keymap_new_from_names(context.get(), &names, XKB_KEYMAP_COMPILE_NO_FLAGS), xkb_keymap_unref);
+    keys->setKeymap(KeyMeanings(keymap.get()));
     EXPECT_TRUE(helper.declared());
     ASSERT_TRUE(tells({to_session::Modifier{rightAlt, true, 0}}, 1));
     EXPECT_EQ(events[0].keyCode, keyCode(ModifierKey::rightCommand));
