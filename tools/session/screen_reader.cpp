@@ -54,6 +54,7 @@ SeenWidget describe(AtspiAccessible* accessible) {
     seen.isFocused = has(accessible, ATSPI_STATE_FOCUSED);
     seen.isFocusable = has(accessible, ATSPI_STATE_FOCUSABLE);
     seen.isChecked = has(accessible, ATSPI_STATE_CHECKED);
+    seen.isSelected = has(accessible, ATSPI_STATE_SELECTED);
     seen.isEnabled = has(accessible, ATSPI_STATE_ENABLED);
     const Owned<AtspiComponent> component(atspi_accessible_get_component_iface(accessible));
     if (component) {

@@ -37,6 +37,7 @@ struct SeenWidget {
     bool isFocused = false;
     bool isFocusable = false;
     bool isChecked = false;
+    bool isSelected = false;
     bool isEnabled = false;
 };
 

@@ -18,13 +18,14 @@ constexpr int gap = 8;
 
 } // namespace
 
-SidebarRow::SidebarRow(QString symbol, const QString& title, QWidget* parent)
+SidebarRow::SidebarRow(Kind kind, QString symbol, const QString& title, QWidget* parent)
     : QAbstractButton(parent), symbol_(std::move(symbol)) {
-    setAccessibleRole(this, QAccessible::PageTab); // before it is described: a description is kept
+    // Before it is described: a description is kept.
+    if (kind == Kind::tab) setAccessibleRole(this, QAccessible::PageTab);
     setText(title);
     setFont(fontOf(TextStyle::body));
-    setCheckable(true);
-    setAutoExclusive(true);
+    setCheckable(kind == Kind::tab);
+    setAutoExclusive(kind == Kind::tab);
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Fixed);
 }

@@ -7,10 +7,12 @@
 
 namespace hopsel::design {
 
-/// Rows of one parent exclude each other; arrow keys go from one to the next.
+/// Tabs of one parent exclude each other; arrow keys go from one to the next. A command is a button among
+/// them.
 class SidebarRow final : public QAbstractButton {
   public:
-    SidebarRow(QString symbol, const QString& title, QWidget* parent = nullptr);
+    enum class Kind { tab, command };
+    SidebarRow(Kind kind, QString symbol, const QString& title, QWidget* parent = nullptr);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }

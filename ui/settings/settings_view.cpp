@@ -29,16 +29,15 @@ SettingsView::SettingsView(AppModel& model, SettingsNavigation& navigation,
 QWidget* SettingsView::sidebar() {
     auto* ground = new design::Sidebar;
     for (const SettingsPane pane : allSettingsPanes) {
-        auto* row = new design::SidebarRow(symbol(pane), title(pane));
+        auto* row = new design::SidebarRow(design::SidebarRow::Kind::tab, symbol(pane), title(pane));
         connect(row, &QAbstractButton::clicked, this, [this, pane] { navigation_.setPane(pane); });
         ground->column()->addWidget(row);
         rows_.emplace(pane, row);
     }
     ground->column()->addStretch(1);
     const std::string_view name = product::name;
-    menuRow_ = new design::SidebarRow("keyboard", QString::fromUtf8(name.data(), qsizetype(name.size())));
-    menuRow_->setAutoExclusive(false);
-    menuRow_->setCheckable(false);
+    menuRow_ = new design::SidebarRow(design::SidebarRow::Kind::command, "keyboard",
+                                      QString::fromUtf8(name.data(), qsizetype(name.size())));
     menuRow_->hide();
     connect(menuRow_, &QAbstractButton::clicked, this, [this] {
         if (menu_) menu_->popup(menuRow_->mapToGlobal(QPoint(0, -menu_->sizeHint().height())));

@@ -11,7 +11,7 @@ using testing::HasSubstr;
 
 namespace {
 
-constexpr int settingsItem = 3, bugReportItem = 2, quitItem = 1, pauseItem = 5;
+constexpr int settingsItem = 3, bugReportItem = 2, quitItem = 1, pauseItem = 6;
 
 class WalkWithoutPanel : public Walk {
   protected:

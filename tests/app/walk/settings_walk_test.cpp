@@ -120,12 +120,12 @@ TEST_F(SettingsWalk, DiagnosticsRecordsProbesAndSavesWithoutWhatWasTyped) {
 
 TEST_F(SettingsWalk, EverythingThatTakesTheFocusSaysWhatItIs) {
     addShiftSpace();
-    const std::set<std::string> roles{"radio button", "check box", "push button", "combo box", "text"};
+    const std::set<std::string> roles{"page tab", "check box", "push button", "combo box", "text"};
     for (const char* pane : {"General", "Input Sources", "Switch Rules", "Diagnostics", "About"}) {
         click(pane);
         EXPECT_TRUE(reader.waitUntil([&] {
-            const auto row = reader.find(pane, "radio button");
-            return row && row->isChecked;
+            const auto row = reader.find(pane, "page tab");
+            return row && row->isSelected;
         }));
         for (const SeenWidget& widget : reader.look()) {
             if (!widget.isFocusable) continue;
