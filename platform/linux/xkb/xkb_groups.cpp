@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <set>
+#include <utility>
 
 namespace hopsel::xkb_groups {
 
@@ -68,6 +69,18 @@ std::vector<XkbLayout> parseRulesNames(std::string_view property) {
         layouts.push_back(std::move(layout));
     }
     return layouts;
+}
+
+std::vector<XkbLayout> BelievedLayouts::take(std::vector<XkbLayout> told,
+                                             const std::vector<std::string>& groupNames) {
+    const auto hasName = [](const XkbLayout& layout) { return !layout.layout.empty(); };
+    const auto named = static_cast<std::size_t>(std::count_if(told.begin(), told.end(), hasName));
+    if (named >= groupNames.size()) {
+        layouts_ = std::move(told);
+        groupNames_ = groupNames;
+        return layouts_;
+    }
+    return groupNames == groupNames_ ? layouts_ : told;
 }
 
 std::vector<XkbGroup> list(const std::vector<XkbLayout>& layouts, int groupCount,

@@ -35,6 +35,19 @@ inline constexpr std::size_t maxLayouts = 16;
 /// NUL. Bytes that cannot be part of a layout's name become '?', and a name is cut after 64.
 std::vector<XkbLayout> parseRulesNames(std::string_view property);
 
+/// Which layouts to believe. The property goes its own way: when a second master keyboard comes, the server
+/// writes its defaults into it and leaves the keymap of the first as it is. So names that do not cover the
+/// keymap's groups do not replace names that did, as long as the keymap has the same groups.
+class BelievedLayouts {
+  public:
+    /// `told` by the property; `groupNames` of the keymap, one for each of its groups.
+    std::vector<XkbLayout> take(std::vector<XkbLayout> told, const std::vector<std::string>& groupNames);
+
+  private:
+    std::vector<XkbLayout> layouts_;
+    std::vector<std::string> groupNames_;
+};
+
 /// The groups that are configured or exist, in the server's order. A group that the layouts leave unnamed has
 /// an identifier made of its name in the keymap, or of its number if it has none there either: on a server
 /// without the property the groups are still listed, and keep their identifiers from session to session.

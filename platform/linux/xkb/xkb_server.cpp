@@ -4,7 +4,6 @@
 #include "platform/linux/x11/xkb_extension.h"
 
 #include <QString>
-#include <algorithm>
 #include <poll.h>
 #include <string_view>
 
@@ -66,11 +65,10 @@ std::vector<XkbGroup> XkbServer::readGroups() {
     noteLocked(stateReply->lockedGroup, state.sequence);
     stateSequence_ = state.sequence;
     wantedGroup_ = -1; // from here on its number may stand for another layout
-    const std::vector<XkbLayout> layouts = layoutsIn(propertyReply.get());
-    const int groupCount = controlsReply->numGroups;
-    const auto hasLayout = [](const XkbLayout& layout) { return !layout.layout.empty(); };
-    const bool allNamed = std::count_if(layouts.begin(), layouts.end(), hasLayout) >= groupCount;
-    return xkb_groups::list(layouts, groupCount, allNamed ? std::vector<std::string>() : readGroupNames());
+    std::vector<std::string> names = readGroupNames();
+    names.resize(controlsReply->numGroups);
+    return xkb_groups::list(believed_.take(layoutsIn(propertyReply.get()), names), controlsReply->numGroups,
+                            names);
 }
 
 std::vector<std::string> XkbServer::readGroupNames() {

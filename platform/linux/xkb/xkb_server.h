@@ -52,6 +52,7 @@ class XkbServer {
     X11Connection connection_;
     std::uint8_t firstEvent_;
     xcb_atom_t rulesNames_;
+    xkb_groups::BelievedLayouts believed_;
     int lockedGroup_ = 0;
     std::uint32_t stateSequence_ = 0; ///< the request that asked for the locked group last
     std::uint32_t lockSequence_ = 0;  ///< the request to lock `wantedGroup_`
