@@ -1,6 +1,6 @@
 // Measures the whole program on an X server of its own: hopsel_x11_bench <hopsel> <bare switcher>.
 //
-// Run it alone on a quiet machine, with programs from a RelWithDebInfo or Release build. It takes about two
+// Run it alone on a quiet machine, with programs from a RelWithDebInfo or Release build. It takes about three
 // minutes and prints lines that are described in measurement.h. Budgets are not enforced here: how fast
 // things are depends on the machine, and no test may fail for that.
 #include "benchmarks/benchmarks.h"
