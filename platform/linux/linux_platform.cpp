@@ -105,6 +105,7 @@ LinuxPlatform::LinuxPlatform()
       secureInput_(std::make_shared<LockSecureInput>(fields(gnome_, passwordFields_))),
       systemObserver_(sources_, std::make_shared<BusLink>(bus_address::system), bus_),
       frontmostObserver_(windowObserver()) {
+    if (session_kind::isGnomeWayland()) gnomeFront_ = std::make_unique<GnomeFrontmostApp>(gnome_);
     keys_->onHandled = runScheduled;
     systemObserver_.onLocked = [this](bool isLocked) { secureInput_->setLocked(isLocked); };
     // Some frameworks keep a source for each text field, and do not tell: it is looked up as the focus moves,
@@ -218,7 +219,7 @@ LinuxPlatform::Connection LinuxPlatform::retry() {
     sources_->retry();
     const bool wasLost = layouts_ && layouts_->isLost();
     if (wasLost && !layouts_->reconnect()) return Connection::lost;
-    frontmostObserver_->start();
+    frontmostObserver().start();
     return wasLost ? Connection::regained : Connection::kept;
 }
 

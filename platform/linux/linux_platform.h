@@ -13,6 +13,7 @@
 #include "platform/linux/bus/bus_link.h"
 #include "platform/linux/desktop/desktop_appearance.h"
 #include "platform/linux/gnome/gnome_extension.h"
+#include "platform/linux/gnome/gnome_frontmost_app.h"
 #include "platform/linux/keys/key_session.h"
 #include "platform/linux/sources/linux_input_sources.h"
 #include "platform/linux/switch_keys/desktop_switch_keys.h"
@@ -48,7 +49,9 @@ class LinuxPlatform final : public Platform {
     std::shared_ptr<LocalKeyMonitoring> localKeys() override;
     std::unique_ptr<TrayHosting> trayHost() override;
     SystemEventObserving& systemObserver() override { return systemObserver_; }
-    FrontmostAppObserving& frontmostObserver() override { return *frontmostObserver_; }
+    FrontmostAppObserving& frontmostObserver() override {
+        return gnomeFront_ ? static_cast<FrontmostAppObserving&>(*gnomeFront_) : *frontmostObserver_;
+    }
     l10n::SystemWords words() const override;
     void followAppearance(std::function<void(design::Appearance)> onChange) override;
     void setOnReopen(std::function<void()> callback) override;
@@ -71,6 +74,7 @@ class LinuxPlatform final : public Platform {
     std::shared_ptr<LockSecureInput> secureInput_;
     LinuxSystemEventObserver systemObserver_;
     std::unique_ptr<WindowObserver> frontmostObserver_;
+    std::unique_ptr<GnomeFrontmostApp> gnomeFront_; ///< where the shell tells; the other one rests then
     std::unique_ptr<DesktopAppearance> appearance_;
     std::unique_ptr<ActivationServer> activation_;
 };

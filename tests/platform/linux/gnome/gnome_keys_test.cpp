@@ -3,6 +3,7 @@
 #include "core/engine/engine_coordinator.h"
 #include "core/platform/input_source_switcher.h"
 #include "platform/linux/base/main_loop.h"
+#include "platform/linux/gnome/gnome_frontmost_app.h"
 #include "platform/linux/gnome/gnome_key_session.h"
 #include "platform/linux/gnome/gnome_secure_input.h"
 #include "platform/linux/gnome/gnome_shell.h"
@@ -238,6 +239,24 @@ TEST_F(GnomeKeysTest, IsBackAfterTheLockScreenAndAfterTheExtensionWasOff) {
         EXPECT_EQ(switches(), count);
     }
     EXPECT_TRUE(log.lines.empty()) << log.lines.front();
+}
+
+TEST_F(GnomeKeysTest, TheApplicationInFrontIsTold) {
+    GnomeFrontmostApp front(extension);
+    std::vector<std::optional<std::string>> told;
+    front.onChange = [&](const std::optional<std::string>& name) { told.push_back(name); };
+    front.start();
+    {
+        const session::TextField field("wayland");
+        EXPECT_TRUE(eventually([&] { return told.size() == 2; }));
+        EXPECT_EQ(told.back(), "text_field.py");
+    }
+    EXPECT_TRUE(eventually([&] { return !told.back(); })) << "no window is left";
+    const session::TextField next("wayland");
+    EXPECT_TRUE(eventually([&] { return told.back() == "text_field.py"; }));
+    gnome.enableExtension(false);
+    EXPECT_TRUE(eventually([&] { return !told.back(); }));
+    EXPECT_EQ(told.front(), std::nullopt);
 }
 
 TEST_F(GnomeKeysTest, TheExtensionIsTurnedOnByAButton) {

@@ -14,6 +14,8 @@ globalThis.global = await import('resource:///org/gnome/shell/global.js');
 const {display, idleMonitor} = globalThis.global;
 const folder = Gio.File.new_for_path(path);
 const {default: Extension} = await import(folder.get_child('extension.js').get_uri());
+const {default: Shell} = await import('gi://Shell'); // after the extension: it brings the real shell's modules
+Shell.WindowTracker = {get_default: () => ({get_window_app: () => null})}; // the real one needs a whole shell
 const {getInputSourceManager} = await import('resource:///org/gnome/shell/ui/status/keyboard.js');
 const {getIBusManager} = await import('resource:///org/gnome/shell/misc/ibusManager.js');
 const {inputMethod, wm} = await import('resource:///org/gnome/shell/ui/main.js');
@@ -21,6 +23,7 @@ const manager = getInputSourceManager();
 const ibus = getIBusManager();
 const bus = Gio.DBus.session;
 const told = [];
+const fronts = []; // again with each Register
 let failures = 0;
 
 function expect(what, value, expected) {
@@ -54,7 +57,7 @@ async function begin(id) {
 }
 
 bus.signal_subscribe(null, 'app.hopsel.Shell1', null, null, null, Gio.DBusSignalFlags.NONE,
-    (connection, sender, object, iface, signal, args) => told.push([signal, ...args.recursiveUnpack()]));
+    (connection, sender, object, iface, signal, args) => (signal === 'FrontChanged' ? fronts : told).push([signal, ...args.recursiveUnpack()]));
 const ours = () => manager.handlers.size + ibus.handlers.size + ibus._ibus.handlers.size + idleMonitor.watches.size +
     display.given.size + Object.keys(wm._allowedKeybindings).length;
 
@@ -90,7 +93,7 @@ extension.enable();
 
 expect('before registering', await call('Activate', 'xkb:ru'), 'Busy');
 expect('registered', await call('Register'), ['1.2.3',
-    {switch: true, taps: true, combinations: true, passwords: true},
+    {switch: true, taps: true, combinations: true, passwords: true, front: true},
     [['xkb', 'us', 'us shown', ''], ['xkb', 'ru', 'ru shown', ''], ['ibus', 'hangul', 'hangul shown', 'ko']], 'xkb:us']);
 expect('a layout for a layout needs no engine', await call('Activate', 'xkb:ru'), []);
 
@@ -139,6 +142,11 @@ expect('still there', (await call('Register'))[0], '1.2.3');
 // Neither the overtaken source nor the lost one was ever in force.
 expect('told', told.splice(0).map(([signal, what]) => (signal === 'SourcesChanged' ? what.length : what)),
     ['xkb:ru', 'ibus:hangul', 2, 3, 'Error: played']);
+
+display.focus_window = null;
+display.given.get('notify::focus-window')();
+await call('Register');
+expect('in front', [fronts[0][1], fronts.at(-1)[1]], [['played'], []]);
 
 // Nothing is heard unless it is asked for; then once, however often the shell shows a key.
 type(100, -100);

@@ -5,6 +5,7 @@
 import GLib from 'gi://GLib';
 
 import {Filter} from './filter.js';
+import {Front} from './front.js';
 import {Keys} from './keys.js';
 import {mayBeSwallowed} from './modifiers.js';
 import {Peer} from './peer.js';
@@ -41,6 +42,7 @@ export class Hopsel {
             sources: list => this._peer.tell('SourcesChanged', new GLib.Variant(`(${SOURCES})`, [list])),
             current: id => this._peer.tell('CurrentChanged', new GLib.Variant('(s)', [id])),
         }));
+        this._front = this._probe(Front, () => new Front(this._shell, guard, names => this._tellFront(names)));
         this._filter = this._probe(Filter, () => new Filter(this._shell, guard, () => this._shell.isPassword()));
         this._keys = this._probe(Keys, () => new Keys(this._shell, guard,
             (...event) => this._tellKey(event), this._filter ?? PASSING));
@@ -49,9 +51,10 @@ export class Hopsel {
     disable() {
         this._keys?.close();
         this._filter?.close();
+        this._front?.close();
         this._sources?.close();
         this._peer?.close();
-        this._keys = this._filter = this._sources = this._peer = null;
+        this._keys = this._filter = this._front = this._sources = this._peer = null;
     }
 
     /** What this shell lacks, or does otherwise than is known, is told as a capability that is missing. */
@@ -78,13 +81,19 @@ export class Hopsel {
         this._peer.tell('Key', new GLib.Variant('(suux)', event));
     }
 
+    _tellFront(names) {
+        this._peer.tell('FrontChanged', new GLib.Variant('(as)', [names]));
+    }
+
     _register(reply) {
         reply(new GLib.Variant(`(sa{sb}${SOURCES}s)`, [
             this._version, {
                 switch: Boolean(this._sources), taps: Boolean(this._keys),
                 combinations: Boolean(this._keys && this._filter), passwords: this._shell.knowsPasswords,
+                front: Boolean(this._front),
             }, this._sources?.list ?? [], this._sources?.current ?? '',
         ]));
+        if (this._front) this._tellFront(this._front.names);
     }
 
     _activate(id, reply, fail) {

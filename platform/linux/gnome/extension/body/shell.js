@@ -19,6 +19,7 @@ export function partsOf(modules) {
         ibusManager: modules.getIBusManager(),
         overrideKeyFilter: modules.overrideKeyFilter,
         display: global.display,
+        windowTracker: Shell.WindowTracker?.get_default?.(),
         idleMonitor: global.backend?.get_core_idle_monitor?.(),
         nameOfAction: action => Meta.external_binding_name_for_action(action),
         allowKeybinding: name => Main.wm.allowKeybinding(name, Shell.ActionMode.ALL),

@@ -4,6 +4,16 @@ export const display = {
     held: new Set(['<Super>0x41']),
     given: new Map(),
     last: 0,
+    focus_window: {get_wm_class: () => 'played'},
+
+    connect(signal, callback) {
+        this.given.set(signal, callback);
+        return signal;
+    },
+
+    disconnect(signal) {
+        this.given.delete(signal);
+    },
 
     grab_accelerator(accelerator) {
         if (this.held.has(accelerator) || [...this.given.values()].includes(accelerator)) return 0;
