@@ -16,7 +16,7 @@ class Described final : public QAccessibleWidget {
     Described(QWidget* widget, QAccessible::Role role) : QAccessibleWidget(widget, role) {}
 
     QString text(QAccessible::Text kind) const override {
-        const QString given = QAccessibleWidget::text(kind);
+        QString given = QAccessibleWidget::text(kind);
         if (kind != QAccessible::Name || !given.isEmpty()) return given;
         if (const auto* label = qobject_cast<const QLabel*>(widget())) return label->text();
         return button() != nullptr ? button()->text() : given;
