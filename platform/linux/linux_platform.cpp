@@ -220,6 +220,7 @@ LinuxPlatform::Connection LinuxPlatform::retry() {
     const bool wasLost = layouts_ && layouts_->isLost();
     if (wasLost && !layouts_->reconnect()) return Connection::lost;
     frontmostObserver().start();
+    systemObserver_.retry();
     return wasLost ? Connection::regained : Connection::kept;
 }
 

@@ -29,7 +29,13 @@ bool isMethodName(const QString& text) {
     return !text.isEmpty() && text.size() <= longestText && std::all_of(text.begin(), text.end(), isFit);
 }
 
-std::vector<std::string> languagesFrom(QString code) {
+/// `label` is what the method is to be shown as in a panel: of layouts, which have no language where the
+/// names of languages are not installed, a code of two or three letters.
+std::vector<std::string> languagesFrom(QString code, const QString& label) {
+    const auto isLetter = [](QChar c) { return c >= QChar('a') && c <= QChar('z'); };
+    const bool isCode =
+        (label.size() == 2 || label.size() == 3) && std::all_of(label.begin(), label.end(), isLetter);
+    if (code.isEmpty() && isCode) code = label;
     if (code.isEmpty() || code == "*" || code.size() > longestLanguage) return {}; // "*": all languages
     return {code.replace('_', '-').toStdString()};
 }
@@ -96,7 +102,7 @@ std::optional<std::vector<InputSourceInfo>> sourcesIn(const QDBusMessage& availa
         const QString& shown = nativeName.isEmpty() ? name : nativeName;
         const std::string plain = told_text::plain(shown);
         if (!plain.empty()) source.name = plain;
-        source.languages = languagesFrom(language);
+        source.languages = languagesFrom(language, label);
     }
     entries.endArray();
     return sources;

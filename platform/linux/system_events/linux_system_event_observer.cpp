@@ -1,5 +1,7 @@
 #include "platform/linux/system_events/linux_system_event_observer.h"
 
+#include "platform/linux/base/session_kind.h"
+
 namespace hopsel {
 
 LinuxSystemEventObserver::LinuxSystemEventObserver(std::shared_ptr<InputSourceCatalog> catalog,
@@ -27,6 +29,16 @@ void LinuxSystemEventObserver::start() {
         isSaverActive_ = isActive;
         updateLock(true);
     });
+    if (session_kind::isWayland()) return; // it would start an X server, whose saver locks nothing there
+    xSaver_ = std::make_unique<XScreenSaverWatch>([this](bool isLocked) {
+        isXSaverLocked_ = isLocked;
+        updateLock(true);
+    });
+    xSaver_->connect();
+}
+
+void LinuxSystemEventObserver::retry() {
+    if (xSaver_) xSaver_->connect();
 }
 
 void LinuxSystemEventObserver::stop() {
@@ -35,13 +47,14 @@ void LinuxSystemEventObserver::stop() {
     catalog_->onSourcesChanged = nullptr;
     logind_.reset();
     savers_.reset();
+    xSaver_.reset();
     session_ = {};
-    isSaverActive_ = false;
+    isSaverActive_ = isXSaverLocked_ = false;
     updateLock(false); // nobody would tell that it ended
 }
 
 void LinuxSystemEventObserver::updateLock(bool isChange) {
-    const bool isLocked = isSaverActive_ || session_.isLocked.value_or(false);
+    const bool isLocked = isSaverActive_ || isXSaverLocked_ || session_.isLocked.value_or(false);
     if (isLocked == isLocked_) return;
     isLocked_ = isLocked;
     if (const auto callback = onLocked) callback(isLocked);

@@ -1,5 +1,5 @@
 // Sleep, lock and session changes on Linux: from logind on the system bus, and from the desktop's screen
-// saver on the session bus.
+// saver on the session bus or the X server.
 //
 // Owned by the platform. A bus or a service that is not there, or goes, is taken up when it comes. The screen
 // counts as locked while logind or a screen saver says so, and each change is told once, whoever says it
@@ -10,6 +10,7 @@
 #include "core/platform/system_event.h"
 #include "platform/linux/system_events/logind_watch.h"
 #include "platform/linux/system_events/screen_saver_watch.h"
+#include "platform/linux/system_events/x_screen_saver_watch.h"
 
 #include <memory>
 
@@ -24,6 +25,8 @@ class LinuxSystemEventObserver final : public SystemEventObserving {
 
     void start() override;
     void stop() override;
+    /// Takes the X server up again, if it was lost.
+    void retry();
 
     /// Told of each change, and of a screen that is found locked.
     std::function<void(bool isLocked)> onLocked;
@@ -36,11 +39,13 @@ class LinuxSystemEventObserver final : public SystemEventObserving {
     bool isStarted_ = false;
     SessionState session_;
     bool isSaverActive_ = false;
+    bool isXSaverLocked_ = false;
     bool isLocked_ = false;
     std::shared_ptr<BusLink> systemBus_;
     std::shared_ptr<BusLink> sessionBus_;
     std::unique_ptr<LogindWatch> logind_;
     std::unique_ptr<ScreenSaverWatch> savers_;
+    std::unique_ptr<XScreenSaverWatch> xSaver_;
 };
 
 } // namespace hopsel

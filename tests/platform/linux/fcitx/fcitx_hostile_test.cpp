@@ -61,6 +61,22 @@ TEST_F(HostileFcitx, listsEachNamedMethodOnceAndNotTooMany) {
     EXPECT_EQ(std::set<std::string>(all.begin(), all.end()).size(), all.size());
 }
 
+TEST_F(HostileFcitx, takesTheLabelForTheLanguageThatItDoesNotTell) {
+    fcitx.members = {{"us", ""}, {"kr", ""}, {"table", ""}, {"emoji", ""}, {"mozc", ""}};
+    fcitx.behave();
+    const AvailableMethods available{{"us", "English (US)", "", "", "en", "", true},
+                                     {"kr", "Korean", "", "", "ko", "ko_KR", true},
+                                     {"table", "Table", "", "", "UNI", "", true},
+                                     {"emoji", "Emoji", "", "", "wide", "", true},
+                                     {"mozc", "Mozc", "", "", "あ", "", true}};
+    fcitx.answers["AvailableInputMethods"] = replyWith(inVariant(available));
+    ASSERT_TRUE(becomeInCharge());
+    std::vector<Strings> languages;
+    for (const InputSourceInfo& source : sources->enabledKeyboardSources())
+        languages.push_back(source.languages);
+    EXPECT_EQ(languages, (std::vector<Strings>{{"en"}, {"ko-KR"}, {}, {}, {}}));
+}
+
 TEST_F(HostileFcitx, isJudgedByWhatItsSwitchCameTo) {
     const Answer silence = [](const QDBusMessage&) { return QDBusMessage(); };
     const Answer switchAndRefuse = [this](const QDBusMessage& call) {

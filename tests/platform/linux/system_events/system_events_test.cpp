@@ -29,6 +29,7 @@ class SystemEvents : public testing::Test {
   protected:
     SystemEvents() {
         setenv("XDG_SESSION_ID", "c1", 1);
+        unsetenv("DISPLAY"); // whoever works there may lock the screen
         observer->onEvent = [this](SystemEvent event) { events.push_back(event); };
         observer->onInputSourcesChanged = [this] { ++sourceChanges; };
         startLogind();
