@@ -2,7 +2,7 @@
 //
 // It owns the state that menu and windows draw, turns what the user wants into edits of the store and
 // commands to the engine, and derives what is displayed. Made and owned by start-up, which then calls
-// `start`; main thread. It reaches engine and platform through interfaces only. The engine's and the
+// `start`. It reaches engine and platform through interfaces only. The engine's and the
 // recorder's callbacks hold it weakly.
 #pragma once
 

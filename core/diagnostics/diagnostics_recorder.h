@@ -1,6 +1,6 @@
 // Keeps the most recent key kinds and engine decisions in memory, only while someone wants to see them.
 //
-// One instance per process, shared: the engine writes, the application starts, stops and reads. Main thread.
+// One instance per process, shared: the engine writes, the application starts, stops and reads.
 // Nothing recorded can hold what was typed: a key entry has the kind of the key event, the held modifiers and
 // the verdict, and no field for the code of an ordinary key. Nothing is ever written to disk from here.
 #pragma once

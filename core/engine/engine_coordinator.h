@@ -1,6 +1,6 @@
 // The engine: takes the events of the two sources, decides, and switches input sources.
 //
-// One instance per process, owned by start-up, main thread only, no locks. It reaches the platform only
+// One instance per process, owned by start-up, no locks. It reaches the platform only
 // through the interfaces, the clock and the scheduler handed to it, so the whole engine runs without the
 // platform. The callbacks it installs in its sources hold it weakly. Re-entrancy is expected: while a switch
 // is verified or a guest key is sent the event loop runs. Triggers that complete then only append to the

@@ -1,7 +1,7 @@
 // Turns "some modifier changed, and these are the flags now" into presses and releases of named modifier
 // keys.
 //
-// Owned by the engine, one instance, main thread. Its only state is the set of held modifiers, which every
+// Owned by the engine, one instance. Its only state is the set of held modifiers, which every
 // event repairs from its own flags: a release that was lost (tap disabled, sleep, a password prompt of
 // another program) costs at most a missed tap, never a key that stays down for ever. That works only as far
 // as the flags know better than the events: a source that builds them from its own stream of events must

@@ -1,7 +1,7 @@
 // Decides, event by event, whether a trigger modifier was tapped on its own: down and up within the limit and
 // nothing else in between.
 //
-// Owned by the engine (one for the rules, one for trigger capture), main thread. Never re-targeted: when the
+// Owned by the engine (one for the rules, one for trigger capture). Never re-targeted: when the
 // set of triggers changes the engine builds a new machine. There is no timer; a long hold is noticed at its
 // release.
 #pragma once

@@ -1,6 +1,6 @@
 // Decides which key events of the filtering source belong to a shortcut and are swallowed.
 //
-// Owned by the engine and replaced whenever the rules change, main thread. Its state is the keys whose
+// Owned by the engine and replaced whenever the rules change. Its state is the keys whose
 // key-down was swallowed: their repeats and their key-up are swallowed too, and nothing else is.
 #pragma once
 

@@ -2,7 +2,7 @@
 // none.
 //
 // Implemented once per platform and by a recording fake in the tests. The engine holds one, installs the two
-// callbacks at construction and is the only caller. Everything happens on the main thread.
+// callbacks at construction and is the only caller.
 #pragma once
 
 #include "core/keys/key_event.h"

@@ -1,7 +1,7 @@
 // The seams of input-source handling: the engine's service, and the catalog that platforms implement.
 //
 // A platform writes an `InputSourceCatalog`; the service the engine talks to is the catalog with a switcher
-// around it (input_source_switcher.h). Main thread.
+// around it (input_source_switcher.h).
 #pragma once
 
 #include "core/platform/input_source.h"

@@ -1,7 +1,7 @@
 // The seam through which a window of ours sees the keys that are pressed in it, before anything else does.
 //
 // Owned by start-up; used by whoever asks the user to press a key. While it runs, no key reaches a control, a
-// shortcut of the window or an input method. Main thread.
+// shortcut of the window or an input method.
 #pragma once
 
 #include <cstdint>

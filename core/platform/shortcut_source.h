@@ -2,7 +2,7 @@
 //
 // Implemented once per platform and by a recording fake in the tests. The engine holds one, installs the
 // callbacks at construction and is the only caller. A swallowed event must not reach the listening source as
-// well: the engine feeds it back itself. Everything happens on the main thread.
+// well: the engine feeds it back itself.
 #pragma once
 
 #include "core/keys/shortcut_key.h"

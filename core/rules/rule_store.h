@@ -1,7 +1,7 @@
 // Owns the settings file: reads it once at start, refuses what it must not touch, writes the whole document
 // back after every change.
 //
-// One instance per process, main thread. Its mutations are the only way in which this program changes rules:
+// One instance per process. Its mutations are the only way in which this program changes rules:
 // each validates, applies, chooses the schema version, saves, and puts everything back if saving fails. Other
 // programs may write the file too; what they wrote is taken in or kept aside before it is written over.
 #pragma once

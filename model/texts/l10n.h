@@ -2,7 +2,6 @@
 //
 // The texts themselves are in texts.def and added_texts.def; what another system calls by other names comes
 // from its SystemWords. The language is chosen once, when the first text is asked for; the only state here.
-// Main thread.
 #pragma once
 
 #include "core/rules/rule.h"

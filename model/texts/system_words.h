@@ -2,7 +2,7 @@
 //
 // The table is written for macOS and stands as it is. A platform whose keys and places have other names hands
 // in a layer when the program starts; without one the table speaks. It is read on every look-up, so a layer
-// may follow what changes (the keymap). Kept for the rest of the process; main thread.
+// may follow what changes (the keymap). Kept for the rest of the process.
 #pragma once
 
 #include "model/texts/l10n.h"

@@ -2,7 +2,7 @@
 //
 // One implementation for each system, which makes the live pieces and knows how they hang together; the tests
 // have one that is played. Made by the delegate first and destroyed last; the delegate hands the pieces on
-// through their own interfaces. Main thread.
+// through their own interfaces.
 #pragma once
 
 #include "core/engine/engine_coordinator.h"

@@ -69,7 +69,7 @@ class Delegate : public testing::Test {
     std::unique_ptr<AppDelegate> delegate;
 };
 
-TEST_F(Delegate, startsNothingBesideAnotherCopyOrWhereNothingCanWork) {
+TEST_F(Delegate, StartsNothingBesideAnotherCopyOrWhereNothingCanWork) {
     isTaken = true;
     EXPECT_EQ(launch(), AppDelegate::Launch::alreadyRunning);
     EXPECT_EQ(platform, nullptr);
@@ -79,7 +79,7 @@ TEST_F(Delegate, startsNothingBesideAnotherCopyOrWhereNothingCanWork) {
     delegate->willTerminate();
 }
 
-TEST_F(Delegate, handsOnWhatTheSystemTells) {
+TEST_F(Delegate, HandsOnWhatTheSystemTells) {
     ASSERT_EQ(launch(), AppDelegate::Launch::running);
     ASSERT_TRUE(platform->system.isStarted && platform->frontmost.isStarted);
     platform->tap(rightCommand);
@@ -112,7 +112,7 @@ TEST_F(Delegate, handsOnWhatTheSystemTells) {
     EXPECT_FALSE(platform->source->isStarted);
 }
 
-TEST_F(Delegate, showsWindowsToWhoStartedItAndNothingAtLogin) {
+TEST_F(Delegate, ShowsWindowsToWhoStartedItAndNothingAtLogin) {
     launch();
     EXPECT_THAT(windows(), IsEmpty()) << "there may be a panel";
     platform->tellTray(TrayKind::none);
@@ -136,7 +136,7 @@ TEST_F(Delegate, showsWindowsToWhoStartedItAndNothingAtLogin) {
     EXPECT_THAT(windows(), ElementsAre("introduction")) << "whoever starts it is new to it";
 }
 
-TEST_F(Delegate, followsTheSettingsFileAndClearsWhatAKilledWriterLeft) {
+TEST_F(Delegate, FollowsTheSettingsFileAndClearsWhatAKilledWriterLeft) {
     const auto leftover = folder.path() / "Hopsel/.hopsel-abcdefghijkl";
     std::ofstream(leftover) << "half a";
     launch();
@@ -152,7 +152,7 @@ TEST_F(Delegate, followsTheSettingsFileAndClearsWhatAKilledWriterLeft) {
     EXPECT_THAT(platform->logged.lines, ElementsAre(testing::HasSubstr("by another program")));
 }
 
-TEST_F(Delegate, leavesTheEngineOffIfTheUserSwitchedItOff) {
+TEST_F(Delegate, LeavesTheEngineOffIfTheUserSwitchedItOff) {
     stored->enabled = false;
     ASSERT_EQ(launch(), AppDelegate::Launch::running);
     EXPECT_FALSE(platform->source->isStarted);

@@ -8,7 +8,7 @@ namespace {
 
 using Wish = CommandLine::Wish;
 
-TEST(CommandLine, knowsItsOptionsAndRefusesAllOthers) {
+TEST(CommandLine, KnowsItsOptionsAndRefusesAllOthers) {
     const std::pair<std::vector<std::string>, Wish> cases[] = {
         {{}, Wish::run},
         {{"--render-ui"}, Wish::run},

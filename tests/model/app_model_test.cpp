@@ -28,7 +28,7 @@ class Model : public testing::Test, protected ModelRig {
   protected:
 };
 
-TEST_F(Model, isBuiltWithoutTouchingFileOrEngineAndStartsInOrder) {
+TEST_F(Model, IsBuiltWithoutTouchingFileOrEngineAndStartsInOrder) {
     addStoredRule();
     build();
     EXPECT_THAT(calls, IsEmpty());
@@ -42,7 +42,7 @@ TEST_F(Model, isBuiltWithoutTouchingFileOrEngineAndStartsInOrder) {
     EXPECT_TRUE(preferences->completed) << "who has rules needs no introduction";
 }
 
-TEST_F(Model, refusesEveryEditWhileTheFileCannotBeUsed) {
+TEST_F(Model, RefusesEveryEditWhileTheFileCannotBeUsed) {
     for (const std::string text : {"{", R"({"schemaVersion":7,"rules":[]})", ""}) {
         std::filesystem::remove_all(file);
         if (text.empty())
@@ -67,7 +67,7 @@ TEST_F(Model, refusesEveryEditWhileTheFileCannotBeUsed) {
     }
 }
 
-TEST_F(Model, storesEachEditAndTellsTheEngineThen) {
+TEST_F(Model, StoresEachEditAndTellsTheEngineThen) {
     launch();
     EXPECT_EQ(model->addRule(rightCommand, korean, english), added);
     ASSERT_EQ(model->rules().size(), 1U);
@@ -84,7 +84,7 @@ TEST_F(Model, storesEachEditAndTellsTheEngineThen) {
     EXPECT_THAT(model->rules(), IsEmpty());
 }
 
-TEST_F(Model, leavesEverythingWhenAnEditFails) {
+TEST_F(Model, LeavesEverythingWhenAnEditFails) {
     addStoredRule();
     launch();
     const std::string id = model->rules()[0].id;
@@ -107,7 +107,7 @@ TEST_F(Model, leavesEverythingWhenAnEditFails) {
     EXPECT_THAT(calls, IsEmpty());
 }
 
-TEST_F(Model, followsTheEngine) {
+TEST_F(Model, FollowsTheEngine) {
     launch();
     directory->current = "hangul";
     emitEvent(engine_event::Switched{"r", "abc", "hangul", false, 1});
@@ -137,7 +137,7 @@ TEST_F(Model, followsTheEngine) {
 }
 
 // In menu, window and panel alike, for they all ask this.
-TEST_F(Model, saysThatItWorksOnlyWhileARuleThatIsOnCanSwitch) {
+TEST_F(Model, SaysThatItWorksOnlyWhileARuleThatIsOnCanSwitch) {
     launch();
     EXPECT_EQ(model->statusLine(), StatusLine::noRules);
     model->addRule(rightCommand, korean, english);
@@ -164,7 +164,7 @@ TEST_F(Model, saysThatItWorksOnlyWhileARuleThatIsOnCanSwitch) {
     EXPECT_EQ(model->statusLine(), StatusLine::noRules);
 }
 
-TEST_F(Model, retriesOnlyWhatIsWantedAndDegraded) {
+TEST_F(Model, RetriesOnlyWhatIsWantedAndDegraded) {
     addStoredRule();
     engine->stateAfterStart = engine_state::Degraded{DegradedReason::permissionMissing};
     launch();
@@ -182,7 +182,7 @@ TEST_F(Model, retriesOnlyWhatIsWantedAndDegraded) {
     EXPECT_FALSE(preferences->enabled);
 }
 
-TEST_F(Model, passesOnWhatThePlatformReports) {
+TEST_F(Model, PassesOnWhatThePlatformReports) {
     launch();
     model->sourcesChanged();
     model->systemEvent(SystemEvent::screenUnlocked);
@@ -197,7 +197,7 @@ TEST_F(Model, passesOnWhatThePlatformReports) {
     EXPECT_FALSE(engine->isCapturing());
 }
 
-TEST_F(Model, performsWhatTheMenuOffers) {
+TEST_F(Model, PerformsWhatTheMenuOffers) {
     launch();
     EXPECT_FALSE(std::filesystem::exists(file)) << "nothing is written before the first rule";
     model->perform(MenuAction::toggleEngine);
@@ -219,7 +219,7 @@ TEST_F(Model, performsWhatTheMenuOffers) {
                             "engine apply 2", "request accessibility", "open accessibility"));
 }
 
-TEST_F(Model, showsRulesAndSourcesByTheirNamesOfToday) {
+TEST_F(Model, ShowsRulesAndSourcesByTheirNamesOfToday) {
     addStoredRule(rightOption, {"gone", "Gone Layout", "", {"ja"}, true});
     addStoredRule();
     launch();
@@ -237,7 +237,7 @@ TEST_F(Model, showsRulesAndSourcesByTheirNamesOfToday) {
     EXPECT_FALSE(model->statusItemAppearance().badge) << "no rule is on, and the icon says so";
 }
 
-TEST_F(Model, tellsVariantsOfOneNameApart) {
+TEST_F(Model, TellsVariantsOfOneNameApart) {
     directory->sources = {
         {"xkb:us", "English", "", {"en"}, true}, {"xkb:us+dvorak", "English", "", {"en"}, true}, korean};
     directory->current = "xkb:us";
@@ -251,7 +251,7 @@ TEST_F(Model, tellsVariantsOfOneNameApart) {
     EXPECT_NE(badge->first, *badge->second);
 }
 
-TEST_F(Model, isLookedAtOnceAfterChangesAndNeverByWhoIsGone) {
+TEST_F(Model, IsLookedAtOnceAfterChangesAndNeverByWhoIsGone) {
     launch();
     std::vector<std::size_t> seen;
     {
@@ -267,7 +267,7 @@ TEST_F(Model, isLookedAtOnceAfterChangesAndNeverByWhoIsGone) {
     EXPECT_THAT(seen, ElementsAre(1U));
 }
 
-TEST_F(Model, recordsWhileDiagnosticsAreShownAndReportsWhatItKnows) {
+TEST_F(Model, RecordsWhileDiagnosticsAreShownAndReportsWhatItKnows) {
     launch();
     model->addRule(trigger::ModifierTap{ModifierKey::leftOption}, korean, english);
     model->setRuleEnabled(model->rules()[0].id, false);
@@ -298,7 +298,7 @@ TEST_F(Model, recordsWhileDiagnosticsAreShownAndReportsWhatItKnows) {
     EXPECT_FALSE(model->reportCopied());
 }
 
-TEST(SourceSuggester, pairsAnotherLanguageWithEnglish) {
+TEST(SourceSuggester, PairsAnotherLanguageWithEnglish) {
     const InputSourceInfo us{"us", "U.S.", "", {"en-US"}, true};
     const InputSourceInfo plain{"plain", "Plain", "", {}, true};
     const InputSourceInfo fixed{"fixed", "Fixed", "", {"ja"}, false};

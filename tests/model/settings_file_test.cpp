@@ -28,7 +28,7 @@ class SettingsFile : public testing::Test, protected fakes::ModelRig {
     const std::string id() const { return model->rules().front().id; }
 };
 
-TEST_F(SettingsFile, a_change_that_cannot_be_saved_says_why_and_what_to_do_and_can_be_tried_again) {
+TEST_F(SettingsFile, AChangeThatCannotBeSavedSaysWhyAndWhatToDoAndCanBeTriedAgain) {
     onFullDisk([&] { EXPECT_FALSE(model->setRuleEnabled(id(), false)); });
     EXPECT_THAT(said(), testing::AllOf(HasSubstr("not in force"), HasSubstr("no room left on the disk")));
     EXPECT_THAT(log.lines, ElementsAre(testing::StartsWith("error Settings: a change was not saved")));
@@ -56,7 +56,7 @@ TEST_F(SettingsFile, a_change_that_cannot_be_saved_says_why_and_what_to_do_and_c
     EXPECT_THAT(errnoText(EIO), HasSubstr("The system says: words"));
 }
 
-TEST_F(SettingsFile, what_another_program_wrote_counts_at_once_and_is_never_written_over_unread) {
+TEST_F(SettingsFile, WhatAnotherProgramWroteCountsAtOnceAndIsNeverWrittenOverUnread) {
     addStoredRule(trigger::ModifierTap{ModifierKey::leftOption});
     model->settingsFileChanged();
     EXPECT_THAT(calls, Contains("engine apply 2"));
@@ -85,7 +85,7 @@ TEST_F(SettingsFile, what_another_program_wrote_counts_at_once_and_is_never_writ
     EXPECT_THAT(model->rules(), IsEmpty());
 }
 
-TEST_F(SettingsFile, a_file_that_could_not_be_read_at_the_start_counts_once_it_is_repaired) {
+TEST_F(SettingsFile, AFileThatCouldNotBeReadAtTheStartCountsOnceItIsRepaired) {
     const std::string good = contents(file);
     put(file, "{");
     launch();
@@ -98,7 +98,7 @@ TEST_F(SettingsFile, a_file_that_could_not_be_read_at_the_start_counts_once_it_i
     EXPECT_TRUE(model->canEditRules());
 }
 
-TEST(SettingsFileWatch, tells_each_way_in_which_a_file_becomes_another_and_nothing_else) {
+TEST(SettingsFileWatch, TellsEachWayInWhichAFileBecomesAnotherAndNothingElse) {
     const session::TemporaryFolder folder;
     const fs::path file = folder.path() / "data/Hopsel/config.json";
     const fs::path elsewhere = folder.path() / "dots/config.json";

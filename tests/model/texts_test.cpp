@@ -15,7 +15,7 @@ class Texts : public testing::Test {
     ~Texts() override { l10n::setLanguage(L10nLanguage::en); }
 };
 
-TEST_F(Texts, areThereInBothLanguagesWithTheSameArguments) {
+TEST_F(Texts, AreThereInBothLanguagesWithTheSameArguments) {
     const auto arguments = [](L10nLanguage language, l10n::Key key) {
         l10n::setLanguage(language);
         const std::string text = l10n::t(key);
@@ -28,7 +28,7 @@ TEST_F(Texts, areThereInBothLanguagesWithTheSameArguments) {
         EXPECT_EQ(arguments(L10nLanguage::ko, key), arguments(L10nLanguage::en, key)) << l10n::rawValue(key);
 }
 
-TEST_F(Texts, areKoreanWhereKoreanIsWantedFirst) {
+TEST_F(Texts, AreKoreanWhereKoreanIsWantedFirst) {
     for (const char* first : {"ko", "KO", "ko-KR", "ko_Kore", "korean"})
         EXPECT_EQ(l10n::detect({first, "en"}), L10nLanguage::ko) << first;
     for (const char* first : {"en-KR", "ja", "", "k", "C"})
@@ -36,7 +36,7 @@ TEST_F(Texts, areKoreanWhereKoreanIsWantedFirst) {
     EXPECT_EQ(l10n::detect({}), L10nLanguage::en);
 }
 
-TEST_F(Texts, nameKeys) {
+TEST_F(Texts, NameKeys) {
     const ShortcutKey many{40,
                            {ModifierKey::rightCommand, ModifierKey::leftShift, ModifierKey::rightShift,
                             ModifierKey::leftControl, ModifierKey::rightOption}};
@@ -60,7 +60,7 @@ TEST_F(Texts, nameKeys) {
               "Help Home Page Up Forward Delete End Page Down ← → ↓ ↑ Key 102 Key 65535 ");
 }
 
-TEST_F(Texts, offerTheWayOutOfWhatIsMissing) {
+TEST_F(Texts, OfferTheWayOutOfWhatIsMissing) {
     const std::pair<StatusLine, menu_item::Action> cases[] = {
         {StatusLine::permissionMissing, {MenuAction::openPrivacySettings, "Open System Settings…"}},
         {StatusLine::accessibilityMissing,
@@ -70,7 +70,7 @@ TEST_F(Texts, offerTheWayOutOfWhatIsMissing) {
                     testing::Contains(MenuItemSpec(wayOut)));
 }
 
-TEST(SourceLabel, isOfTheFirstLanguageElseOfTheName) {
+TEST(SourceLabel, IsOfTheFirstLanguageElseOfTheName) {
     using Languages = std::vector<std::string>;
     const std::tuple<Languages, std::string, std::string> cases[] = {{{"ko"}, "ABC", "한"},
                                                                      {{"ja-JP", "en"}, "x", "あ"},
@@ -83,7 +83,7 @@ TEST(SourceLabel, isOfTheFirstLanguageElseOfTheName) {
     for (const auto& [languages, name, label] : cases) EXPECT_EQ(source_label::label(languages, name), label);
 }
 
-TEST(SourceLabel, tellsTwoOfOneLanguageApartByTheirNames) {
+TEST(SourceLabel, TellsTwoOfOneLanguageApartByTheirNames) {
     using Pair = std::pair<std::string, std::string>;
     EXPECT_EQ(source_label::toldApart("A", "English (US)", "English (Dvorak)"), Pair("U", "D"));
     EXPECT_EQ(source_label::toldApart("한", "2-Set Korean", "390 Sebulshik"), Pair("2", "3"));
@@ -92,7 +92,7 @@ TEST(SourceLabel, tellsTwoOfOneLanguageApartByTheirNames) {
     EXPECT_EQ(source_label::toldApart("?", "", ""), Pair("?", "?"));
 }
 
-TEST(StatusItemPresenter, showsALabelOnlyWhenAllIsWellAndWarnsElse) {
+TEST(StatusItemPresenter, ShowsALabelOnlyWhenAllIsWellAndWarnsElse) {
     using status_item_presenter::appearance;
     const StatusBadge pair{"한", "A", true};
     EXPECT_EQ(appearance(StatusLine::ok, true, "B", pair), (StatusItemAppearance{"keyboard", pair}));

@@ -12,7 +12,7 @@ namespace hopsel::design {
 /// that is told to be a tab is selected when it is checked, and can be pressed.
 void setAccessibleRole(QWidget* widget, QAccessible::Role role);
 
-/// After the application object was made, and before its first window. Main thread.
+/// After the application object was made, and before its first window.
 void describeRoles();
 
 } // namespace hopsel::design

@@ -7,7 +7,7 @@
 
 namespace hopsel::design {
 
-/// After the application object was made, and before its first window. Main thread.
+/// After the application object was made, and before its first window.
 void describeScrollAreasSafely();
 
 } // namespace hopsel::design

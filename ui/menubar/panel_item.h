@@ -1,4 +1,4 @@
-// The status item itself, as one kind of panel takes it. Main thread.
+// The status item itself, as one kind of panel takes it.
 //
 // Made by the desktop's hosting when there is a panel for it, owned by the status item's controller, whose
 // menu it opens and which it does not outlive.

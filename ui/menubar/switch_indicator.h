@@ -2,7 +2,7 @@
 // not at the panel.
 //
 // Owned by the delegate, follows the model. Off by default; while it is off, or nothing switches, there is no
-// window. The window takes no focus and no input: clicks go to what is beneath it. Main thread.
+// window. The window takes no focus and no input: clicks go to what is beneath it.
 #pragma once
 
 #include "model/app_model.h"

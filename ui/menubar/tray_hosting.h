@@ -1,6 +1,6 @@
 // Where a status item can be shown: does this desktop have a panel with room for one, and of which kind?
 //
-// The seam between the status item and the desktop. Main thread.
+// The seam between the status item and the desktop.
 #pragma once
 
 #include "ui/menubar/panel_item.h"

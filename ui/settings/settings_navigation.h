@@ -1,6 +1,6 @@
 // The panes of the Settings window, and which of them is shown.
 //
-// One navigation per window controller, which owns it; the window and its panes share it. Main thread.
+// One navigation per window controller, which owns it; the window and its panes share it.
 #pragma once
 
 #include "model/observable_object.h"

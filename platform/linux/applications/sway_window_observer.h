@@ -2,7 +2,6 @@
 //
 // Owned by start-up; needs the event loop. A connection that ends is taken up by `start`, which reads the
 // environment anew. What sway says of windows is what their programs say: it is cut down to a short name.
-// Main thread.
 #pragma once
 
 #include "platform/linux/applications/window_observer.h"

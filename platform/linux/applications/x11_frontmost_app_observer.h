@@ -2,7 +2,7 @@
 //
 // Owned by start-up; needs the event loop, through which it learns of changes on a connection of its own. A
 // program may name its window only after that has become active, so the active window is watched too. It
-// survives the loss of the server: the owner calls `start` again. Main thread.
+// survives the loss of the server: the owner calls `start` again.
 #pragma once
 
 #include "platform/linux/applications/window_observer.h"

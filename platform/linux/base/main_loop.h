@@ -1,6 +1,6 @@
 // The main loop and the clock as the platform-free layers are given them: functions over the toolkit's loop.
 //
-// Main thread. They need no object of their own and may be called before the loop runs and after it ended.
+// They need no object of their own and may be called before the loop runs and after it ended.
 #pragma once
 
 #include <functional>

@@ -3,7 +3,7 @@
 // An object of its own because it must be destroyed before the connection is: the D-Bus library queues what
 // arrives as events for the receiver, with a bare pointer to the connection in them, and a receiver takes its
 // events along. Takes whole messages and nothing else: for typed arguments the library would read whatever
-// was sent as if it were of that type, and end the program over it. Owned by the link. Main thread.
+// was sent as if it were of that type, and end the program over it. Owned by the link.
 #pragma once
 
 #include <QDBusMessage>

@@ -5,7 +5,7 @@
 // connections of the program go. So this is a connection to a mere peer as far as the library knows; the
 // greeting is a call like any other, what is to be delivered is asked of the bus here, and whatever arrives
 // goes through one place, which hands a listener only what looks as it said (`BusSignal`). Late answers of a
-// connection that was lost are dropped. Main thread.
+// connection that was lost are dropped.
 #pragma once
 
 #include "platform/linux/bus/bus_signal.h"

@@ -2,7 +2,7 @@
 // answers count only while it is.
 //
 // A member of whoever asks it. When the bus is lost nobody owns the name, until the bus is back and says who
-// does. Nothing is ever started by it. Main thread.
+// does. Nothing is ever started by it.
 #pragma once
 
 #include "platform/linux/bus/bus_link.h"

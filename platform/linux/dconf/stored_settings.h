@@ -2,7 +2,7 @@
 //
 // A member of whoever reads them. The values are read from the storage itself and not through a GSettings
 // object, which would open a connection to the session bus and start threads, only to be told of changes; and
-// GLib ends a process whose session bus goes away. A question takes some microseconds. Main thread.
+// GLib ends a process whose session bus goes away. A question takes some microseconds.
 #pragma once
 
 #include <gio/gio.h>

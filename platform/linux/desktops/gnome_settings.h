@@ -1,6 +1,6 @@
 // GNOME's settings for input sources, as they are stored now.
 //
-// A member of the framework that reads them. Main thread.
+// A member of the framework that reads them.
 #pragma once
 
 #include "platform/linux/dconf/stored_settings.h"

@@ -11,7 +11,7 @@
 // keeps no such record when each window has its own source; then the current one is not known. While a
 // password is typed the shell puts IBus sources aside without a record, and the one before is told.
 //
-// Made by start-up, owned by the session's catalog; needs the event loop. Main thread.
+// Made by start-up, owned by the session's catalog; needs the event loop.
 #pragma once
 
 #include "platform/linux/base/coalescing_timer.h"

@@ -8,7 +8,7 @@
 // layouts or on the language of the desktop; giving a layout another label makes it another source. Only
 // where two cannot be told apart at all, the second in the list is "#2".
 //
-// Made by start-up, owned by the session's catalog; needs the event loop. Main thread.
+// Made by start-up, owned by the session's catalog; needs the event loop.
 #pragma once
 
 #include "platform/linux/bus/bus_name.h"

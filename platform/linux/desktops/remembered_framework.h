@@ -1,7 +1,7 @@
 // What the desktops' frameworks have in common: they answer from what they were told last.
 //
 // The base of each of them. It compares what is told with what was told before, so that only real changes are
-// reported. Main thread.
+// reported.
 #pragma once
 
 #include "platform/linux/sources/input_framework.h"

@@ -2,7 +2,7 @@
 //
 // A member of the framework that talks to it; needs the event loop. A message is "i3-ipc", the length and
 // the type of the payload as 32-bit numbers in the machine's order, and the payload. What breaks these rules,
-// or is longer than any answer of sway, ends the connection. Main thread.
+// or is longer than any answer of sway, ends the connection.
 #pragma once
 
 #include <QByteArray>

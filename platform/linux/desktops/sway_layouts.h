@@ -2,7 +2,7 @@
 //
 // A source is a layout of any keyboard, known by its name. The current one is that of the keyboard whose
 // layout changed last. Made by start-up, owned by the session's catalog; needs the event loop. A connection
-// that ends is taken up by `retry`, which reads the environment anew. Main thread.
+// that ends is taken up by `retry`, which reads the environment anew.
 #pragma once
 
 #include "platform/linux/desktops/remembered_framework.h"

@@ -1,6 +1,6 @@
 // Which input method Fcitx5 said was current when it was asked last.
 //
-// Owned by the input sources. Fcitx5 has no signal for it, so others say when to ask. Main thread.
+// Owned by the input sources. Fcitx5 has no signal for it, so others say when to ask.
 #pragma once
 
 #include "platform/linux/fcitx/fcitx_daemon.h"

@@ -1,7 +1,7 @@
 // Fcitx5 on the session bus: is it there, and calls to it.
 //
 // Owned by the input sources, together with everyone who calls through it. Nothing here starts Fcitx5: calls
-// go to the one that owns the name at that moment, by its unique name. Asks without waiting; main thread.
+// go to the one that owns the name at that moment, by its unique name. Asks without waiting.
 #pragma once
 
 #include "platform/linux/bus/bus_name.h"

@@ -1,7 +1,7 @@
 // The input methods of a running Fcitx5 as input sources.
 //
 // Owned by the session's catalog. It learns and asks through the event loop; while the bus is lost, there is
-// no Fcitx5. Main thread.
+// no Fcitx5.
 #pragma once
 
 #include "platform/linux/base/coalescing_timer.h"

@@ -1,7 +1,7 @@
 // Notices that Fcitx5 has written the file with the groups of input methods: no signal of it tells so.
 //
 // Owned by the input sources. The file and its folders may come, go and come back; Fcitx5 replaces the file
-// as a whole, so it is the folder that is watched, or the nearest above it that is there. Main thread.
+// as a whole, so it is the folder that is watched, or the nearest above it that is there.
 #pragma once
 
 #include "platform/linux/base/coalescing_timer.h"

@@ -4,7 +4,7 @@
 // then dropped. Fcitx5 answers success to everything, so only reading back tells. It has a current method
 // for each text field, and none without one: a field that goes away, as the focus passes from one
 // program to another, leaves it without for a moment. The request is repeated for that long, and refused only
-// after the answer to the last one, so that what was refused does not happen after all. Main thread.
+// after the answer to the last one, so that what was refused does not happen after all.
 #pragma once
 
 #include "core/platform/input_source.h"

@@ -1,7 +1,6 @@
 // The input methods of Fcitx5's current group, as it told them last.
 //
 // Owned by the input sources, who say when to ask. An answer that cannot be used leaves what was told before.
-// Main thread.
 #pragma once
 
 #include "core/platform/input_source.h"

@@ -3,7 +3,7 @@
 //
 // Shared by those who use it: input sources, keys, and whatever else the shell is needed for. What it offers
 // is described in extension/app.hopsel.Shell1.xml. It comes and goes with the shell, with the lock screen
-// (which has no extensions) and with the user's wish. Made by start-up; needs the event loop. Main thread.
+// (which has no extensions) and with the user's wish. Made by start-up; needs the event loop.
 #pragma once
 
 #include "core/platform/log.h"

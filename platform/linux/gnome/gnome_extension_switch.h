@@ -1,7 +1,7 @@
 // Turns our extension on: asks the shell's own service for extensions, as its user could.
 //
 // A member of the key session. The shell knows the extensions that it found when the session began; of our
-// two it can run one, by its version. Main thread.
+// two it can run one, by its version.
 #pragma once
 
 #include "platform/linux/bus/bus_name.h"

@@ -1,6 +1,6 @@
 // The application whose window has the focus in GNOME's shell, as our extension tells.
 //
-// Owned by the platform. Absent while the extension is not there. Main thread.
+// Owned by the platform. Absent while the extension is not there.
 #pragma once
 
 #include "core/platform/frontmost_app_observing.h"

@@ -1,7 +1,7 @@
 // Secure text entry in a GNOME session under Wayland: the shell knows what the field with the focus is for.
 //
 // Shared with the engine, and made by the platform. What the extension tells is as of the last key, which is
-// when it is asked; what programs tell of themselves counts beside it. Main thread.
+// when it is asked; what programs tell of themselves counts beside it.
 #pragma once
 
 #include "core/platform/secure_input.h"

@@ -5,7 +5,7 @@
 // engines ("xkb:kr+kr104", "ibus:hangul"), so rules survive a change of session or desktop. A source that the
 // extension tells to be current is in force.
 //
-// Made by start-up, owned by the session's catalog. Main thread.
+// Made by start-up, owned by the session's catalog.
 #pragma once
 
 #include "platform/linux/desktops/remembered_framework.h"

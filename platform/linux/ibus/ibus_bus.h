@@ -1,6 +1,6 @@
 // The connection to the private bus of the IBus daemon: it can be lost, and opened again.
 //
-// A member of the framework, which says when to open it. Nothing here waits. Main thread.
+// A member of the framework, which says when to open it. Nothing here waits.
 #pragma once
 
 #include "platform/linux/bus/bus_name.h"

@@ -2,7 +2,7 @@
 //
 // Made by start-up and owned by the session's catalog; needs the event loop. Everything is answered from
 // memory, which the daemon's signals keep up to date; the daemon may be killed and started again at any time,
-// also in the middle of a switch. Main thread.
+// also in the middle of a switch.
 #pragma once
 
 #include "core/platform/log.h"

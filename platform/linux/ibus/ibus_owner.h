@@ -1,7 +1,7 @@
 // Whether the IBus daemon itself runs in the session: its name on the session bus has an owner, and that is
 // not Fcitx5, which takes the name as well to serve IBus's clients.
 //
-// A member of the framework; needs the event loop. Nothing is ever started by it. Main thread.
+// A member of the framework; needs the event loop. Nothing is ever started by it.
 #pragma once
 
 #include "platform/linux/bus/bus_name.h"

@@ -1,7 +1,7 @@
 // What the user has set for IBus, and when that changes.
 //
 // A member of the framework. The storage's own signal on the session bus tells of changes; where that is
-// missing, `read` finds them. Main thread.
+// missing, `read` finds them.
 #pragma once
 
 #include "platform/linux/bus/bus_link.h"

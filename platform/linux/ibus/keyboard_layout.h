@@ -3,7 +3,7 @@
 // A member of the framework: setting an engine in the daemon leaves the layout to whoever sets it. A layout
 // that the session has loaded already is locked at once; any other is loaded by setxkbmap in place of all
 // that were, which takes some tenths of a second and is not waited for. The layouts that will be wanted next
-// are loaded along: IBus's switcher would load one alone, and so again at every switch. Main thread.
+// are loaded along: IBus's switcher would load one alone, and so again at every switch.
 #pragma once
 
 #include "core/platform/log.h"

@@ -2,7 +2,7 @@
 //
 // Made by start-up and shared with the catalog of the session. Reads the settings of IBus's engines and of
 // Fcitx5's methods at each question; the storage tells of changes on the session bus, files are looked at by
-// `check`. Writes one of them only when the user asks for it. Main thread.
+// `check`. Writes one of them only when the user asks for it.
 #pragma once
 
 #include "platform/linux/bus/bus_link.h"

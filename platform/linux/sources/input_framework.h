@@ -4,7 +4,7 @@
 // Each implementation watches its own daemon for as long as it lives, whether or not it is in charge, answers
 // from memory, and asks and selects without waiting: what the daemon says arrives through the event loop, and
 // ends a wait for a selection there (`InputSourceCatalog::refusal`). Owned by the session's catalog, which
-// takes the first framework in charge, in its own order. Main thread.
+// takes the first framework in charge, in its own order.
 #pragma once
 
 #include "core/platform/input_source_service.h"

@@ -6,7 +6,7 @@
 // them knows, and where there is none, the fallback answers.
 //
 // Made by start-up, which fixes the frameworks' order, and shared with the input-source service. Owns the
-// frameworks. Main thread.
+// frameworks.
 #pragma once
 
 #include "platform/linux/sources/input_framework.h"

@@ -1,5 +1,5 @@
 // What a person should know of a source before a rule relies on it: the seam between the catalog of the
-// session, which adds it to what frameworks list, and who reads the settings of input methods. Main thread.
+// session, which adds it to what frameworks list, and who reads the settings of input methods.
 #pragma once
 
 #include "core/platform/input_source.h"

@@ -2,7 +2,7 @@
 // is one of them and both would act.
 //
 // Owned by start-up; needs the event loop, to know which programs run in the session. It is asked for every
-// rule whenever the rules are drawn, and always answers from the settings as they are. Main thread.
+// rule whenever the rules are drawn, and always answers from the settings as they are.
 #pragma once
 
 #include "core/keys/shortcut_key.h"

@@ -1,7 +1,7 @@
 // The keys with which Fcitx5 switches input methods, from its configuration file.
 //
 // Owned by whoever asks; reads the file when it is asked and the file is another than last time. What is not
-// in the file is as Fcitx5 ships it. Main thread.
+// in the file is as Fcitx5 ships it.
 #pragma once
 
 #include "core/keys/shortcut_key.h"

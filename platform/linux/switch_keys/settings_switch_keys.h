@@ -1,6 +1,6 @@
 // The keys for switching input sources that IBus and GNOME keep in GSettings.
 //
-// Owned by whoever asks; each question reads them as they are now. Main thread.
+// Owned by whoever asks; each question reads them as they are now.
 #pragma once
 
 #include "core/keys/shortcut_key.h"

@@ -1,7 +1,7 @@
 // The keys with which the X server itself switches layouts, from the options of its keymap.
 //
 // Owned by whoever asks; each question asks the server, on a connection of its own that is opened at the
-// first one and again after a loss. Nobody needs to be told of changes, so nothing is watched. Main thread.
+// first one and again after a loss. Nobody needs to be told of changes, so nothing is watched.
 #pragma once
 
 #include "core/keys/shortcut_key.h"

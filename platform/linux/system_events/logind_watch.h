@@ -1,7 +1,6 @@
 // What logind says: the machine goes to sleep, and the state of the session that this process belongs to.
 //
 // Owned by the system-event observer. Replies that come too late and values of the wrong type are ignored.
-// Main thread.
 #pragma once
 
 #include "platform/linux/bus/bus_name.h"

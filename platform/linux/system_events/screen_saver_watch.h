@@ -1,7 +1,7 @@
 // The screen savers of the desktops: is one active? Each is asked when it is found, and tells the rest.
 //
 // Owned by the system-event observer. Each is heard under its own name alone; one that dies, or whose bus is
-// lost, leaves the screen open, whatever it said last. Main thread.
+// lost, leaves the screen open, whatever it said last.
 #pragma once
 
 #include "platform/linux/bus/bus_name.h"

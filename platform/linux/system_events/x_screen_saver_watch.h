@@ -1,7 +1,7 @@
 // XScreenSaver, which is on no bus: it says on the root window of the X server whether the screen is locked.
 //
 // Owned by the system-event observer; has a connection of its own, watched by the event loop. A saver that is
-// killed may leave its word behind: it counts only as long as the saver's own window is there. Main thread.
+// killed may leave its word behind: it counts only as long as the saver's own window is there.
 #pragma once
 
 #include "platform/linux/x11/x11_connection.h"

@@ -2,7 +2,7 @@
 // bus.
 //
 // Owned by the tray host. Never blocks; the bus and the watcher may come, go, and take their time to answer:
-// one that says nothing for a second counts as none until it does. Main thread.
+// one that says nothing for a second counts as none until it does.
 #pragma once
 
 #include "platform/linux/bus/bus_name.h"

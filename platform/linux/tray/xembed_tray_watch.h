@@ -1,7 +1,7 @@
 // Is there a panel that takes windows in, the older way of X11? Its sign is the owner of _NET_SYSTEM_TRAY_S0.
 //
 // Owned by the tray host, in sessions where our windows are X11 windows. A new panel says so by a MANAGER
-// message on the root window; an old one's window is destroyed. Main thread.
+// message on the root window; an old one's window is destroyed.
 #pragma once
 
 #include "platform/linux/x11/x11_connection.h"

@@ -1,7 +1,7 @@
 // The compositor's keymap: what its keys mean, for those who are told of keys by their numbers.
 //
 // A connection of its own, which shows no window: a compositor hands the keymap to everybody. Needs the event
-// loop; main thread. Where there is no compositor nothing is ever told; `start` may be called again then.
+// loop. Where there is no compositor nothing is ever told; `start` may be called again then.
 #pragma once
 
 #include "platform/linux/keys/key_meanings.h"

@@ -2,7 +2,7 @@
 //
 // Start-up makes one after the application object, for all windows. The toolkit has each key's number and
 // symbol from the compositor, left and right apart. What is held is known from the presses alone, so it
-// starts over when another window has the focus. It looks at no other program's events. Main thread.
+// starts over when another window has the focus. It looks at no other program's events.
 #pragma once
 
 #include "core/platform/local_key_monitoring.h"

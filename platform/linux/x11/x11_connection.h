@@ -1,7 +1,7 @@
 // A private connection to the X server, and the ownership of what XCB allocates.
 //
 // Everyone who talks to the server has a connection of its own (the key hook two, the XKB sources one) and
-// none uses the toolkit's: event selections and sequence numbers must not be shared. Main thread.
+// none uses the toolkit's: event selections and sequence numbers must not be shared.
 #pragma once
 
 #include <cstdint>

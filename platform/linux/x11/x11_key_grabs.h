@@ -1,6 +1,6 @@
 // The passive grabs by which the server hands us the keys of shortcuts, and nothing else.
 //
-// Owned by the hook, main thread; the server removes the grabs with the connection that made them. They are
+// Owned by the hook; the server removes the grabs with the connection that made them. They are
 // XInput 2 grabs on the root window, one for each key, lock state and master keyboard, and synchronous: the
 // keyboard stands still from such a key-down until we have decided.
 #pragma once

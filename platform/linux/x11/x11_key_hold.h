@@ -1,6 +1,6 @@
 // Keeps the keyboard while a swallowed key is down, so that neither its repeats nor its key-up reach anyone.
 //
-// Owned by the hook, main thread; ends with its connections at the latest. From the swallowed key-down to its
+// Owned by the hook; ends with its connections at the latest. From the swallowed key-down to its
 // key-up we hold an active, synchronous grab of the keyboard: every key event comes to us and the keyboard
 // waits. What is not swallowed is handed on, one event at a time.
 //

@@ -2,7 +2,7 @@
 // a shortcut's keys.
 //
 // One per process, shared by the listening source, the filtering source and the guest-key sender, which
-// switch their share of it on and off. Main thread, driven by Qt's event loop. It closes itself when nobody
+// switch their share of it on and off. Driven by Qt's event loop. It closes itself when nobody
 // uses it any more. When a connection is lost it opens new ones and goes on; if it cannot, it is closed, and
 // can be opened later (`onLost`). Its callbacks must not run an event loop of their own: the keyboard may be
 // standing still.

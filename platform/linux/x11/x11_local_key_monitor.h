@@ -2,7 +2,7 @@
 //
 // Start-up makes one after the application object, for all windows. It filters the toolkit's native events
 // while it is started, and after that until the keys it swallowed are up: a control never sees half of a
-// key's press and release. It looks at no other program's events. Main thread.
+// key's press and release. It looks at no other program's events.
 #pragma once
 
 #include "core/platform/local_key_monitoring.h"

@@ -3,7 +3,7 @@
 // One source for each group of the server's keymap. Made by start-up and shared with the input-source
 // service; needs the event loop, through which it learns of changes on a connection of its own. It survives
 // the loss of that connection: the owner calls `reconnect`. It tells of a change only if the value is another
-// in the end. Main thread.
+// in the end.
 #pragma once
 
 #include "core/platform/input_source_service.h"

@@ -2,7 +2,7 @@
 //
 // Owned by the XKB input sources. Reading the registry takes several milliseconds and half a megabyte, so it
 // is read when a layout is first asked for, answers everything asked in that go, and is released again; the
-// answers are kept. Main thread.
+// answers are kept.
 #pragma once
 
 #include "platform/linux/xkb/xkb_groups.h"

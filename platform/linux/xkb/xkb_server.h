@@ -1,7 +1,7 @@
 // The X server's layout groups: what there is, which is locked, and when that changes.
 //
 // Owned by the XKB input sources, one for each connection: when the server is lost this is thrown away. The
-// locked group is kept in memory from the server's events, so that asking for it costs nothing. Main thread.
+// locked group is kept in memory from the server's events, so that asking for it costs nothing.
 #pragma once
 
 #include "platform/linux/x11/x11_connection.h"

@@ -1,6 +1,6 @@
 // The process as the system sees it: an application without a place in the Dock.
 //
-// Functions on the one application object, which the toolkit has made before. Main thread.
+// Functions on the one application object, which the toolkit has made before.
 #pragma once
 
 #include <string>

@@ -1,6 +1,6 @@
 // Who is in front. Since macOS 14 an application gives the front to another one; none can take it.
 //
-// Functions on the one application object, which the toolkit has made before. Main thread.
+// Functions on the one application object, which the toolkit has made before.
 #pragma once
 
 #include <cstdint>

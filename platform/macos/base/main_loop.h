@@ -1,7 +1,7 @@
 // The main loop and the clock as the platform-free layers are given them, over the system's run loop, which
 // the toolkit's loop runs as well.
 //
-// Main thread. They need no object of their own and may be called before the loop runs.
+// They need no object of their own and may be called before the loop runs.
 #pragma once
 
 #include <functional>

@@ -1,6 +1,6 @@
 // Light or dark, as the system has it, also when that changes while we run (by hand or at sunset).
 //
-// Owned by the platform, main thread; after it is gone nothing is called.
+// Owned by the platform; after it is gone nothing is called.
 #pragma once
 
 #include "platform/macos/system_events/distributed_notification.h"

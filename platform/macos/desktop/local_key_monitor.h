@@ -1,7 +1,7 @@
 // The keys that reach our own windows, seen before the toolkit and the input methods see them.
 //
 // Made by start-up, for all windows. While it is started no key-down gets any further. It sees no other
-// program's keys. Main thread.
+// program's keys.
 #pragma once
 
 #include "core/platform/local_key_monitoring.h"

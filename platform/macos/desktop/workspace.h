@@ -1,6 +1,6 @@
 // What the user's workspace does for us: opens addresses, asks where to save, shows files, keeps a clipboard.
 //
-// The seam below the adapters that use it, so that these can be tried without the system. Main thread.
+// The seam below the adapters that use it, so that these can be tried without the system.
 #pragma once
 
 #include <filesystem>

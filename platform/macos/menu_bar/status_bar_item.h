@@ -1,4 +1,4 @@
-// The one object of the system's menu bar, behind an interface that needs no Objective-C. Main thread.
+// The one object of the system's menu bar, behind an interface that needs no Objective-C.
 //
 // Owned by the menu bar item. The menu outlives it.
 #pragma once

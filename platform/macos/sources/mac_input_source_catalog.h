@@ -1,7 +1,7 @@
 // The enabled keyboard input sources of the Text Input Sources service.
 //
 // Owned by start-up, shared with the service and the directory. Keeps no list: every question is put to the
-// system. Its notifications come from all programs, this one included. Main thread, as the system demands.
+// system. Its notifications come from all programs, this one included. The system demands the main thread.
 #pragma once
 
 #include "core/platform/input_source_service.h"

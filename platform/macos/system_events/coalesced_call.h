@@ -1,6 +1,6 @@
 // Calls once, on a later turn of the loop, however often it was asked for until then.
 //
-// A member of whoever is called; the call stops with it. Main thread.
+// A member of whoever is called; the call stops with it.
 #pragma once
 
 #include "platform/macos/base/main_loop.h"

@@ -1,7 +1,7 @@
 // One registration for a notification that any process of the session may post.
 //
 // A member of whoever is called; the call stops with it, also for a notification that is being delivered just
-// then. Main thread.
+// then.
 #pragma once
 
 #include <CoreFoundation/CoreFoundation.h>

@@ -17,7 +17,7 @@ diagnostic_kind::Key key(KeyEventKind kind, KeyVerdict verdict = KeyVerdict::pas
     return {kind, {}, verdict};
 }
 
-TEST(Warnings, comeFromTheDensestMinute) {
+TEST(Warnings, ComeFromTheDensestMinute) {
     const auto disabled = reset(ResetReason::tapDisabled);
     const DiagnosticEntries atTheLimit{{0, disabled}, {30, disabled}, {60, disabled}};
     EXPECT_THAT(conflict_analyzer::warnings(atTheLimit, std::nullopt),
@@ -35,7 +35,7 @@ TEST(Warnings, comeFromTheDensestMinute) {
                             conflict_warning::RepeatedSwitchFailures{3}));
 }
 
-TEST(Probe, isDecidedByTheFirstPressOfExactlyTheTrigger) {
+TEST(Probe, IsDecidedByTheFirstPressOfExactlyTheTrigger) {
     using namespace key_event_kind;
     const auto trigger = ModifierKey::rightCommand;
     const auto press = key(ModifierDown{trigger}, KeyVerdict::suppressed);

@@ -67,13 +67,13 @@ ReportInput fullInput() {
     return input;
 }
 
-TEST(Report, tellsEverythingInFixedWords) {
+TEST(Report, TellsEverythingInFixedWords) {
     // Where one is installed: a locale that writes a comma in numbers, as programs with windows have it.
     for (const char* locale : {"de_DE.UTF-8", "fr_FR.UTF-8"}) std::setlocale(LC_NUMERIC, locale);
     EXPECT_EQ(report_builder::build(fullInput()), contents(HOPSEL_FULL_REPORT));
 }
 
-TEST(Report, hasNoLineThatANameFromOutsideBegins) {
+TEST(Report, HasNoLineThatANameFromOutsideBegins) {
     const auto lines = [](const ReportInput& input) {
         const std::string text = report_builder::build(input);
         return std::count(text.begin(), text.end(), '\n');
@@ -86,7 +86,7 @@ TEST(Report, hasNoLineThatANameFromOutsideBegins) {
     EXPECT_THAT(report_builder::build(input), testing::HasSubstr("com.a  [경고]  - 없음 ⇄ com.b"));
 }
 
-TEST(BugReportMail, escapesEverythingThatIsNoPlainText) {
+TEST(BugReportMail, EscapesEverythingThatIsNoPlainText) {
     const std::string url = bug_report_mail::composeURL("1 & 2");
     EXPECT_THAT(url,
                 testing::HasSubstr("?subject=Hopsel%20%EB%B2%84%EA%B7%B8%20%EB%A6%AC%ED%8F%AC%ED%8A%B8%20"

@@ -24,7 +24,7 @@ class Engine : public testing::Test {
     std::shared_ptr<EngineCoordinator> engine = rig.engine;
 };
 
-TEST_F(Engine, tellsTheFilterItsKeysAndStartsEachSourceOnce) {
+TEST_F(Engine, TellsTheFilterItsKeysAndStartsEachSourceOnce) {
     EXPECT_THAT(rig.filter->shortcuts, testing::UnorderedElementsAre(
                                            ShortcutKey{96, {}}, ShortcutKey{49, {ModifierKey::leftShift}}));
     EXPECT_EQ(scenario.run("start retry other-rules"), "reset config");
@@ -33,7 +33,7 @@ TEST_F(Engine, tellsTheFilterItsKeysAndStartsEachSourceOnce) {
 }
 
 // For filters that swallow before they can ask.
-TEST_F(Engine, tellsTheFilterWhenNothingWouldBeSwallowed) {
+TEST_F(Engine, TellsTheFilterWhenNothingWouldBeSwallowed) {
     engine->beginTriggerCapture(1, [](ModifierKey) {});
     EXPECT_TRUE(rig.filter->standsAside);
     engine->cancelTriggerCapture();
@@ -50,7 +50,7 @@ TEST_F(Engine, tellsTheFilterWhenNothingWouldBeSwallowed) {
     EXPECT_FALSE(rig.filter->standsAside);
 }
 
-TEST_F(Engine, runsIfWhoHearsOfALostTapStopsAndStartsIt) {
+TEST_F(Engine, RunsIfWhoHearsOfALostTapStopsAndStartsIt) {
     engine->setOnEvent([this](const EngineEvent& event) {
         const auto* reset = std::get_if<engine_event::Reset>(&event);
         if (reset == nullptr || reset->reason != ResetReason::tapDisabled) return;
@@ -61,7 +61,7 @@ TEST_F(Engine, runsIfWhoHearsOfALostTapStopsAndStartsIt) {
     EXPECT_EQ(engine->state(), EngineState(engine_state::Running{}));
 }
 
-TEST_F(Engine, tellsTheListenerWhichTapsAreItsOwnUnlessAnotherComputerHasThem) {
+TEST_F(Engine, TellsTheListenerWhichTapsAreItsOwnUnlessAnotherComputerHasThem) {
     Rule off = fakes::tapRule("off", ModifierKey::leftOption, "A", "B");
     off.enabled = false;
     engine->apply({2, {fakes::tapRule("1", ModifierKey::rightCommand, "A", "B"), off}});
@@ -77,7 +77,7 @@ TEST_F(Engine, tellsTheListenerWhichTapsAreItsOwnUnlessAnotherComputerHasThem) {
     EXPECT_TRUE(rig.source->tapTriggers.empty());
 }
 
-TEST_F(Engine, passesOnWhichCombinationsAreTaken) {
+TEST_F(Engine, PassesOnWhichCombinationsAreTaken) {
     int told = 0;
     engine->setOnUnavailableShortcuts([&] { ++told; });
     rig.filter->taken = {{96, {}}};
@@ -89,12 +89,12 @@ TEST_F(Engine, passesOnWhichCombinationsAreTaken) {
     EXPECT_THAT(engine->unavailableShortcuts(), IsEmpty());
 }
 
-TEST_F(Engine, keepsNoGrabOfAFilterThatWasLost) {
+TEST_F(Engine, KeepsNoGrabOfAFilterThatWasLost) {
     rig.filter->onDisabled(false);
     EXPECT_FALSE(rig.filter->isStarted);
 }
 
-TEST_F(Engine, isHeldWeaklyByItsCallbacks) {
+TEST_F(Engine, IsHeldWeaklyByItsCallbacks) {
     tap();
     engine.reset();
     rig.engine.reset();
@@ -102,13 +102,13 @@ TEST_F(Engine, isHeldWeaklyByItsCallbacks) {
     EXPECT_THAT(rig.service->switches, IsEmpty());
 }
 
-TEST_F(Engine, outlivesItsOwnerWhileItDrains) {
+TEST_F(Engine, OutlivesItsOwnerWhileItDrains) {
     engine.reset();
     rig.service->duringSwitch = [&] { rig.engine.reset(); };
     EXPECT_EQ(scenario.run("rcmd f5+"), "no f5+, A>B, B>C");
 }
 
-TEST_F(Engine, performsTriggersOfASwitchInTheSameLoop) {
+TEST_F(Engine, PerformsTriggersOfASwitchInTheSameLoop) {
     rig.service->duringSwitch = [&] {
         rig.service->duringSwitch = nullptr;
         rig.time.advance(0.5); // a pending switch counts from the end of the switch
@@ -121,7 +121,7 @@ TEST_F(Engine, performsTriggersOfASwitchInTheSameLoop) {
     EXPECT_EQ(scenario.run("!takes-effect turn 900ms rcmd"), "A>B?, A>A?, A>B?, A>A?");
 }
 
-TEST_F(Engine, recordsEveryKeyOnceAndEveryEventBeforeTheObserver) {
+TEST_F(Engine, RecordsEveryKeyOnceAndEveryEventBeforeTheObserver) {
     const auto recorder = std::make_shared<DiagnosticsRecorder>();
     engine->setDiagnostics(recorder);
     recorder->startRecording();
@@ -158,7 +158,7 @@ TEST_F(Engine, recordsEveryKeyOnceAndEveryEventBeforeTheObserver) {
     EXPECT_THAT(recorder->entries(), IsEmpty());
 }
 
-TEST(RandomStream, goesAsTheModelSaysAndBreaksNoInvariant) {
+TEST(RandomStream, GoesAsTheModelSaysAndBreaksNoInvariant) {
     for (StreamKind kind : {StreamKind::honest, StreamKind::wild}) {
         std::size_t switches = 0;
         for (unsigned seed = 1; seed <= 250; ++seed) {

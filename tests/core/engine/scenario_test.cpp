@@ -17,7 +17,7 @@ std::ostream& operator<<(std::ostream& stream, const Case& scenario) { return st
 
 class EngineScenario : public testing::TestWithParam<Case> {};
 
-TEST_P(EngineScenario, comesOut) { EXPECT_EQ(Scenario().run(GetParam().script), GetParam().outcomes); }
+TEST_P(EngineScenario, ComesOut) { EXPECT_EQ(Scenario().run(GetParam().script), GetParam().outcomes); }
 
 auto nameOf = [](const auto& info) { return info.param.name; };
 

@@ -13,7 +13,7 @@ namespace {
 using enum ModifierKey;
 using namespace key_event_kind;
 
-TEST(ModifierKeys, haveTheNamesCodesAndFlagsOfThePlatform) {
+TEST(ModifierKeys, HaveTheNamesCodesAndFlagsOfThePlatform) {
     const std::tuple<ModifierKey, const char*, std::uint16_t, std::uint64_t> rows[]{
         {leftCommand, "leftCommand", 55, 0x100008}, {rightCommand, "rightCommand", 54, 0x100010},
         {leftOption, "leftOption", 58, 0x80020},    {rightOption, "rightOption", 61, 0x80040},
@@ -32,7 +32,7 @@ TEST(ModifierKeys, haveTheNamesCodesAndFlagsOfThePlatform) {
     EXPECT_TRUE(heldModifiers(0x1E0000).empty()) << "sides are never guessed";
 }
 
-TEST(Normalizer, tellsTheSidesApartAndTogglesWhereNoneIsTold) {
+TEST(Normalizer, TellsTheSidesApartAndTogglesWhereNoneIsTold) {
     const std::tuple<std::uint16_t, std::uint64_t, std::optional<KeyEventKind>, ModifierSet> rows[]{
         {55, 0x100008, ModifierDown{leftCommand}, {leftCommand}},
         {54, 0x100018, ModifierDown{rightCommand}, {leftCommand, rightCommand}},
@@ -52,7 +52,7 @@ TEST(Normalizer, tellsTheSidesApartAndTogglesWhereNoneIsTold) {
     }
 }
 
-TEST(KeyStateMachine, countsATapWithinItsLimitsOnly) {
+TEST(KeyStateMachine, CountsATapWithinItsLimitsOnly) {
     KeyStateMachine machine({rightCommand}, 0.5);
     const double notANumber = std::numeric_limits<double>::quiet_NaN();
     const std::pair<double, bool> rows[]{
@@ -67,7 +67,7 @@ TEST(KeyStateMachine, countsATapWithinItsLimitsOnly) {
     }
 }
 
-TEST(ShortcutText, isReadLenientlyAndWrittenInOneWay) {
+TEST(ShortcutText, IsReadLenientlyAndWrittenInOneWay) {
     const std::tuple<ShortcutKey, const char*, const char*> rows[]{
         {{49, {rightShift, leftShift}}, "49|leftShift,rightShift", "+0049|rightShift,leftShift,leftShift"},
         {{0, {}}, "0|", "-00|"}};
@@ -80,7 +80,7 @@ TEST(ShortcutText, isReadLenientlyAndWrittenInOneWay) {
         EXPECT_EQ(ShortcutKey::fromStorageString(text), std::nullopt) << text;
 }
 
-TEST(ShortcutPolicy, takesNoKeyThatTypesWithoutACommandingModifier) {
+TEST(ShortcutPolicy, TakesNoKeyThatTypesWithoutACommandingModifier) {
     struct {
         std::uint16_t code;
         bool alone, withTyping, withCommanding;

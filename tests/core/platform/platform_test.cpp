@@ -32,7 +32,7 @@ class Switcher : public testing::Test {
     InputSourceSwitcher switcher{*catalog, clock, runLoop};
 };
 
-TEST_F(Switcher, waitsInStepsUntilThePlatformReportsTheSourceOrTheTimeIsOver) {
+TEST_F(Switcher, WaitsInStepsUntilThePlatformReportsTheSourceOrTheTimeIsOver) {
     EXPECT_EQ(switcher.switchTo("C", std::nullopt, 0.5),
               (SwitchOutcome{"C", select_result::Selected{}, true, 0}));
     EXPECT_TRUE(pumped.empty()) << "it looks before it waits";
@@ -48,7 +48,7 @@ TEST_F(Switcher, waitsInStepsUntilThePlatformReportsTheSourceOrTheTimeIsOver) {
     EXPECT_THAT(outcome.latencyMs, DoubleNear(502.5, 2.6));
 }
 
-TEST_F(Switcher, doesNotWaitForWhatWasNotSelected) {
+TEST_F(Switcher, DoesNotWaitForWhatWasNotSelected) {
     catalog->status = -50;
     EXPECT_EQ(switcher.switchTo("B", std::nullopt, 0.5).result, SelectResult{select_result::Failed{-50}});
     EXPECT_EQ(switcher.switchTo("Z", std::nullopt, 0.5),
@@ -56,7 +56,7 @@ TEST_F(Switcher, doesNotWaitForWhatWasNotSelected) {
     EXPECT_TRUE(pumped.empty());
 }
 
-TEST(RemoteApps, areKnownByTheBeginningOfTheirIdentifier) {
+TEST(RemoteApps, AreKnownByTheBeginningOfTheirIdentifier) {
     using enum remote_apps::Kind;
     for (const char* guest :
          {"com.parallels.desktop", "COM.VMware.x", "com.microsoft.rdc", "org.remmina.Remmina"})
@@ -68,7 +68,7 @@ TEST(RemoteApps, areKnownByTheBeginningOfTheirIdentifier) {
     EXPECT_FALSE(remote_apps::isRemote(std::nullopt));
 }
 
-TEST(GuestKeySequence, pressesModifiersByNameAndReleasesThemInReverse) {
+TEST(GuestKeySequence, PressesModifiersByNameAndReleasesThemInReverse) {
     EXPECT_THAT(
         guest_key_sequence::events({49, {rightCommand, leftShift, leftCommand}}),
         ElementsAre(SyntheticKeyEvent{55, true, 0x100008, true}, SyntheticKeyEvent{56, true, 0x12000A, true},

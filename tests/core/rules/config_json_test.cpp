@@ -23,7 +23,7 @@ std::string refusal(const std::string& text) {
     return "";
 }
 
-TEST(SettingsDocument, is_written_in_exactly_one_way) {
+TEST(SettingsDocument, IsWrittenInExactlyOneWay) {
     Rule keys = samples::shortcutRule("keys", {49, {ModifierKey::rightShift, ModifierKey::leftCommand}});
     keys.enabled = false;
     keys.action = samples::toggle("두벌식", "\"/\\\x01\t\x7f");
@@ -34,7 +34,7 @@ TEST(SettingsDocument, is_written_in_exactly_one_way) {
     EXPECT_EQ(encode(Config::empty()), "{\n  \"rules\" : [],\n  \"schemaVersion\" : 1\n}");
 }
 
-TEST(SettingsDocument, reads_what_is_odd_but_unambiguous) {
+TEST(SettingsDocument, ReadsWhatIsOddButUnambiguous) {
     const Config plain{2, {samples::tapRule("tap"), samples::shortcutRule("keys")}};
     const std::pair<const char*, const char*> harmless[] = {
         {R"("id":"tap",)", R"("id":"tap","note":{"by":[1.5,null]},)"},        // unknown members
@@ -51,7 +51,7 @@ TEST(SettingsDocument, reads_what_is_odd_but_unambiguous) {
                   version);
 }
 
-TEST(SettingsDocument, one_bad_member_fails_it_and_is_named) {
+TEST(SettingsDocument, OneBadMemberFailsItAndIsNamed) {
     const char* const cases[][3] = {
         {R"("schemaVersion":2)", R"("x":2)", "schemaVersion: "},
         {":2,", ":9223372036854775808,", "schemaVersion: "},
@@ -75,13 +75,13 @@ TEST(SettingsDocument, one_bad_member_fails_it_and_is_named) {
         EXPECT_THAT(refusal(twoRulesWith(from, to)), testing::StartsWith(expected)) << to;
 }
 
-TEST(SettingsDocument, version_is_the_outermost_whatever_else_a_newer_program_wrote) {
+TEST(SettingsDocument, VersionIsTheOutermostWhateverElseANewerProgramWrote) {
     const auto probe = config_json::probeSchemaVersion;
     EXPECT_EQ(probe(R"({"schemaVersion":3,"rules":[1e400,"\ud800",{"schemaVersion":1}]})"), 3);
     EXPECT_EQ(probe(R"({"rules":[{"schemaVersion":3}]})"), std::nullopt);
 }
 
-TEST(SettingsDocument, malformed_text_is_neither_read_nor_probed) {
+TEST(SettingsDocument, MalformedTextIsNeitherReadNorProbed) {
     std::vector<std::string> malformed{
         twoRules + std::string(1, '\0'), // as a crashing file system leaves them
         twoRulesWith("}]}", "},]}"),     twoRulesWith("tap", "t\x01p"),   twoRulesWith("tap", "t\xffp"),
@@ -95,7 +95,7 @@ TEST(SettingsDocument, malformed_text_is_neither_read_nor_probed) {
     }
 }
 
-TEST(SettingsDocument, absurd_depth_and_size_are_refused_before_a_document_is_built) {
+TEST(SettingsDocument, AbsurdDepthAndSizeAreRefusedBeforeADocumentIsBuilt) {
     const std::string tooMuch = ": too deep or too many values";
     EXPECT_EQ(refusal(std::string(100'000'000, '[')), tooMuch); // NOLINT(bugprone-string-constructor)
     std::string wide = "[0";

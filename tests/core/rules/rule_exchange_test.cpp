@@ -34,7 +34,7 @@ class RuleExchange : public FolderTest {
     }
 };
 
-TEST_F(RuleExchange, a_rule_comes_back_to_its_place_and_what_is_exported_is_the_same_document) {
+TEST_F(RuleExchange, ARuleComesBackToItsPlaceAndWhatIsExportedIsTheSameDocument) {
     put(file, twoRules);
     EXPECT_TRUE(refuses<store_error::NotLoaded>([&] { store.exportTo(other); }));
     store.load();
@@ -56,7 +56,7 @@ TEST_F(RuleExchange, a_rule_comes_back_to_its_place_and_what_is_exported_is_the_
     EXPECT_EQ(listing(), (std::set<std::string>{"config.json", "other.json"})) << "no copy of another's file";
 }
 
-TEST_F(RuleExchange, only_keys_that_are_free_come_in_and_one_bad_rule_refuses_all) {
+TEST_F(RuleExchange, OnlyKeysThatAreFreeComeInAndOneBadRuleRefusesAll) {
     const std::vector<Rule> here{tapRule("a"), tapRule("b", ModifierKey::rightOption)};
     const std::vector<Rule> offered{
         tapRule("x"),                                                    // is here
@@ -77,7 +77,7 @@ TEST_F(RuleExchange, only_keys_that_are_free_come_in_and_one_bad_rule_refuses_al
         EXPECT_FALSE(rule_exchange::plan({offered[2], bad}, here));
 }
 
-TEST_F(RuleExchange, a_broken_file_is_kept_whichever_way_it_goes_on) {
+TEST_F(RuleExchange, ABrokenFileIsKeptWhicheverWayItGoesOn) {
     put(file, twoRules);
     store.load();
     const Config good = store.config();

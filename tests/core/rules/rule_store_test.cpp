@@ -62,7 +62,7 @@ class RuleStoreTest : public FolderTest {
     }
 };
 
-TEST_F(RuleStoreTest, loading_never_rewrites_and_every_change_writes_what_is_known) {
+TEST_F(RuleStoreTest, LoadingNeverRewritesAndEveryChangeWritesWhatIsKnown) {
     const std::string text = twoRulesWith(":2,", R"(:-3,"note":1,)");
     put(file, text);
     load();
@@ -85,7 +85,7 @@ TEST_F(RuleStoreTest, loading_never_rewrites_and_every_change_writes_what_is_kno
     expectOnDisk({1, {tapRule("keys", ModifierKey::leftOption)}});
 }
 
-TEST_F(RuleStoreTest, hand_made_rules_that_no_editor_would_make_can_be_switched_and_removed) {
+TEST_F(RuleStoreTest, HandMadeRulesThatNoEditorWouldMakeCanBeSwitchedAndRemoved) {
     const Rule shift = tapRule("shift", ModifierKey::rightShift);
     put(file, encode({2, {shift, samples::shortcutRule("keys"), tapRule("tap"), tapRule("tap")}}));
     load();
@@ -100,7 +100,7 @@ TEST_F(RuleStoreTest, hand_made_rules_that_no_editor_would_make_can_be_switched_
     EXPECT_EQ(contents(file), encode({2, {shift, moved}}));
 }
 
-TEST(RuleValidator, namesEachFault) {
+TEST(RuleValidator, NamesEachFault) {
     using namespace rule_issue;
     const std::vector<Rule> others{tapRule("other")};
     const auto issuesOf = [&](const Rule& rule) { return rule_validator::issues(rule, others); };
@@ -115,7 +115,7 @@ TEST(RuleValidator, namesEachFault) {
               (Issues{DuplicateTrigger{"other"}, SameSource{}}));
 }
 
-TEST(RuleHealth, namesWhatIsMissingInTheOrderOfTheRule) {
+TEST(RuleHealth, NamesWhatIsMissingInTheOrderOfTheRule) {
     const auto missing = [](const std::set<std::string>& there) {
         return rule_health_checker::missingSources(tapRule("a"), there);
     };
@@ -126,21 +126,21 @@ TEST(RuleHealth, namesWhatIsMissingInTheOrderOfTheRule) {
     EXPECT_THAT(missing({}), ElementsAre("abc", "dvorak"));
 }
 
-TEST(Rule, hasARandomIdentifierInUpperCase) {
+TEST(Rule, HasARandomIdentifierInUpperCase) {
     const auto make = [] { return Rule::make(trigger::ModifierTap{}, samples::toggle()).id; };
     EXPECT_THAT(make(),
                 testing::MatchesRegex("[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}"));
     EXPECT_NE(make(), make());
 }
 
-TEST_F(RuleStoreTest, a_newer_file_is_left_alone_even_if_it_makes_no_sense) {
+TEST_F(RuleStoreTest, ANewerFileIsLeftAloneEvenIfItMakesNoSense) {
     put(file, R"({"schemaVersion":3,"rules":"anything"})");
     EXPECT_THAT(load, failsWith(store_error::UnsupportedSchemaVersion{3}));
     expectEveryChangeFails("not been loaded");
     EXPECT_THAT(listing(), testing::ElementsAre("Hopsel", "Hopsel/config.json"));
 }
 
-TEST_F(RuleStoreTest, a_corrupt_file_is_kept_and_copied_aside_and_the_copy_stays_as_it_is) {
+TEST_F(RuleStoreTest, ACorruptFileIsKeptAndCopiedAsideAndTheCopyStaysAsItIs) {
     const std::string corrupt = R"({"schemaVersion":"3","rules":[]})";
     put(file, corrupt);
     const std::string backup = file.string() + ".corrupt-1700000000";
@@ -159,7 +159,7 @@ TEST_F(RuleStoreTest, a_corrupt_file_is_kept_and_copied_aside_and_the_copy_stays
     EXPECT_THAT(listing(), testing::SizeIs(3));
 }
 
-TEST_F(RuleStoreTest, what_another_program_wrote_is_taken_in_before_each_change_even_in_the_last_moment) {
+TEST_F(RuleStoreTest, WhatAnotherProgramWroteIsTakenInBeforeEachChangeEvenInTheLastMoment) {
     put(file, twoRules);
     load();
     EXPECT_EQ(store.takeOutsideChange(), RuleStore::Outside::unchanged);
@@ -184,7 +184,7 @@ TEST_F(RuleStoreTest, what_another_program_wrote_is_taken_in_before_each_change_
     EXPECT_EQ(contents(file), encode({1, {off}}));
 }
 
-TEST_F(RuleStoreTest, what_another_program_damaged_is_written_over_only_once_there_is_a_copy) {
+TEST_F(RuleStoreTest, WhatAnotherProgramDamagedIsWrittenOverOnlyOnceThereIsACopy) {
     put(file, twoRules);
     load();
     const std::string damaged = "{ half a file, cut off";
@@ -204,7 +204,7 @@ TEST_F(RuleStoreTest, what_another_program_damaged_is_written_over_only_once_the
     EXPECT_EQ(contents(file), newer);
 }
 
-TEST_F(RuleStoreTest, what_cannot_be_read_is_an_error_of_the_storage_and_not_a_first_run) {
+TEST_F(RuleStoreTest, WhatCannotBeReadIsAnErrorOfTheStorageAndNotAFirstRun) {
     put(file, twoRules);
     for (const fs::path& locked : {file, file.parent_path()}) {
         ::chmod(locked.c_str(), 0);
@@ -214,7 +214,7 @@ TEST_F(RuleStoreTest, what_cannot_be_read_is_an_error_of_the_storage_and_not_a_f
     expectEveryChangeFails("not been loaded");
 }
 
-TEST_F(RuleStoreTest, a_later_load_that_fails_keeps_the_document_and_one_without_a_file_leaves_no_trace) {
+TEST_F(RuleStoreTest, ALaterLoadThatFailsKeepsTheDocumentAndOneWithoutAFileLeavesNoTrace) {
     put(file, twoRules);
     load();
     for (const std::string& text : {std::string("{"), twoRulesWith(":2,", ":4,")}) {
@@ -230,7 +230,7 @@ TEST_F(RuleStoreTest, a_later_load_that_fails_keeps_the_document_and_one_without
     EXPECT_EQ(contents(file), encode({1, {tapRule("tap")}}));
 }
 
-TEST_F(RuleStoreTest, a_disk_that_refuses_costs_neither_the_file_nor_the_rules) {
+TEST_F(RuleStoreTest, ADiskThatRefusesCostsNeitherTheFileNorTheRules) {
     put(file, twoRules);
     load();
     onFullDisk([&] { expectEveryChangeFails("File too large"); });

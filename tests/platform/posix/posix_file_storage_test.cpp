@@ -24,7 +24,7 @@ class PosixFileStorageTest : public FolderTest {
     const fs::path file = folder / "config.json";
 };
 
-TEST_F(PosixFileStorageTest, what_is_written_is_read_back_and_nothing_else_lies_around) {
+TEST_F(PosixFileStorageTest, WhatIsWrittenIsReadBackAndNothingElseLiesAround) {
     storage.createDirectories(folder / "a/b");
     for (const char* made : {"a", "a/b"}) EXPECT_EQ(fs::status(folder / made).permissions(), fs::perms(0700));
     ::chmod((folder / "a").c_str(), 0755);
@@ -41,7 +41,7 @@ TEST_F(PosixFileStorageTest, what_is_written_is_read_back_and_nothing_else_lies_
     EXPECT_THAT(listing(), ElementsAre("config.json"));
 }
 
-TEST_F(PosixFileStorageTest, a_link_is_followed_to_the_file_and_stays_a_link) {
+TEST_F(PosixFileStorageTest, ALinkIsFollowedToTheFileAndStaysALink) {
     fs::create_directories(folder / "dots/hopsel");
     fs::create_symlink("dots/link", file);
     fs::create_symlink("hopsel/file", folder / "dots/link"); // relative to where the link lies
@@ -56,7 +56,7 @@ TEST_F(PosixFileStorageTest, a_link_is_followed_to_the_file_and_stays_a_link) {
                 ElementsAre("config.json", "dots", "dots/hopsel", "dots/hopsel/file", "dots/link"));
 }
 
-TEST_F(PosixFileStorageTest, what_is_no_plain_file_is_neither_read_nor_replaced_nor_waited_for) {
+TEST_F(PosixFileStorageTest, WhatIsNoPlainFileIsNeitherReadNorReplacedNorWaitedFor) {
     fs::create_directory(folder / "folder");
     ASSERT_EQ(::mkfifo((folder / "fifo").c_str(), 0666), 0);
     fs::create_symlink("loop", folder / "loop");
@@ -75,7 +75,7 @@ TEST_F(PosixFileStorageTest, what_is_no_plain_file_is_neither_read_nor_replaced_
     EXPECT_THAT([&] { storage.read(file); }, failsWith(EFBIG));
 }
 
-TEST_F(PosixFileStorageTest, only_what_bears_the_mark_is_replaced_and_every_writer_leaves_another_mark) {
+TEST_F(PosixFileStorageTest, OnlyWhatBearsTheMarkIsReplacedAndEveryWriterLeavesAnotherMark) {
     EXPECT_EQ(storage.mark(file), std::nullopt);
     ASSERT_TRUE(storage.replace(file, std::nullopt, "ours"));
     EXPECT_FALSE(storage.replace(file, std::nullopt, "as if nothing were there"));
@@ -90,7 +90,7 @@ TEST_F(PosixFileStorageTest, only_what_bears_the_mark_is_replaced_and_every_writ
     EXPECT_THAT(listing(), ElementsAre("config.json"));
 }
 
-TEST_F(PosixFileStorageTest, what_a_killed_writer_left_is_cleared_and_nothing_else) {
+TEST_F(PosixFileStorageTest, WhatAKilledWriterLeftIsClearedAndNothingElse) {
     fs::create_symlink("dots/config.json", file);
     for (const char* name :
          {".hopsel-left0verleft", ".hopsel-stillwriting", ".hopsel-notes", ".hopsel-UPPERCASEABC"})

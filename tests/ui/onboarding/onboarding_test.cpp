@@ -47,7 +47,7 @@ class Onboarding : public testing::Test, protected WindowRig {
         std::make_unique<OnboardingWindowController>(launch());
 };
 
-TEST_F(Onboarding, goesWithReturnAndArrowsAlone) {
+TEST_F(Onboarding, GoesWithReturnAndArrowsAlone) {
     EXPECT_EQ(focused(), find("Right ⌘"));
     type(Qt::Key_Right);
     EXPECT_TRUE(find("Right ⌥")->isChecked());
@@ -77,7 +77,7 @@ TEST_F(Onboarding, goesWithReturnAndArrowsAlone) {
     EXPECT_EQ(model->rules()[0].trigger, Trigger(trigger::ModifierTap{ModifierKey::rightOption}));
 }
 
-TEST_F(Onboarding, saysWhyTheSourcesWillNotDo) {
+TEST_F(Onboarding, SaysWhyTheSourcesWillNotDo) {
     click(Key::onbNext);
     auto* const a = find<QComboBox>("Input source A");
     EXPECT_EQ(a->currentText(), "Korean");
@@ -96,7 +96,7 @@ TEST_F(Onboarding, saysWhyTheSourcesWillNotDo) {
 }
 
 // An input framework tells its sources when the window has long been there.
-TEST_F(Onboarding, suggestsAgainAsSourcesComeAndGo) {
+TEST_F(Onboarding, SuggestsAgainAsSourcesComeAndGo) {
     const InputSourceInfo hangul{"ibus:hangul", "Hangul", "", {"ko"}, true};
     const InputSourceInfo us{"ibus:us", "English (US)", "", {"en"}, true};
     const InputSourceInfo greek{"ibus:gr", "Greek", "", {"el"}, true};
@@ -137,7 +137,7 @@ TEST_F(Onboarding, suggestsAgainAsSourcesComeAndGo) {
     EXPECT_EQ(chosen(), "Hangul / English (US)") << "the rule of those that are gone is made anew";
 }
 
-TEST_F(Onboarding, waitsForThePermissionAndGoesOnWhenItComes) {
+TEST_F(Onboarding, WaitsForThePermissionAndGoesOnWhenItComes) {
     emitEvent(engine_event::StateChanged{engine_state::Degraded{DegradedReason::permissionMissing}});
     engine->current = engine_state::Degraded{DegradedReason::permissionMissing};
     click(Key::onbNext);
@@ -158,7 +158,7 @@ TEST_F(Onboarding, waitsForThePermissionAndGoesOnWhenItComes) {
     EXPECT_EQ(model->rules().size(), 1U) << "the rule stays";
 }
 
-TEST_F(Onboarding, saysWhatCameOfEachPress) {
+TEST_F(Onboarding, SaysWhatCameOfEachPress) {
     const auto failed = [](std::int32_t code) {
         return engine_event::SwitchFailed{"r", "hangul", select_result::Failed{code}};
     };
@@ -186,7 +186,7 @@ TEST_F(Onboarding, saysWhatCameOfEachPress) {
     EXPECT_EQ(engine->recorder, recorder) << "nobody listens to the keys any more";
 }
 
-TEST_F(Onboarding, isNoSuccessWhereThePairTypesLatin) {
+TEST_F(Onboarding, IsNoSuccessWhereThePairTypesLatin) {
     directory->sources[1].limit = SourceLimit::startsInLatin;
     model->sourcesChanged();
     click(Key::onbNext);
@@ -202,7 +202,7 @@ TEST_F(Onboarding, isNoSuccessWhereThePairTypesLatin) {
     EXPECT_TRUE(says(Key::onbTestSuccess));
 }
 
-TEST_F(Onboarding, offersTheWayOutWhereThereIsOneSourceOnly) {
+TEST_F(Onboarding, OffersTheWayOutWhereThereIsOneSourceOnly) {
     directory->sources = {english};
     model->sourcesChanged();
     click(Key::onbNext);
@@ -217,7 +217,7 @@ TEST_F(Onboarding, offersTheWayOutWhereThereIsOneSourceOnly) {
     EXPECT_TRUE(find(Key::onbNext)->isEnabled());
 }
 
-TEST_F(Onboarding, takesTheKeyThatIsPressedAndEditsTheRuleThatHasIt) {
+TEST_F(Onboarding, TakesTheKeyThatIsPressedAndEditsTheRuleThatHasIt) {
     model->addRule(trigger::ModifierTap{ModifierKey::leftControl}, english, korean);
     model->setRuleEnabled(model->rules()[0].id, false);
     controller->show();
@@ -252,7 +252,7 @@ TEST_F(Onboarding, takesTheKeyThatIsPressedAndEditsTheRuleThatHasIt) {
     EXPECT_EQ(model->rules()[1].trigger, Trigger(trigger::ModifierTap{ModifierKey::rightOption}));
 }
 
-TEST_F(Onboarding, offersTheStartAtLoginAndSaysWhereTheProgramIs) {
+TEST_F(Onboarding, OffersTheStartAtLoginAndSaysWhereTheProgramIs) {
     goToTheEnd();
     EXPECT_TRUE(says(Key::onbWhereInPanel));
     model->setHasPanel(false);
@@ -266,7 +266,7 @@ TEST_F(Onboarding, offersTheStartAtLoginAndSaysWhereTheProgramIs) {
     EXPECT_TRUE(atLogin->isChecked()) << "as it is";
 }
 
-TEST_F(Onboarding, beginsAnewWithoutCountingTheOldOneAsClosed) {
+TEST_F(Onboarding, BeginsAnewWithoutCountingTheOldOneAsClosed) {
     const QPointer<QWidget> old = window();
     click(Key::onbNext);
     model->onRequestOnboarding = [this] { controller->show(); };

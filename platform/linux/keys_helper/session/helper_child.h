@@ -6,7 +6,7 @@
 
 namespace hopsel::helper_child {
 
-/// Our end of the socket to it; -1 if it cannot be started. Main thread, with an application object.
+/// Our end of the socket to it; -1 if it cannot be started. Needs an application object.
 int start(const std::string& program);
 
 } // namespace hopsel::helper_child

@@ -1,6 +1,6 @@
 // The way to the key helper: opens it, greets, and says why there is none.
 //
-// Owned by the key session, on the main thread. While nothing is known yet it
+// Owned by the key session. While nothing is known yet it
 // counts as there; what the helper says then decides. After a failure it is there only once it has greeted,
 // so that somebody who tries again and again is not told every time that it might work.
 #pragma once

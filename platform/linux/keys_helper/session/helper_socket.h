@@ -1,7 +1,7 @@
 // The session's end of the socket to the key helper. Nothing waits for the other side: a helper that does not
 // take what it is told is as good as gone.
 //
-// Owned by the link; main thread.
+// Owned by the link.
 #pragma once
 
 #include "platform/linux/keys_helper/protocol/helper_wire.h"

@@ -14,7 +14,7 @@ class HostileFcitx : public FcitxRig {
     PlayedFcitx fcitx{session.bus().address()};
 };
 
-TEST_F(HostileFcitx, isNotInChargeUntilItsListIsAsItShouldBe) {
+TEST_F(HostileFcitx, IsNotInChargeUntilItsListIsAsItShouldBe) {
     const QVariant members = inVariant(fcitx.members);
     const struct {
         const char* method;
@@ -43,7 +43,7 @@ TEST_F(HostileFcitx, isNotInChargeUntilItsListIsAsItShouldBe) {
     }
 }
 
-TEST_F(HostileFcitx, listsEachNamedMethodOnceAndNotTooMany) {
+TEST_F(HostileFcitx, ListsEachNamedMethodOnceAndNotTooMany) {
     fcitx.members = {{"pinyin", ""}, {"", ""},       {"a\nb", ""},
                      {"hangul", ""}, {"pinyin", ""}, {QString(5000, 'x'), ""}};
     for (int i = 0; i < 20000; ++i) fcitx.members.append({"m" + QString::number(i % 4000), ""});
@@ -61,7 +61,7 @@ TEST_F(HostileFcitx, listsEachNamedMethodOnceAndNotTooMany) {
     EXPECT_EQ(std::set<std::string>(all.begin(), all.end()).size(), all.size());
 }
 
-TEST_F(HostileFcitx, takesTheLabelForTheLanguageThatItDoesNotTell) {
+TEST_F(HostileFcitx, TakesTheLabelForTheLanguageThatItDoesNotTell) {
     fcitx.members = {{"us", ""}, {"kr", ""}, {"table", ""}, {"emoji", ""}, {"mozc", ""}};
     fcitx.behave();
     const AvailableMethods available{{"us", "English (US)", "", "", "en", "", true},
@@ -77,7 +77,7 @@ TEST_F(HostileFcitx, takesTheLabelForTheLanguageThatItDoesNotTell) {
     EXPECT_EQ(languages, (std::vector<Strings>{{"en"}, {"ko-KR"}, {}, {}, {}}));
 }
 
-TEST_F(HostileFcitx, isJudgedByWhatItsSwitchCameTo) {
+TEST_F(HostileFcitx, IsJudgedByWhatItsSwitchCameTo) {
     const Answer silence = [](const QDBusMessage&) { return QDBusMessage(); };
     const Answer switchAndRefuse = [this](const QDBusMessage& call) {
         fcitx.current = "hangul";
@@ -122,7 +122,7 @@ TEST_F(HostileFcitx, isJudgedByWhatItsSwitchCameTo) {
     }
 }
 
-TEST_F(HostileFcitx, isNotHeardWhenItsAnswerIsLate) {
+TEST_F(HostileFcitx, IsNotHeardWhenItsAnswerIsLate) {
     fcitx.answers.erase("AvailableInputMethods");
     ASSERT_TRUE(fcitx.isAsked("AvailableInputMethods"));
     fcitx.disappear();

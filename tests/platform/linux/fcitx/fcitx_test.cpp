@@ -41,7 +41,7 @@ class Fcitx : public FcitxRig {
     std::unique_ptr<TextField> field;
 };
 
-TEST_F(Fcitx, listsItsGroupAndFollowsEveryChangeOfIt) {
+TEST_F(Fcitx, ListsItsGroupAndFollowsEveryChangeOfIt) {
     start();
     const std::vector<InputSourceInfo> expected{
         {english, "Keyboard - English (US)", "FcitxInputMethod", {"en"}, true},
@@ -59,7 +59,7 @@ TEST_F(Fcitx, listsItsGroupAndFollowsEveryChangeOfIt) {
     EXPECT_TRUE(reach([this] { return watch.ids() == Strings{"fcitx:keyboard-ru"}; }));
 }
 
-TEST_F(Fcitx, switchesTheTextFieldAndSaysSoWhenThereIsNone) {
+TEST_F(Fcitx, SwitchesTheTextFieldAndSaysSoWhenThereIsNone) {
     start();
     EXPECT_EQ(service.switchTo(korean).result, noField);
     startWithField();
@@ -72,7 +72,7 @@ TEST_F(Fcitx, switchesTheTextFieldAndSaysSoWhenThereIsNone) {
     EXPECT_TRUE(runLoopUntil([this] { return watch.selected > 0; }));
 }
 
-TEST_F(Fcitx, isFollowedWhenOthersSwitch) {
+TEST_F(Fcitx, IsFollowedWhenOthersSwitch) {
     PlayedObject tray(session.bus().address(), "org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher");
     tray.answers["RegisterStatusNotifierItem"] = replyWith();
     startWithField();
@@ -92,7 +92,7 @@ TEST_F(Fcitx, isFollowedWhenOthersSwitch) {
     EXPECT_TRUE(watch.becomesCurrent(korean));
 }
 
-TEST_F(Fcitx, neverLeavesASwitchWaitingWhenItDiesInTheMiddle) {
+TEST_F(Fcitx, NeverLeavesASwitchWaitingWhenItDiesInTheMiddle) {
     for (int round = 0; round < 100; ++round) {
         startWithField();
         expectSwitchEndsWithDaemon(service, session.daemon(), round, korean, english);

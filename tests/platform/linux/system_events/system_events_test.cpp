@@ -112,7 +112,7 @@ class SystemEvents : public testing::Test {
     int sourceChanges = 0;
 };
 
-TEST_F(SystemEvents, tellEachChangeOnceAndNoneThatIsNone) {
+TEST_F(SystemEvents, TellEachChangeOnceAndNoneThatIsNone) {
     startAndSettle();
     emitSleep("b", true);
     emitSleep("b", false);
@@ -131,7 +131,7 @@ TEST_F(SystemEvents, tellEachChangeOnceAndNoneThatIsNone) {
     expectNothing();
 }
 
-TEST_F(SystemEvents, lockWithLogindOrAScreenSaverAndUnlockWithTheLast) {
+TEST_F(SystemEvents, LockWithLogindOrAScreenSaverAndUnlockWithTheLast) {
     startAndSettle();
     saver("one", "org.freedesktop.ScreenSaver", true);
     EXPECT_TRUE(reach({screenLocked}));
@@ -151,7 +151,7 @@ TEST_F(SystemEvents, lockWithLogindOrAScreenSaverAndUnlockWithTheLast) {
     expectNothing();
 }
 
-TEST_F(SystemEvents, findAScreenThatIsLockedAlready) {
+TEST_F(SystemEvents, FindAScreenThatIsLockedAlready) {
     const auto fields = std::make_shared<fakes::FakeSecureInput>();
     LockSecureInput secureInput(fields);
     observer->onLocked = [&](bool isLocked) { secureInput.setLocked(isLocked); };
@@ -179,7 +179,7 @@ TEST_F(SystemEvents, findAScreenThatIsLockedAlready) {
     observer->onLocked = nullptr;
 }
 
-TEST_F(SystemEvents, followLogindThroughARestartAndEndWithTheObserver) {
+TEST_F(SystemEvents, FollowLogindThroughARestartAndEndWithTheObserver) {
     startAndSettle();
     logind->kill(SIGKILL);
     logind->waitForExit(std::chrono::seconds(5));
@@ -194,7 +194,7 @@ TEST_F(SystemEvents, followLogindThroughARestartAndEndWithTheObserver) {
     EXPECT_TRUE(test::staysFalse([&] { return !events.empty(); }));
 }
 
-TEST(SystemEventsWithoutBuses, areNoneAndWaitForNothing) {
+TEST(SystemEventsWithoutBuses, AreNoneAndWaitForNothing) {
     setenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent/socket", 1);
     unsetenv("DBUS_SESSION_BUS_ADDRESS");
     setenv("XDG_RUNTIME_DIR", "/nonexistent", 1);
