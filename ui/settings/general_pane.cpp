@@ -4,7 +4,7 @@
 #include "ui/design/boxes.h"
 #include "ui/design/following.h"
 #include "ui/design/texts.h"
-#include "ui/settings/store_problem_view.h"
+#include "ui/settings/rules/store_problem_view.h"
 
 #include <QHBoxLayout>
 

@@ -11,8 +11,8 @@
 #include "ui/settings/rules/add_rule_view.h"
 #include "ui/settings/rules/exchange_row.h"
 #include "ui/settings/rules/rule_row.h"
+#include "ui/settings/rules/store_problem_view.h"
 #include "ui/settings/rules/undo_row.h"
-#include "ui/settings/store_problem_view.h"
 
 #include <QHBoxLayout>
 #include <QHideEvent>

@@ -1,4 +1,4 @@
-#include "ui/settings/store_problem_view.h"
+#include "ui/settings/rules/store_problem_view.h"
 
 #include "ui/design/boxes.h"
 #include "ui/design/buttons.h"
