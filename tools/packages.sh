@@ -7,9 +7,10 @@
 packages_to_build="cmake ninja-build g++ pkg-config qt6-base-dev qt6-svg-dev libglib2.0-dev
   libxcb1-dev libxcb-xinput-dev libxcb-xtest0-dev
   libxcb-xkb-dev libxkbcommon-dev libxkbcommon-x11-dev libxkbregistry-dev libsystemd-dev libevdev-dev libwayland-dev nlohmann-json3-dev xkb-data qt6-translations-l10n"
+packages_to_show="fonts-inter fonts-nanum"
 packages_to_play="xvfb openbox trayer x11-xkb-utils xkb-data"
 packages_to_test="systemd libgtest-dev libgmock-dev clang lld llvm libclang-rt-dev xauth dbus-daemon python3-dbusmock libglib2.0-bin
-  xdg-utils desktop-file-utils appstream fonts-inter fonts-nanum fonts-dejavu-core
+  xdg-utils desktop-file-utils appstream fonts-dejavu-core
   libatspi2.0-dev at-spi2-core sway qt6-wayland libxkbcommon-tools dconf-cli dconf-service dconf-gsettings-backend
   gsettings-desktop-schemas ibus ibus-hangul fcitx5 fcitx5-hangul fcitx5-frontend-gtk3 ibus-gtk3 python3-gi gir1.2-gtk-3.0 iso-codes"
 packages_to_desktops="x11-utils xfwm4 xfce4-panel xfce4-settings xfconf xfce4-xkb-plugin

@@ -8,6 +8,7 @@
 
 #include <QApplication>
 #include <QFile>
+#include <QFontDatabase>
 #include <QTemporaryDir>
 #include <filesystem>
 #include <iostream>
@@ -25,6 +26,17 @@ constexpr const char* evenWidths =
     "<match target=\"pattern\"><test name=\"family\"><string>monospace</string></test>"
     "<edit name=\"family\" mode=\"prepend\" binding=\"strong\"><string>DejaVu Sans "
     "Mono</string></edit></match>";
+
+constexpr const char* latinFamily = "Inter";
+constexpr const char* koreanFamily = "NanumGothic";
+
+/// Of those that the pictures are meant to be seen in; nothing on systems that keep fonts elsewhere.
+void nameMissingFonts() {
+    if (!qEnvironmentVariableIsSet("FONTCONFIG_FILE")) return;
+    for (const char* family : {latinFamily, koreanFamily})
+        if (!QFontDatabase::hasFamily(family))
+            std::cerr << "글꼴이 없어 그림이 다르게 보입니다: " << family << '\n' << std::flush;
+}
 
 /// A link that lies there is replaced: what it names is somebody else's.
 bool write(const std::filesystem::path& path, const QByteArray& data) {
@@ -92,9 +104,10 @@ void prepareEnvironment() {
 
 int run(const std::string& outputDir) {
     QFont font;
-    font.setFamilies({"Inter", "NanumGothic", "Noto Sans CJK KR"});
+    font.setFamilies({latinFamily, koreanFamily, "Noto Sans CJK KR", "DejaVu Sans"});
     font.setPixelSize(13);
     QApplication::setFont(font);
+    nameMissingFonts();
 
     std::error_code error;
     std::filesystem::create_directories(outputDir, error);
