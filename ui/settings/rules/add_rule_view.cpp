@@ -43,6 +43,7 @@ AddRuleView::AddRuleView(AppModel& model, std::shared_ptr<LocalKeyMonitoring> ke
       onClose_(std::move(onClose)),
       captureButton_(new Button({}, Button::Kind::keyCap)),
       hint_((new Text({}, TextStyle::caption, Tone::secondary))->wrapped()),
+      turnOn_(new Button(text(Key::addRuleTurnOn), Button::Kind::secondary)),
       messages_(new QVBoxLayout) {
     const auto suggestion = source_suggester::suggest(model_.selectableSources());
     sourceAID_ = suggestion.a;
@@ -76,6 +77,11 @@ AddRuleView::AddRuleView(AppModel& model, std::shared_ptr<LocalKeyMonitoring> ke
         failure_.clear();
         capture_.start();
     });
+    connect(turnOn_, &QPushButton::clicked, this, [this] {
+        model_.setEngineEnabled(true);
+        capture_.start();
+        captureButton_->setFocus(Qt::OtherFocusReason);
+    });
     capture_.onChange = [this] { refresh(); };
     bindKeys();
     model_.observe(this, [this] { refresh(); });
@@ -97,6 +103,7 @@ QWidget* AddRuleView::body() {
     key->addWidget(new Text(text(Key::addRuleKey), TextStyle::callout));
     key->addWidget(captureButton_, 0, Qt::AlignLeft);
     key->addWidget(hint_);
+    key->addWidget(turnOn_, 0, Qt::AlignLeft);
     column->addLayout(key);
     column->addWidget(pickerColumn(text(Key::addRuleSourceA), pickerA_, sourceAID_));
     column->addWidget(pickerColumn(text(Key::addRuleSourceB), pickerB_, sourceBID_));
@@ -200,6 +207,7 @@ void AddRuleView::showCapture() {
 
     Key hint = Key::addRuleKeyHint;
     if (capture_.state() == TriggerCapture::State::unavailable) hint = Key::addRuleNeedsEngine;
+    turnOn_->setVisible(hint == Key::addRuleNeedsEngine && !model_.engineEnabled());
     if (capture_.state() == TriggerCapture::State::timedOut) hint = Key::addRuleCaptureTimedOut;
     QString words = text(hint);
     if (hint != Key::addRuleNeedsEngine && capture_.missesGrabbedKeys())

@@ -70,6 +70,7 @@ class AddRuleView final : public QWidget {
     QWidget* buttons_ = nullptr; ///< always in sight
     design::Button* captureButton_;
     design::Text* hint_;
+    design::Button* turnOn_; ///< the way out where the main switch is what keeps the capture from starting
     design::SourcePicker* pickerA_ = nullptr;
     design::SourcePicker* pickerB_ = nullptr;
     QVBoxLayout* messages_;

@@ -85,6 +85,16 @@ TEST_F(AddRuleSheet, AnswersAtOnceToWhatCannotBeOrHadBetterNotBeATrigger) {
     EXPECT_TRUE(says("This key is already used by another rule. (Left ⇧ + Space  Korean ⇄ ABC)"));
 }
 
+TEST_F(AddRuleSheet, OffersToTurnOnWhatTheCaptureNeeds) {
+    EXPECT_FALSE(find(Key::addRuleTurnOn));
+    model->setEngineEnabled(false);
+    click(Key::addRuleKey);
+    EXPECT_TRUE(says(Key::addRuleNeedsEngine) && !isCapturing());
+    click(Key::addRuleTurnOn);
+    EXPECT_TRUE(model->engineEnabled() && isCapturing());
+    EXPECT_FALSE(find(Key::addRuleTurnOn) || says(Key::addRuleNeedsEngine));
+}
+
 TEST_F(AddRuleSheet, EndsTheCaptureWhenItsWindowGoes) {
     click(Key::addRuleKey);
     ASSERT_TRUE(isCapturing());
