@@ -31,6 +31,7 @@ class IbusSession {
     void killDaemon();
     ChildProcess& daemon() { return *daemon_; }
 
+    PrivateBus& sessionBus() { return bus_; }
     const std::string& busAddress() const { return bus_.address(); }
 
   private:

@@ -48,10 +48,11 @@ void PrivateBus::start(const std::vector<std::string>& arguments) {
     daemon_ = std::make_unique<ChildProcess>(options);
     const auto line = daemon_->waitForLine("unix:", patience);
     if (!line) throw std::runtime_error("dbus-daemon did not start");
-    address_ = *line;
+    address_ =
+        line->substr(0, line->find(',')); // without its own mark, as sessions name it: another may follow
 }
 
-void PrivateBus::restart() { start({"--address=" + address_.substr(0, address_.find(','))}); }
+void PrivateBus::restart() { start({"--address=" + address_}); }
 
 PrivateBus::~PrivateBus() {
     if (previousAddress_)

@@ -101,11 +101,21 @@ TEST_F(Fcitx, NeverLeavesASwitchWaitingWhenItDiesInTheMiddle) {
         EXPECT_EQ(watch.ids(), Strings{});
         EXPECT_EQ(sources->select(korean), gone);
     }
+}
+
+TEST_F(Fcitx, ComesBackWithARestartedBusThoughItHungWhenTheOldOneWent) {
     startWithField();
     session.daemon().kill(SIGSTOP);
     EXPECT_EQ(sources->select(korean), accepted);
     session.bus().kill();
     EXPECT_TRUE(reach([this] { return sources->refusal() == gone && !sources->isInCharge(); }));
+    session.killDaemon();
+    field.reset();
+    session.bus().restart();
+    connection = connect();
+    startWithField();
+    EXPECT_TRUE(service.switchTo(korean).verified);
+    EXPECT_EQ(ask("CurrentInputMethod"), "hangul");
 }
 
 } // namespace

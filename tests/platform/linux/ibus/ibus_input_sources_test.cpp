@@ -27,6 +27,11 @@ class IbusInputSourcesTest : public testing::Test {
         return runLoopUntil(
             [&] { return sources->enabledKeyboardSources() == expected && watch.sources == changes; });
     }
+    /// The first time, the daemon has to start the engine's own program, which may take longer than a switch
+    /// waits.
+    bool switches() {
+        return runLoopUntil([this] { return service.switchTo(hangul.id).verified; });
+    }
     static std::string run(const std::string& program, const std::string& argument,
                            const std::string& more = {}) {
         session::ChildProcess::Options options;
@@ -117,9 +122,20 @@ TEST_F(IbusInputSourcesTest, DaemonMayBeKilledAgainAndAgainWhileSwitching) {
         start();
     }
     EXPECT_EQ(watch.inCharge, 1 + 2 * kills);
-    // The first time, the daemon has to start the engine's own program, which may take longer than a switch
-    // waits.
-    EXPECT_TRUE(runLoopUntil([this] { return service.switchTo(hangul.id).verified; }));
+    EXPECT_TRUE(switches());
+}
+
+TEST_F(IbusInputSourcesTest, ComesBackWithARestartedSessionBus) {
+    start();
+    EXPECT_TRUE(switches());
+    session.sessionBus().kill();
+    session.killDaemon();
+    EXPECT_TRUE(IbusRig::become(false, *sources));
+    EXPECT_EQ(sources->select(hangul.id), gone);
+    session.sessionBus().restart();
+    start();
+    EXPECT_EQ(sources->enabledKeyboardSources(), (std::vector{english, hangul}));
+    EXPECT_TRUE(switches());
 }
 
 } // namespace
