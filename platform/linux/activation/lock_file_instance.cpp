@@ -3,6 +3,7 @@
 #include "platform/linux/activation/activation_server.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <unistd.h>
 
 namespace hopsel {
@@ -25,11 +26,16 @@ LockFileInstance::LockFileInstance() : lock_(lockPath()) {
     lock_.setStaleLockTime(0);
 }
 
+// Without a runtime folder the lock lies where everybody may write, and could be somebody else's.
+bool LockFileInstance::isOurUsers() const { return QFileInfo(lock_.fileName()).ownerId() == getuid(); }
+
 bool LockFileInstance::acquire() {
-    return lock_.isLocked() || lock_.tryLock(0) || lock_.error() != QLockFile::LockFailedError;
+    return lock_.isLocked() || lock_.tryLock(0) || lock_.error() != QLockFile::LockFailedError ||
+           !isOurUsers();
 }
 
 std::optional<std::int64_t> LockFileInstance::otherProcess() const {
+    if (!isOurUsers()) return std::nullopt;
     qint64 process = 0;
     QString host;
     QString application;

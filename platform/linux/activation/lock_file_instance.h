@@ -13,7 +13,8 @@ class LockFileInstance final : public SingleInstance {
   public:
     LockFileInstance();
 
-    /// Also true in a folder in which no lock can be made: that does not keep us from running.
+    /// Also true in a folder in which no lock can be made, or where another user has made it: that does not
+    /// keep us from running.
     bool acquire() override;
     void release() override { lock_.unlock(); }
     std::optional<std::int64_t> otherProcess() const override;
@@ -21,6 +22,8 @@ class LockFileInstance final : public SingleInstance {
     Asked askOther(const std::string& request, std::string& reply) const override;
 
   private:
+    bool isOurUsers() const;
+
     QLockFile lock_;
 };
 
