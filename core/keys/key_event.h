@@ -18,7 +18,7 @@ struct RawEvent {
     RawEventType type = RawEventType::keyDown;
     std::uint16_t keyCode = 0; ///< virtual key code, for `flagsChanged` only; 0 otherwise
     std::uint64_t flags = 0;   ///< flag word after the event (see modifier_key.h)
-    double timestamp = 0;      ///< seconds of system uptime when the source received the event
+    double timestamp = 0;      ///< seconds of system uptime when the key moved, as far as the system tells
     bool synthetic = false;    ///< posted by this program itself
 };
 

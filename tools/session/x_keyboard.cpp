@@ -24,8 +24,8 @@ XKeyboard::~XKeyboard() {
         xcb_get_input_focus_reply(display_.get(), xcb_get_input_focus(display_.get()), nullptr));
 }
 
-void XKeyboard::fake(std::uint8_t type, std::uint8_t detail) {
-    xcb_test_fake_input(display_.get(), type, detail, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
+void XKeyboard::fake(std::uint8_t type, std::uint8_t detail, std::uint32_t delay) {
+    xcb_test_fake_input(display_.get(), type, detail, delay, XCB_WINDOW_NONE, 0, 0, 0);
 }
 
 void XKeyboard::fakeKey(std::uint16_t code, bool isDown) {
@@ -51,6 +51,14 @@ double XKeyboard::release(std::uint16_t code) {
 double XKeyboard::tap(std::uint16_t code) {
     press(code);
     return release(code);
+}
+
+void XKeyboard::hold(std::uint16_t code, std::chrono::milliseconds time) {
+    fakeKey(code, true);
+    fake(XCB_KEY_RELEASE, static_cast<std::uint8_t>(code + xOffset),
+         static_cast<std::uint32_t>(time.count()));
+    std::erase(held_, code);
+    display_.roundTrip();
 }
 
 double XKeyboard::button(std::uint8_t number) {

@@ -5,6 +5,7 @@
 
 #include "session/x_display.h"
 
+#include <chrono>
 #include <cstdint>
 #include <linux/input-event-codes.h>
 #include <vector>
@@ -44,6 +45,8 @@ class XKeyboard {
     double release(std::uint16_t code);
     /// Press and release, each with its own round trip; the time of the release.
     double tap(std::uint16_t code);
+    /// Holds the key for so long by the server's clock; returns when it is up.
+    void hold(std::uint16_t code, std::chrono::milliseconds time);
     /// A click: 1 is the left button, 2 the middle, 3 the right.
     double button(std::uint8_t number);
     double scroll(Scroll direction);
@@ -53,7 +56,7 @@ class XKeyboard {
     double post(const std::vector<KeyStroke>& strokes);
 
   private:
-    void fake(std::uint8_t type, std::uint8_t detail);
+    void fake(std::uint8_t type, std::uint8_t detail, std::uint32_t delay = 0);
     void fakeKey(std::uint16_t code, bool isDown);
 
     XDisplay display_;

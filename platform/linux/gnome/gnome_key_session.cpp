@@ -10,7 +10,6 @@ namespace {
 
 constexpr unsigned allModifiers = 0xff;
 constexpr double microseconds = 1e6;
-constexpr double longestDelay = 10; ///< of the shell, in seconds: an event that claims more is taken as new
 
 /// The extension's numbers of modifiers are the places in the list of all.
 ModifierSet modifiersIn(unsigned bits) {
@@ -55,10 +54,8 @@ void GnomeKeySession::takeKey(const QDBusMessage& signal) {
     const QString what = arguments[0].toString();
     const uint key = arguments[1].toUInt();
     const uint held = arguments[2].toUInt();
-    const double now = clock_();
-    double time = static_cast<double>(arguments[3].toLongLong()) / microseconds;
-    if (time > now || time < now - longestDelay) time = now;
     if (held > allModifiers) return;
+    const double time = time_.take(static_cast<double>(arguments[3].toLongLong()) / microseconds, clock_());
     const std::uint64_t flags = flagsOf(modifiersIn(held));
 
     bool isModifierDown = false;

@@ -11,6 +11,7 @@
 #include "platform/linux/gnome/gnome_listen_source.h"
 #include "platform/linux/gnome/gnome_shortcut_source.h"
 #include "platform/linux/keys/key_session.h"
+#include "platform/linux/keys/told_time.h"
 
 #include <QObject>
 
@@ -39,6 +40,7 @@ class GnomeKeySession final : public KeySession {
 
     std::shared_ptr<GnomeExtension> extension_;
     std::function<double()> clock_;
+    ToldTime time_;
     std::shared_ptr<GnomeListenSource> listenSource_;
     std::shared_ptr<GnomeShortcutSource> shortcutSource_;
     GnomeExtensionSwitch switch_;

@@ -114,6 +114,9 @@ bool X11KeyHook::isBusy(std::uint16_t linuxCode) const {
 
 void X11KeyHook::open() {
     session_ = std::make_unique<X11KeyHookSession>([this] { dispatch(); });
+    const double beforeAsking = clock_();
+    const auto serverTime = X11ServerClock::ask(session_->helper);
+    serverClock_ = X11ServerClock(serverTime.value_or(0), beforeAsking);
     meanings_ = x11_keymap::readMeanings(session_->primary);
     // What happened up to here is in the answer below.
     while (session_->primary.nextQueuedEvent()) {
@@ -251,7 +254,7 @@ bool X11KeyHook::handleXInput(X11Connection& connection, const xcb_generic_event
         lastKey_ = lastKey_.next(asRawKey(event).time);
         onRawKey(asRawKey(event), generic.event_type == XCB_INPUT_RAW_KEY_PRESS);
         break;
-    case XCB_INPUT_RAW_BUTTON_PRESS: onRawButton(asRawKey(event).detail); break;
+    case XCB_INPUT_RAW_BUTTON_PRESS: onRawButton(asRawKey(event).detail, asRawKey(event).time); break;
     case XCB_INPUT_KEY_PRESS: onGrabbedKey(connection, asKey(event), true); break;
     case XCB_INPUT_KEY_RELEASE: onGrabbedKey(connection, asKey(event), false); break;
     case XCB_INPUT_HIERARCHY: refreshLater(); break;

@@ -21,6 +21,7 @@
 #include "platform/linux/x11/x11_connection.h"
 #include "platform/linux/x11/x11_own_posts.h"
 #include "platform/linux/x11/x11_pending_keys.h"
+#include "platform/linux/x11/x11_server_clock.h"
 
 #include <QTimer>
 #include <array>
@@ -37,7 +38,7 @@ struct X11KeyHookSession;
 
 class X11KeyHook {
   public:
-    /// Seconds of system uptime; stamps raw events.
+    /// Seconds of system uptime.
     using Clock = std::function<double()>;
     using Listener = std::function<void(const RawEvent&)>;
     /// True swallows the key.
@@ -134,7 +135,7 @@ class X11KeyHook {
 
     // x11_key_hook_keys.cpp: what becomes of each key
     void onRawKey(const xcb_input_raw_key_press_event_t& event, bool press);
-    void onRawButton(std::uint32_t button);
+    void onRawButton(std::uint32_t button, std::uint32_t time);
     void onGrabbedKey(X11Connection& connection, const xcb_input_key_press_event_t& event, bool press);
     void onGrabbedPress(X11Connection& connection, const xcb_input_key_press_event_t& event,
                         const std::optional<X11PendingKey>& raw);
@@ -150,6 +151,7 @@ class X11KeyHook {
     std::shared_ptr<KeyboardGuard> guard_;
     KeyMoment lastKey_;
     std::unique_ptr<X11KeyHookSession> session_;
+    X11ServerClock serverClock_;
     QTimer refreshTimer_;
     Listener listener_;
     Filter filter_;

@@ -34,7 +34,7 @@ void X11KeyHook::onRawKey(const xcb_input_raw_key_press_event_t& event, bool pre
     raw.synthetic = ownPosts_.recognise(event.full_sequence, key, press);
     raw.event = press ? held_.press(key, meaning(key)) : held_.release(key, meaning(key));
     if (raw.event) {
-        raw.event->timestamp = clock_();
+        raw.event->timestamp = serverClock_.timeOf(event.time, clock_());
         raw.event->synthetic = raw.synthetic;
     }
     raw.mayBeGrabbed = isSwallowed(raw) || (press && session_->grabs.covers(key));
@@ -44,16 +44,16 @@ void X11KeyHook::onRawKey(const xcb_input_raw_key_press_event_t& event, bool pre
     if (raw.mayBeGrabbed) placeBarrier();
 }
 
-void X11KeyHook::onRawButton(std::uint32_t button) {
+void X11KeyHook::onRawButton(std::uint32_t button, std::uint32_t time) {
     // A step of the wheel is a button press on X11. It counts, or Ctrl+scroll would end as a tap of Control,
     // but only then, and once: the next ones tell nothing new and would fill the record.
     const bool isWheel = button >= firstWheelButton && button <= lastWheelButton;
     if (isWheel && (heldModifiers(held_.flags()).empty() || std::exchange(isWheelTold_, true))) return;
-    RawEvent event{.type = isWheel ? RawEventType::wheelStep : RawEventType::mouseDown,
-                   .flags = held_.flags(),
-                   .timestamp = clock_()};
-    if (pending_.empty()) return listen(event);
-    pending_.push({.flagsBefore = event.flags, .event = event});
+    const RawEvent click{.type = isWheel ? RawEventType::wheelStep : RawEventType::mouseDown,
+                         .flags = held_.flags(),
+                         .timestamp = serverClock_.timeOf(time, clock_())};
+    if (pending_.empty()) return listen(click);
+    pending_.push({.flagsBefore = click.flags, .event = click});
 }
 
 void X11KeyHook::onGrabbedKey(X11Connection& connection, const xcb_input_key_press_event_t& event,

@@ -11,7 +11,6 @@ namespace hopsel {
 namespace {
 
 constexpr double microseconds = 1e6;
-constexpr double longestDelay = 10; ///< in seconds: an event that claims more is taken as new
 
 /// As `HeldKeys` numbers them.
 std::uint8_t numberOf(std::size_t key) {
@@ -38,7 +37,7 @@ void HelperListenSource::heard(const to_session::Modifier& modifier) {
     const auto event =
         modifier.isDown ? held_.press(key, meaning(modifier.key)) : held_.release(key, meaning(modifier.key));
     if (!event) return;
-    tell(*event, static_cast<double>(modifier.microseconds) / microseconds);
+    tell(*event, time_.take(static_cast<double>(modifier.microseconds) / microseconds, clock_()));
     if (modifier.isDown && event->type == RawEventType::flagsChanged && onModifierDown) onModifierDown();
 }
 
@@ -68,8 +67,7 @@ void HelperListenSource::lost() {
 
 void HelperListenSource::tell(RawEvent event, double time) const {
     if (!isStarted_ || !onEvent) return;
-    const double now = clock_();
-    event.timestamp = time <= now && time >= now - longestDelay ? time : now;
+    event.timestamp = time;
     onEvent(event);
 }
 

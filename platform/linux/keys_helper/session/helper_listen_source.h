@@ -7,6 +7,7 @@
 
 #include "core/platform/event_source.h"
 #include "platform/linux/keys/held_keys.h"
+#include "platform/linux/keys/told_time.h"
 #include "platform/linux/keys_helper/session/helper_link.h"
 
 #include <functional>
@@ -45,6 +46,7 @@ class HelperListenSource final : public EventSource {
 
     std::shared_ptr<HelperLink> link_;
     Clock clock_;
+    ToldTime time_;
     told_keys::Meanings meanings_ = told_keys::plainMeanings();
     HeldKeys held_;
     bool isStarted_ = false;

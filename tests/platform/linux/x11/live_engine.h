@@ -30,7 +30,7 @@ class LiveEngine : public testing::Test {
         window = std::make_unique<XTestWindow>();
         keyboard = std::make_unique<XKeyboard>();
         sources = std::make_shared<XkbInputSources>();
-        hook = std::make_shared<X11KeyHook>(uptimeSeconds);
+        hook = std::make_shared<X11KeyHook>([this] { return uptimeSeconds() + (paused += pause); });
         engine = EngineCoordinator::create({
             .source = std::make_shared<X11ListenSource>(hook),
             .shortcutSource = std::make_shared<X11ShortcutSource>(hook, log),
@@ -66,6 +66,9 @@ class LiveEngine : public testing::Test {
         EXPECT_EQ(switches(), before + 1);
     }
 
+    /// Of the process, each time that the hook looks at its clock.
+    double pause = 0;
+    double paused = 0;
     XServer server;
     XLayouts layouts;
     fakes::RecordingLog log;

@@ -11,6 +11,8 @@ import {modifierOf} from './modifiers.js';
 /** What X adds to the kernel's numbers of keys, which the shell has them by. */
 const X_OFFSET = 8;
 const MOST_KEYS = 64;
+/** Of the shell, in milliseconds: an event that claims more has its time from elsewhere. */
+const LONGEST_DELAY = 60000;
 
 export class Keys {
     /** Whether this shell has everything that is used here, none of which it promises. */
@@ -136,10 +138,16 @@ export class Keys {
         this._tell(what, 0, this.held, this._timeOf(event));
     }
 
-    /** The moment of the event itself: the shell may have been busy since. */
+    /**
+     * The moment of the event itself: the shell may have been busy since, and then a tap would last as long. Up to
+     * GNOME 43 only motion has microseconds; all have milliseconds, which wrap around.
+     */
     _timeOf(event) {
         const now = GLib.get_monotonic_time();
         const time = event.get_time_us?.() ?? 0;
-        return time > now - 10e6 && time <= now ? time : now;
+        if (time > now - LONGEST_DELAY * 1000 && time <= now) return time;
+        const nowInMilliseconds = Math.floor(now / 1000);
+        const delay = (nowInMilliseconds - event.get_time()) >>> 0;
+        return delay < LONGEST_DELAY ? (nowInMilliseconds - delay) * 1000 : now;
     }
 }
