@@ -148,7 +148,7 @@ std::shared_ptr<SystemSettingsOpening> LinuxPlatform::settingsOpener() {
         [sources = sources_]() -> const char* {
             return sources->inCharge() != nullptr ? sources->inCharge()->settingsProgram() : nullptr;
         },
-        [this](const QObject* context, const std::function<void()>& otherwise) {
+        [this](const QObject* context, const std::function<void(const WayOut&)>& otherwise) {
             keys_->remedy(context, otherwise);
         });
 }
@@ -183,8 +183,9 @@ std::function<bool(const ShortcutKey&)> LinuxPlatform::systemShortcutConflict() 
 }
 
 l10n::SystemWords LinuxPlatform::words() const {
-    return linuxWords(keys_->printedKeys(),
-                      session_kind::isGnomeWayland() ? KeysFrom::gnomeExtension : KeysFrom::xServer);
+    return linuxWords(keys_->printedKeys(), session_kind::isGnomeWayland() ? KeysFrom::gnomeExtension
+                                            : session_kind::isWayland()    ? KeysFrom::keyHelper
+                                                                           : KeysFrom::xServer);
 }
 
 void LinuxPlatform::followAppearance(std::function<void(design::Appearance)> onChange) {

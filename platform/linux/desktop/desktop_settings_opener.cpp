@@ -1,6 +1,7 @@
 #include "platform/linux/desktop/desktop_settings_opener.h"
 
 #include "platform/linux/desktop/program_launcher.h"
+#include "platform/linux/desktop/way_out_message.h"
 
 #include <QCoreApplication>
 #include <QUrl>
@@ -87,8 +88,12 @@ DesktopSettingsOpener::DesktopSettingsOpener(std::shared_ptr<Permissions> permis
       remedy_(std::move(remedy)) {}
 
 void DesktopSettingsOpener::openInputMonitoring() {
-    const auto help = [this] { openHelp("listening"); };
-    remedy_ ? remedy_(&context_, help) : help();
+    const auto otherwise = [this](const WayOut& way) {
+        const auto help = [this] { openHelp("listening"); };
+        if (!way.isSaid()) return help();
+        message_ = wayOutMessage(way, help);
+    };
+    remedy_ ? remedy_(&context_, otherwise) : otherwise({});
 }
 
 void DesktopSettingsOpener::openAccessibility() {

@@ -8,8 +8,10 @@
 #include "core/platform/log.h"
 #include "core/platform/permissions.h"
 #include "core/platform/system_settings_opening.h"
+#include "platform/linux/keys/way_out.h"
 
 #include <QObject>
+#include <QWidget>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -26,7 +28,8 @@ class DesktopSettingsOpener final : public SystemSettingsOpening {
     using SourcesProgram = std::function<const char*()>;
 
     /// Does what can be done about keys that are not heard, and calls the function where that is nothing.
-    using Remedy = std::function<void(const QObject* context, const std::function<void()>& otherwise)>;
+    using Remedy =
+        std::function<void(const QObject* context, const std::function<void(const WayOut&)>& otherwise)>;
 
     /// The log outlives this object.
     DesktopSettingsOpener(std::shared_ptr<Permissions> permissions, std::filesystem::path helpPage, Log& log,
@@ -49,6 +52,7 @@ class DesktopSettingsOpener final : public SystemSettingsOpening {
     Log& log_;
     SourcesProgram sourcesProgram_;
     Remedy remedy_;
+    std::unique_ptr<QWidget> message_;
     QObject context_; ///< the remedy's answer ends with it
 };
 

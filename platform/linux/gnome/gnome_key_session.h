@@ -30,8 +30,8 @@ class GnomeKeySession final : public KeySession {
     std::shared_ptr<Permissions> permissions() override;
     std::string listeningFailure() const override { return listenSource_->failure(); }
     /// Turns the extension on.
-    void remedy(const QObject* context, const std::function<void()>& otherwise) override {
-        switch_.turnOn(context, otherwise);
+    void remedy(const QObject* context, const std::function<void(const WayOut&)>& otherwise) override {
+        switch_.turnOn(context, [otherwise] { otherwise({}); });
     }
     void resynchronise() override { listenSource_->startOver(); }
 

@@ -11,6 +11,7 @@
 #include "core/platform/permissions.h"
 #include "core/platform/shortcut_source.h"
 #include "platform/linux/keys/printed_keys.h"
+#include "platform/linux/keys/way_out.h"
 
 #include <QObject>
 #include <functional>
@@ -38,7 +39,9 @@ class KeySession {
     virtual std::string listeningFailure() const = 0;
     /// Does what can be done about keys that are not heard; `otherwise` is called, at once or from the event
     /// loop, where that is for the user to do, unless `context` is gone by then.
-    virtual void remedy(const QObject* /*context*/, const std::function<void()>& otherwise) { otherwise(); }
+    virtual void remedy(const QObject* /*context*/, const std::function<void(const WayOut&)>& otherwise) {
+        otherwise({});
+    }
     /// Key-ups may have been lost: finds out which keys are down.
     virtual void resynchronise() = 0;
 

@@ -29,6 +29,12 @@ constexpr std::array gnomeRows{
 #undef TEXT
 };
 
+constexpr std::array helperRows{
+#define TEXT(key, korean, english) Row{Key::key, korean, english},
+#include "platform/linux/texts/helper_texts.def"
+#undef TEXT
+};
+
 struct Label {
     std::uint16_t keyCode;
     const char* korean;
@@ -87,6 +93,15 @@ const char* textIn(const std::array<Row, size>& table, Key key, L10nLanguage lan
     return language == L10nLanguage::ko ? found->korean : found->english;
 }
 
+const char* ownText(KeysFrom keysFrom, Key key, L10nLanguage language) {
+    switch (keysFrom) {
+    case KeysFrom::gnomeExtension: return textIn(gnomeRows, key, language);
+    case KeysFrom::keyHelper: return textIn(helperRows, key, language);
+    case KeysFrom::xServer: break;
+    }
+    return nullptr;
+}
+
 std::string keyLabel(std::uint16_t keyCode, L10nLanguage language) {
     const auto* found = std::find_if(labels.begin(), labels.end(),
                                      [&](const Label& label) { return label.keyCode == keyCode; });
@@ -119,7 +134,7 @@ std::string keyName(ModifierKey key, L10nLanguage language, const PrintedKeys& p
 l10n::SystemWords linuxWords(std::function<PrintedKeys()> printed, KeysFrom keysFrom) {
     l10n::SystemWords words;
     words.text = [keysFrom](Key key, L10nLanguage language) {
-        const char* own = keysFrom == KeysFrom::gnomeExtension ? textIn(gnomeRows, key, language) : nullptr;
+        const char* own = ownText(keysFrom, key, language);
         return own != nullptr ? own : textIn(rows, key, language);
     };
     words.keyLabel = keyLabel;

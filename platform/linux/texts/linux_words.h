@@ -11,7 +11,7 @@
 namespace hopsel {
 
 /// What there is to be done about keys depends on where they come from.
-enum class KeysFrom { xServer, gnomeExtension };
+enum class KeysFrom { xServer, gnomeExtension, keyHelper };
 
 /// Without a reader, as on a keyboard with plain Alt and Ctrl keys.
 l10n::SystemWords linuxWords(std::function<PrintedKeys()> printed = {},

@@ -1,6 +1,7 @@
 #include "platform/linux/keys_helper/session/helper_key_session.h"
 
 #include "core/base/overloaded.h"
+#include "model/texts/l10n.h"
 #include "platform/linux/keys/key_codes.h"
 #include "platform/linux/keys_helper/session/helper_words.h"
 
@@ -25,6 +26,14 @@ class HelperPermissions final : public Permissions {
     std::shared_ptr<HelperLink> link_;
 };
 
+WayOut wayOut(HelperSwitch::Outcome outcome) {
+    using Outcome = HelperSwitch::Outcome;
+    const auto what = outcome == Outcome::declined   ? l10n::Key::keyHelperDeclined
+                      : outcome == Outcome::notAsked ? l10n::Key::keyHelperNotAsked
+                                                     : l10n::Key::keyHelperFailed;
+    return {l10n::t(what), helper_words::enableCommand};
+}
+
 /// Whether word follows that its answer is too late: its key is on its way to the desktop.
 bool isLate(const to_session::Ask& ask, const std::vector<to_session::Message>& messages) {
     return std::any_of(messages.begin(), messages.end(), [&](const to_session::Message& message) {
@@ -37,6 +46,7 @@ bool isLate(const to_session::Ask& ask, const std::vector<to_session::Message>& 
 
 HelperKeySession::HelperKeySession(HelperPlaces places, HelperListenSource::Clock clock, Log& log)
     : log_(log),
+      switch_(places.enabler),
       link_(std::make_shared<HelperLink>(std::move(places))),
       listenSource_(std::make_shared<HelperListenSource>(link_, std::move(clock))),
       shortcutSource_(std::make_shared<HelperShortcutSource>(link_, log)) {
@@ -62,6 +72,14 @@ HelperKeySession::~HelperKeySession() {
 
 std::shared_ptr<Permissions> HelperKeySession::permissions() {
     return std::make_shared<HelperPermissions>(link_);
+}
+
+void HelperKeySession::remedy(const QObject* context, const std::function<void(const WayOut&)>& otherwise) {
+    if (!link_->lacksService()) return otherwise({});
+    switch_.turnOn(context, [link = link_, otherwise](HelperSwitch::Outcome outcome) {
+        if (outcome == HelperSwitch::Outcome::on) return link->forgetFailure();
+        otherwise(wayOut(outcome));
+    });
 }
 
 std::function<PrintedKeys()> HelperKeySession::printedKeys() const {

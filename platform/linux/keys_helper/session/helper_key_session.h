@@ -9,6 +9,7 @@
 #include "platform/linux/keys_helper/session/helper_link.h"
 #include "platform/linux/keys_helper/session/helper_listen_source.h"
 #include "platform/linux/keys_helper/session/helper_shortcut_source.h"
+#include "platform/linux/keys_helper/session/helper_switch.h"
 #include "platform/linux/wayland/wayland_keymap.h"
 
 #include <functional>
@@ -30,6 +31,8 @@ class HelperKeySession final : public KeySession {
     std::shared_ptr<GuestKeySending> guestKeySender() override { return nullptr; }
     std::shared_ptr<Permissions> permissions() override;
     std::string listeningFailure() const override { return link_->failure(); }
+    /// Turns the helper's service on.
+    void remedy(const QObject* context, const std::function<void(const WayOut&)>& otherwise) override;
     /// The helper tells by itself when keys may have been lost; it serves the session that is in front.
     void resynchronise() override {
         link_->forgetFailure();
@@ -46,6 +49,7 @@ class HelperKeySession final : public KeySession {
     void told(const to_session::State& state);
 
     Log& log_;
+    HelperSwitch switch_;
     std::shared_ptr<HelperLink> link_;
     std::shared_ptr<HelperListenSource> listenSource_;
     std::shared_ptr<HelperShortcutSource> shortcutSource_;

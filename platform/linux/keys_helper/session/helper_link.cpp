@@ -33,6 +33,7 @@ void HelperLink::close() {
 int HelperLink::connect() {
     const bool hasService = places_.hasService();
     const int service = hasService ? HelperSocket::connectTo(places_.socket) : -1;
+    isSilent_ = hasService && service < 0;
     if (service >= 0) return service;
     if (places_.program.empty()) {
         failure_ = hasService ? helper_words::doesNotAnswer() : helper_words::notInstalled();

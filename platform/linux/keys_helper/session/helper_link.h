@@ -24,7 +24,14 @@ class HelperLink {
     bool open();
     void close();
     /// Things have changed: what failed may work now.
-    void forgetFailure() { failure_.clear(); }
+    void forgetFailure() {
+        failure_.clear();
+        isSilent_ = false;
+    }
+    /// Whether it would help to turn the service on.
+    bool lacksService() const {
+        return !isReady_ && !places_.canReadDevices() && (isSilent_ || !places_.hasService());
+    }
     /// It has greeted, and reads keyboards.
     bool isReady() const { return isReady_; }
     /// In words for the user; empty while all is well.
@@ -51,6 +58,7 @@ class HelperLink {
     std::string failure_;
     bool isReady_ = false;
     bool hasWorked_ = false; ///< since the last failure to greet
+    bool isSilent_ = false;  ///< the service's socket is there, and nobody listens
 };
 
 } // namespace hopsel

@@ -4,6 +4,7 @@
 #include <QString>
 #include <array>
 #include <filesystem>
+#include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
 
@@ -20,6 +21,12 @@ bool isProgram(const fs::path& path) {
     return fs::is_regular_file(path, error) && access(path.c_str(), X_OK) == 0;
 }
 
+/// Whether nobody but the system's administrator can have put anything into it.
+bool isOfTheSystem(const fs::path& path) {
+    struct stat facts{};
+    return stat(path.c_str(), &facts) == 0 && facts.st_uid == 0 && (facts.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+}
+
 } // namespace
 
 HelperPlaces HelperPlaces::live() {
@@ -32,6 +39,8 @@ HelperPlaces HelperPlaces::live() {
     for (const fs::path& candidate : candidates)
         if (places.program.empty() && isProgram(candidate))
             places.program = candidate.lexically_normal().string();
+    const fs::path enabler = (folder / ".." / "libexec" / "hopsel-keys-enable").lexically_normal();
+    if (isProgram(enabler) && isOfTheSystem(enabler)) places.enabler = enabler.string();
     return places;
 }
 

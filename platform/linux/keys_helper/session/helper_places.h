@@ -12,6 +12,8 @@ struct HelperPlaces {
     std::string socket;  ///< of the service
     std::string program; ///< empty: not installed
     std::string devices = "/dev/input";
+    std::string enabler =
+        {}; ///< turns the service on, run by the system's administrator; empty: there is none
 
     static HelperPlaces live();
     /// Whether the service manager listens there for us.

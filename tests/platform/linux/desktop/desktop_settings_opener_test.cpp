@@ -2,6 +2,10 @@
 
 #include "platform/linux/desktop/desktop_rig.h"
 
+#include <QApplication>
+#include <QClipboard>
+#include <QMessageBox>
+
 namespace {
 
 TEST(SettingsOpener, OpensTheProgramOfTheDesktopElseTheHelpPageElseNamesThePageInTheLog) {
@@ -30,14 +34,32 @@ TEST(SettingsOpener, OpensTheProgramOfTheDesktopElseTheHelpPageElseNamesThePageI
     setup = nullptr;
     withMethod.openInputSources();
     EXPECT_EQ(programs.nextCall(), "gnome-control-center|keyboard");
-    std::function<void()> otherwise;
+    std::function<void(const hopsel::WayOut&)> otherwise;
     hopsel::DesktopSettingsOpener withRemedy(
         nullptr, "/usr/share/doc of hopsel/permissions.html", log, nullptr,
-        [&](const QObject* /*context*/, const std::function<void()>& failed) { otherwise = failed; });
+        [&](const QObject* /*context*/, const auto& failed) { otherwise = failed; });
     withRemedy.openInputMonitoring();
     ASSERT_TRUE(otherwise) << "tried first";
-    otherwise();
+    otherwise({});
     EXPECT_EQ(programs.nextCall(), page + "listening");
+    otherwise({"It was not turned on.", "sudo do it"});
+    const auto* message = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    ASSERT_EQ(message, nullptr) << "nothing waits for it";
+    for (QWidget* window : QApplication::topLevelWidgets())
+        if (window->isVisible()) message = qobject_cast<QMessageBox*>(window);
+    ASSERT_NE(message, nullptr);
+    EXPECT_EQ(message->text(), "It was not turned on.");
+    EXPECT_TRUE(message->informativeText().endsWith("sudo do it"));
+    const auto press = [&](QMessageBox::ButtonRole role) {
+        for (QAbstractButton* button : message->buttons())
+            if (message->buttonRole(button) == role) button->click();
+    };
+    press(QMessageBox::ActionRole);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), "sudo do it");
+    press(QMessageBox::HelpRole);
+    EXPECT_EQ(programs.nextCall(), page + "listening");
+    press(QMessageBox::RejectRole);
+    EXPECT_FALSE(message->isVisible());
     EXPECT_EQ(log.lines.size(), 1U);
 }
 

@@ -1,13 +1,18 @@
 // The program's end of the key helper: what reaches the engine, what is answered, and what is said when there
 // is no helper. Helpers are played; one is the real one.
 #include "platform/linux/keys_helper/session/helper_key_session.h"
+#include "platform/linux/keys_helper/session/helper_words.h"
 #include "platform/linux/keys_session/played_helper.h"
 #include "support/fakes/engine_fakes.h"
 #include "support/qt_waiting.h"
 
 #include <QFile>
 #include <QTemporaryDir>
+#include <filesystem>
 #include <gtest/gtest.h>
+#include <optional>
+#include <set>
+#include <sys/stat.h>
 
 namespace hopsel {
 namespace {
@@ -219,6 +224,82 @@ TEST(HelperPlaces, DecideWhichHelperAndNameWhatIsMissing) {
     EXPECT_TRUE(child.canReadDevices());
     EXPECT_NE(failureAt({nowhere, "/nowhere/hopsel-keys", child.devices}).find("does not start"),
               std::string::npos);
+}
+
+/// A pkexec that is played: notes what it is to run, and exits with what the test says.
+class PlayedPkexec {
+  public:
+    explicit PlayedPkexec(const QTemporaryDir& folder)
+        : called_(folder.filePath("called")), answer_(folder.filePath("answer")) {
+        QFile program(folder.filePath("pkexec"));
+        if (!program.open(QIODevice::WriteOnly)) return;
+        program.write(
+            ("#!/bin/sh\necho \"$@\" >> '" + called_ + "'\nread code < '" + answer_ + "'\nexit $code\n")
+                .toUtf8());
+        program.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+    }
+    void answer(int code) const {
+        QFile answer(answer_);
+        EXPECT_TRUE(answer.open(QIODevice::WriteOnly)); // once somebody asks
+        answer.write(QByteArray::number(code) + "\n");
+    }
+    QString calls() const {
+        QFile called(called_);
+        return called.open(QIODevice::ReadOnly) ? QString(called.readAll()) : QString();
+    }
+
+  private:
+    QString called_;
+    QString answer_;
+};
+
+TEST(HelperSwitch, AsksOnceAndSaysHowItEnded) {
+    QTemporaryDir folder;
+    const std::string nowhere = folder.filePath("none").toStdString();
+    const std::string answerPath = folder.filePath("answer").toStdString();
+    ASSERT_EQ(mkfifo(answerPath.c_str(), 0600), 0);
+    const PlayedPkexec pkexec(folder);
+    const QByteArray path = qgetenv("PATH");
+    fakes::RecordingLog log;
+    HelperPlaces places{nowhere, HOPSEL_KEYS, nowhere};
+    std::optional<WayOut> told;
+    const QObject context;
+    const auto note = [&](const WayOut& way) { told = way; };
+
+    HelperKeySession bare(places, [] { return now; }, log);
+    bare.remedy(&context, note);
+    ASSERT_TRUE(told) << "nothing is installed that could be run";
+    EXPECT_EQ(told->command, helper_words::enableCommand);
+
+    places.enabler = "/libexec/enable";
+    places.socket = folder.filePath("keys.sock").toStdString();
+    HelperKeySession keys(places, [] { return now; }, log);
+    EXPECT_THROW(keys.listenSource()->start(), TapFailure);
+    const auto outcome = [&](int code) {
+        told.reset();
+        keys.remedy(&context, note);
+        keys.remedy(&context, note); // while it is asked
+        pkexec.answer(code);
+        return runLoopUntil([&] { return told.has_value(); }) ? told->what : "";
+    };
+    qputenv("PATH", folder.path().toUtf8() + ":" + path);
+    const std::set<std::string> different{outcome(126), outcome(127), outcome(1), ""};
+    EXPECT_EQ(different.size(), 4U);
+    EXPECT_EQ(pkexec.calls(), QString("--disable-internal-agent /libexec/enable\n").repeated(3));
+
+    // It is turned on: what failed before may work now, and goes on without a word.
+    told.reset();
+    keys.remedy(&context, note);
+    const PlayedHelper service;
+    std::filesystem::create_symlink(service.path(), places.socket);
+    EXPECT_FALSE(keys.permissions()->inputMonitoringGranted());
+    pkexec.answer(0);
+    EXPECT_TRUE(runLoopUntil([&] { return keys.permissions()->inputMonitoringGranted(); }));
+    EXPECT_FALSE(told);
+    keys.remedy(&context, note);
+    ASSERT_TRUE(told) << "that is not what it lacks";
+    EXPECT_FALSE(told->isSaid());
+    qputenv("PATH", path);
 }
 
 TEST(HelperChild, TheRealHelperGreetsItsParent) {

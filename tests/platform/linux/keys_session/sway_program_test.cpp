@@ -3,7 +3,9 @@
 #include "platform/linux/desktops/sway_rig.h"
 #include "platform/linux/keys_session/played_helper.h"
 #include "session/hopsel_program.h"
+#include "session/temporary_folder.h"
 
+#include <filesystem>
 #include <regex>
 
 namespace hopsel::test {
@@ -70,14 +72,24 @@ TEST_F(SwayProgram, SwitchesByWhatTheHelperTellsAndAnswersIt) {
     EXPECT_TRUE(becomesCurrent(1));
 }
 
-TEST_F(SwayProgram, SaysWhatIsMissingAndWhatMendsIt) {
-    setenv("HOPSEL_KEYS_SOCKET", "/nowhere/keys.sock", 1);
+TEST_F(SwayProgram, SaysWhatIsMissingAndGoesOnOnceItIsThere) {
+    const session::TemporaryFolder folder;
+    const auto later = folder.path() / "keys.sock";
+    setenv("HOPSEL_KEYS_SOCKET", later.c_str(), 1);
     session::HopselProgram program(HOPSEL_EXECUTABLE, rules());
     EXPECT_TRUE(program.process().waitForLine("sudo systemctl enable --now hopsel-keys.socket",
                                               std::chrono::seconds(20)));
     const auto status = program.startAnother({"--status", "--json"});
     const std::string said = status->readAll(std::chrono::seconds(20));
     EXPECT_NE(said.find("not-listening"), std::string::npos) << said;
+    // Once it is turned on the program takes it up by itself.
+    std::filesystem::create_symlink(helper.path(), later);
+    ASSERT_TRUE(helper.greet());
+    ASSERT_EQ(helper.declared(), std::vector<std::string>{"49|leftShift"});
+    ASSERT_TRUE(runLoopUntil([&] {
+        tap(rightSuper);
+        return becomesCurrent(1, std::chrono::seconds(1));
+    }));
 }
 
 } // namespace

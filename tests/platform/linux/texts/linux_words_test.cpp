@@ -124,7 +124,8 @@ TEST_F(LinuxWords, AreInBothTablesWithTheSameArgumentsAsMacOSs) {
     for (const L10nLanguage language : languages) {
         l10n::setLanguage(language);
         for (const l10n::Key key : l10n::allKeys()) {
-            for (const KeysFrom keysFrom : {KeysFrom::gnomeExtension, KeysFrom::xServer}) {
+            for (const KeysFrom keysFrom :
+                 {KeysFrom::gnomeExtension, KeysFrom::keyHelper, KeysFrom::xServer}) {
                 use({}, keysFrom);
                 const std::string text = l10n::t(key);
                 test::expectOurs(text, std::string(l10n::rawValue(key)));
