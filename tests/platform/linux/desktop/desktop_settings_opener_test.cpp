@@ -2,6 +2,7 @@
 
 #include "platform/linux/desktop/desktop_rig.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QClipboard>
 #include <QMessageBox>
