@@ -8,7 +8,7 @@ shift 2
 warnings=(-Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wnon-virtual-dtor -Wold-style-cast
     -Woverloaded-virtual -Werror)
 check() {
-    "$clang" -std=c++20 "${warnings[@]}" -I. -isystem tests/support/macos/declarations -fsyntax-only "$@"
+    "$clang" -std=c++20 "${warnings[@]}" -I. -isystem platform/macos/declarations -fsyntax-only "$@"
 }
 shopt -s nullglob
 sources=("$folder"/*.cpp)
