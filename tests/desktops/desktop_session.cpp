@@ -31,7 +31,7 @@ DesktopSession::DesktopSession(const std::string& name) {
     options.arguments = {name};
     options.output = ChildProcess::Output::capture;
     desktop_ = std::make_unique<ChildProcess>(options);
-    const Deadline deadline(patience);
+    const Deadline deadline(startPatience);
     for (std::string line; line != "ready";) {
         const auto next = desktop_->waitForLine("", std::chrono::milliseconds(deadline.millisecondsLeft()));
         if (!next) throw std::runtime_error(name + " did not start; ./test desktops installs what it needs");
