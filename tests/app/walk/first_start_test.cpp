@@ -18,19 +18,40 @@ class WalkWithoutPanel : public Walk {
     WalkWithoutPanel() : Walk(false) {}
 };
 
+/// What the introduction says.
+struct Words {
+    const char* chooseKey;
+    const char* chooseSources;
+    const char* next;
+    const char* tryKey;
+    const char* field;
+    const char* detected;
+    const char* done;
+};
+constexpr Words english{"Choose your switch key",
+                        "Choose your input sources",
+                        "Next",
+                        "Try your switch key",
+                        "Try typing here",
+                        "✓ Detected",
+                        "Done"};
+constexpr Words korean{"전환 키를 선택하세요", "입력 소스를 선택하세요",      "다음", "전환 키를 눌러 보세요",
+                       "여기에 입력해 보세요", "✓ 정상적으로 감지되었습니다", "완료"};
+
 /// The introduction with an input method, up to the page where the key is tried.
 class WalkWithFramework : public Walk {
   protected:
-    explicit WalkWithFramework(Framework wanted) : Walk(true, wanted) {}
+    WalkWithFramework(bool withPanel, Framework wanted, const Words& said)
+        : Walk(withPanel, wanted), words(said) {}
 
     void goToTheLastPage() {
         start();
-        expectSeen("Choose your switch key");
-        click("Next");
-        expectSeen("Choose your input sources");
-        click("Next");
-        expectSeen("Try your switch key");
-        expectSeen("Try typing here");
+        expectSeen(words.chooseKey);
+        click(words.next);
+        expectSeen(words.chooseSources);
+        click(words.next);
+        expectSeen(words.tryKey);
+        expectSeen(words.field);
     }
     /// In the page's own field, as the tile says which source it is.
     void expectBothScripts() {
@@ -54,27 +75,30 @@ class WalkWithFramework : public Walk {
         })) << fieldText();
     }
     std::string fieldText() const {
-        const auto field = reader.find("Try typing here", "text");
+        const auto field = reader.find(words.field, "text");
         return field ? field->text : "";
     }
     void expectDetected() {
         EXPECT_TRUE(reader.waitUntil([this] {
             tapTrigger();
-            return reader.waitUntil([this] { return sees("✓ Detected"); }, 1s);
+            return reader.waitUntil([this] { return sees(words.detected); }, 1s);
         }));
-        click("Done");
-        expectGone("Done");
+        click(words.done);
+        expectGone(words.done);
     }
+
+    const Words& words;
 };
 
 class WalkWithIbus : public WalkWithFramework {
   protected:
-    WalkWithIbus() : WalkWithFramework(Framework::ibus) {}
+    WalkWithIbus() : WalkWithFramework(true, Framework::ibus, english) {}
 };
 
+/// On a Korean desktop without a panel.
 class WalkWithFcitx : public WalkWithFramework {
   protected:
-    WalkWithFcitx() : WalkWithFramework(Framework::fcitx) {}
+    WalkWithFcitx() : WalkWithFramework(false, Framework::fcitx, korean) { locale = "ko_KR.UTF-8"; }
 };
 
 } // namespace

@@ -60,8 +60,8 @@ ChildProcess::Options Walk::program() const {
     if (framework != Framework::none)
         options.environment = {{"QT_IM_MODULE", framework == Framework::ibus ? "ibus" : "fcitx"}};
     options.environment.insert({{"HOPSEL_CONFIG", std::nullopt},
-                                {"LC_ALL", "C.UTF-8"},
-                                {"LANGUAGE", "en"},
+                                {"LC_ALL", locale},
+                                {"LANGUAGE", std::nullopt},
                                 {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1"}});
     return options;
 }

@@ -59,6 +59,7 @@ class Walk : public testing::Test {
     session::XLayouts layouts;
     session::XKeyboard keyboard;
     Framework framework;
+    std::string locale = "C.UTF-8";           ///< of the desktop
     std::unique_ptr<session::PrivateBus> bus; ///< one of them, so that one session is there
     std::unique_ptr<session::IbusSession> ibus;
     std::unique_ptr<session::FcitxSession> fcitx;
