@@ -77,10 +77,11 @@ TEST_F(SettingsWalk, CaptureTakesACombinationOfTheWindowManagers) {
     expectSeen("Trigger key: Tap the key you want to use…");
     pressWith(key::leftAlt, KEY_F4);
     expectSeen("Trigger key: Left Alt + F4");
-    keyboard.tap(key::escape);
+    keyboard.press(key::escape); // and kept down until the end, as by `quitFromTray`
     expectGone("Cancel");
     running->kill(SIGTERM);
     expectEnded();
+    keyboard.release(key::escape);
 }
 
 TEST_F(SettingsWalk, DiagnosticsRecordsProbesAndSavesWithoutWhatWasTyped) {
