@@ -171,7 +171,7 @@ std::shared_ptr<LocalKeyMonitoring> LinuxPlatform::localKeys() {
 }
 
 std::unique_ptr<TrayHosting> LinuxPlatform::trayHost() {
-    return std::make_unique<TrayHost>(bus_, hasX11Windows());
+    return std::make_unique<TrayHost>(bus_, gnome_, hasX11Windows());
 }
 
 void LinuxPlatform::setOnLost(const std::function<void()>& callback) {

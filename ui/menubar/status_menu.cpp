@@ -18,14 +18,9 @@ namespace {
 
 using design::Tone;
 
-/// Names of sources and rules come from elsewhere: no mnemonics, no column of shortcuts, no endless line.
+/// No mnemonics, no column of shortcuts.
 QString itemText(const std::string& text) {
-    constexpr qsizetype longest = 120;
-    QString line = QString::fromStdString(text);
-    std::replace_if(
-        line.begin(), line.end(), [](QChar c) { return c.category() == QChar::Other_Control; }, u' ');
-    if (line.size() > longest) line = line.left(longest - 1) + QChar(u'…');
-    return line.replace(u'&', QLatin1String("&&"));
+    return StatusMenu::plainText(text).replace(u'&', QLatin1String("&&"));
 }
 
 /// Seen on light and on dark panels alike.
@@ -117,6 +112,22 @@ void fill(const MenuItemSpec& spec, QAction& item) {
 
 } // namespace
 
+QString StatusMenu::plainText(const std::string& text) {
+    constexpr qsizetype longest = 120;
+    QString line = QString::fromStdString(text);
+    std::replace_if(
+        line.begin(), line.end(), [](QChar c) { return c.category() == QChar::Other_Control; }, u' ');
+    if (line.size() > longest) line = line.left(longest - 1) + QChar(u'…');
+    return line;
+}
+
+std::size_t StatusMenu::placeOfSources(const std::vector<MenuItemSpec>& lines) {
+    const auto current = std::find_if(lines.begin(), lines.end(), [](const MenuItemSpec& spec) {
+        return std::holds_alternative<menu_item::Info>(spec);
+    });
+    return static_cast<std::size_t>(current - lines.begin());
+}
+
 StatusMenu::StatusMenu(Read read, OnAction onAction, Sources sources)
     : read_(std::move(read)), onAction_(std::move(onAction)), sources_(std::move(sources)) {
     setAccessibleName(QStringLiteral("Hopsel"));
@@ -195,24 +206,18 @@ void StatusMenu::refreshSources() {
     }
 }
 
-/// Below the line that names the current one.
 void StatusMenu::rebuildSources() {
     sourceMenu_.reset();
-    const auto current = std::find_if(shown_.begin(), shown_.end(), [](const MenuItemSpec& spec) {
-        return std::holds_alternative<menu_item::Info>(spec);
-    });
-    if (shownSources_.empty() || current == shown_.end()) return;
+    const std::size_t place = placeOfSources(shown_);
+    if (shownSources_.empty() || place == shown_.size()) return;
     sourceMenu_ = std::make_unique<QMenu>(QString::fromStdString(l10n::t(l10n::Key::menuSources)));
     for (const MenuSource& source : shownSources_) {
         QAction* choice = sourceMenu_->addAction(QString());
         choice->setMenuRole(QAction::NoRole);
         choice->setCheckable(true);
-        connect(choice, &QAction::triggered, this, [this, id = source.id] {
-            refreshLater();
-            sources_.select(id);
-        });
+        connect(choice, &QAction::triggered, this, [this, id = source.id] { choose(id); });
     }
-    insertMenu(items_.value(current - shown_.begin() + 1), sourceMenu_.get());
+    insertMenu(items_.value(static_cast<qsizetype>(place) + 1), sourceMenu_.get());
 }
 
 void StatusMenu::refreshLater() {
@@ -222,6 +227,11 @@ void StatusMenu::refreshLater() {
 void StatusMenu::perform(MenuAction action) {
     refreshLater(); // ahead of the action, which may end this menu
     onAction_(action);
+}
+
+void StatusMenu::choose(const std::string& id) {
+    refreshLater();
+    sources_.select(id);
 }
 
 void StatusMenu::initStyleOption(QStyleOptionMenuItem* option, const QAction* action) const {

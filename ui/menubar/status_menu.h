@@ -35,6 +35,15 @@ class StatusMenu final : public QMenu {
     void refresh();
     /// As if it had been clicked.
     void perform(MenuAction action);
+    /// Likewise, in the menu of input sources.
+    void choose(const std::string& id);
+    /// What it shows.
+    const std::vector<MenuItemSpec>& lines() const { return shown_; }
+    const std::vector<MenuSource>& sources() const { return shownSources_; }
+    /// In how the menu shows it: names of sources and rules come from elsewhere, so on one line, which ends.
+    static QString plainText(const std::string& text);
+    /// Behind which of `lines` the menu of sources stands: the one that names the current one.
+    static std::size_t placeOfSources(const std::vector<MenuItemSpec>& lines);
     /// From here on lines that only inform are widgets. For menus that take them.
     void showLabels();
 

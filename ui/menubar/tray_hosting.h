@@ -15,6 +15,7 @@ class StatusMenu;
 enum class TrayKind {
     none,
     statusNotifier, ///< the item is described over D-Bus, and the panel draws it and its menu
+    shell,          ///< a part of ours in the desktop draws it and its menu from a description
     xEmbed,         ///< the item is a window of ours inside the panel's
     menuBar,        ///< the system's: it has symbols, tints pictures and opens a menu of its own kind
 };

@@ -1,5 +1,6 @@
 #include "platform/linux/tray/tray_host.h"
 
+#include "platform/linux/tray/gnome_indicator.h"
 #include "platform/linux/tray/tray_item.h"
 #include "ui/menubar/status_menu.h"
 
@@ -7,8 +8,9 @@
 
 namespace hopsel {
 
-TrayHost::TrayHost(std::shared_ptr<BusLink> bus, bool isX11, Patience patience)
-    : bus_(std::move(bus)), isX11_(isX11), patience_(patience) {
+TrayHost::TrayHost(std::shared_ptr<BusLink> bus, std::shared_ptr<GnomeExtension> gnome, bool isX11,
+                   Patience patience)
+    : bus_(std::move(bus)), gnome_(std::move(gnome)), isX11_(isX11), patience_(patience) {
     waiting_.setSingleShot(true);
     QObject::connect(&waiting_, &QTimer::timeout, &waiting_, [this] { tell(); });
 }
@@ -22,11 +24,13 @@ void TrayHost::start(OnChange onChange) {
             xEmbed_ = nullptr; // no server, no such panel
         }
     }
+    if (gnome_) gnome_->observe(&waiting_, [this] { consider(); });
     statusNotifier_ = std::make_unique<StatusNotifierWatch>(bus_, [this] { consider(); });
 }
 
 std::unique_ptr<PanelItem> TrayHost::makeItem(TrayKind kind, StatusMenu& menu) {
     settleOn(kind);
+    if (kind == TrayKind::shell) return std::make_unique<GnomeIndicator>(gnome_, menu);
     return std::make_unique<TrayItem>(kind, menu);
 }
 
@@ -39,6 +43,7 @@ bool TrayHost::has(TrayKind kind) const {
     switch (kind) {
     case TrayKind::none: return true;
     case TrayKind::statusNotifier: return statusNotifier_->hasHost().value_or(false);
+    case TrayKind::shell: return gnome_ && gnome_->can("indicator");
     case TrayKind::xEmbed: return xEmbed_ && xEmbed_->hasHost();
     case TrayKind::menuBar: return false;
     }
@@ -46,7 +51,7 @@ bool TrayHost::has(TrayKind kind) const {
 }
 
 TrayKind TrayHost::best() const {
-    for (const TrayKind kind : {TrayKind::statusNotifier, TrayKind::xEmbed}) {
+    for (const TrayKind kind : {TrayKind::statusNotifier, TrayKind::shell, TrayKind::xEmbed}) {
         if (has(kind) && only_.value_or(kind) == kind) return kind;
     }
     return TrayKind::none;
@@ -54,7 +59,7 @@ TrayKind TrayHost::best() const {
 
 std::chrono::milliseconds TrayHost::patienceWith(TrayKind kind) const {
     if (kind == TrayKind::none) return patience_.withNone;
-    if (kind == TrayKind::xEmbed && !only_) return patience_.withXEmbed;
+    if (kind != TrayKind::statusNotifier && !only_) return patience_.withLess;
     return std::chrono::milliseconds(0);
 }
 

@@ -51,6 +51,11 @@ class GnomeProgram : public testing::Test {
                "true";
     }
 
+    std::string askIndicator(const QString& what) {
+        return gnome.evaluate(
+            QStringLiteral("(indicator => %1)(Main.panel.statusArea['app.hopsel.Hopsel'])").arg(what));
+    }
+
     GnomeRig gnome;
 };
 
@@ -112,6 +117,26 @@ TEST_F(GnomeProgram, SwitchesShowsItsWindowAndLeavesTheKeyboardWhenItIsKilled) {
     ASSERT_TRUE(tapsUntil("us"));
     const auto again = program->startAnother();
     EXPECT_TRUE(eventually([&] { return hasWindow(); }));
+}
+
+TEST_F(GnomeProgram, IsInTheTopBarWithItsMenuUntilItEnds) {
+    auto program = std::make_unique<session::HopselProgram>(HOPSEL_EXECUTABLE, session::twoRules);
+    ASSERT_TRUE(eventually([&] { return askIndicator("Boolean(indicator)") == "true"; }));
+    const QString badge = "indicator.get_first_child().get_last_child()";
+    const auto currentLabel = [&] { return askIndicator(badge + ".labels[" + badge + ".current]"); };
+    ASSERT_TRUE(tapsUntil("ru"));
+    EXPECT_TRUE(eventually([&] { return currentLabel() == "\"R\""; })) << currentLabel();
+    EXPECT_TRUE(switches({rightSuper}, "us"));
+    EXPECT_TRUE(eventually([&] { return currentLabel() == "\"A\""; })) << currentLabel();
+
+    const session::TextField inFront("wayland");
+    gnome.chooseInMenu("Main.panel.statusArea['app.hopsel.Hopsel']", "Settings…");
+    EXPECT_TRUE(eventually([&] {
+        return gnome.evaluate("global.display.focus_window?.title === 'Hopsel'") == "true";
+    })) << "its window is in front of all others";
+    gnome.keepPicture("settings");
+    program->process().kill(SIGKILL);
+    EXPECT_TRUE(eventually([&] { return askIndicator("Boolean(indicator)") == "false"; }));
 }
 
 } // namespace

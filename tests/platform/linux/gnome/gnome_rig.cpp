@@ -2,6 +2,7 @@
 
 #include <QDBusObjectPath>
 #include <QDBusPendingCallWatcher>
+#include <cstdio>
 #include <vector>
 
 namespace hopsel::test {
@@ -117,6 +118,44 @@ void GnomeRig::key(int evdevCode, bool isDown) {
 void GnomeRig::click() {
     const int leftButton = 0x110;
     notify({{"NotifyPointerButton", {leftButton, true}}, {"NotifyPointerButton", {leftButton, false}}});
+}
+
+void GnomeRig::clickOn(const QString& actor, int button) {
+    const QString way =
+        "(() => { const actor = " + actor +
+        "; const [x, y] = actor.get_transformed_position();"
+        "const [width, height] = actor.get_transformed_size();"
+        "const [px, py] = global.get_pointer(); const hit = global.stage.get_actor_at_pos("
+        "imports.gi.Clutter.PickMode.REACTIVE, x + width / 2, y + height / 2);"
+        "return hit === actor ? [x + width / 2 - px, y + height / 2 - py].join(' ') : ''; })()";
+    double x = 0, y = 0;
+    const auto isFound = [&] { return std::sscanf(evaluate(way).c_str(), "\"%lf %lf", &x, &y) == 2; };
+    ASSERT_TRUE(runLoopUntil(isFound, patience)) << qPrintable(actor) << " is not to be clicked";
+    notify({{"NotifyPointerMotionRelative", {x, y}}});
+    const auto isUnder = [&] { return evaluate("(" + actor + ").hover") == "true"; };
+    ASSERT_TRUE(runLoopUntil(isUnder, patience)) << "the shell looks what is there once a frame";
+    notify({{"NotifyPointerButton", {button, true}}, {"NotifyPointerButton", {button, false}}});
+}
+
+void GnomeRig::openMenu(const QString& button) {
+    clickOn(button);
+    const auto isOpen = [&] {
+        return evaluate("(menu => menu.isOpen && !menu._boxPointer._muteInput)(" + button + ".menu)") ==
+               "true";
+    };
+    ASSERT_TRUE(runLoopUntil(isOpen, patience)) << "while it opens the shell lets nothing through to it";
+}
+
+void GnomeRig::chooseInMenu(const QString& button, const QString& text) {
+    openMenu(button);
+    clickOn(button + ".menu._getMenuItems().find(item => item.label?.text === '" + text + "')");
+}
+
+void GnomeRig::keepPicture(const QString& name) {
+    const QString folder = qEnvironmentVariable("HOPSEL_PICTURES");
+    if (folder.isEmpty()) return;
+    caller.call("org.gnome.Shell.Screenshot", "/org/gnome/Shell/Screenshot", "org.gnome.Shell.Screenshot",
+                "Screenshot", {false, false, folder + "/" + name + ".png"});
 }
 
 void GnomeRig::scroll() { notify({{"NotifyPointerAxisDiscrete", {0U, 1}}}); }

@@ -56,7 +56,16 @@ struct GnomeRig {
     void type(const std::vector<int>& evdevCodes);
     void key(int evdevCode, bool isDown);
     void click();
+    /// Into the middle of what the script names, with a button by the kernel's number.
+    void clickOn(const QString& actor, int button = 0x110);
     void scroll();
+    /// Opens the menu of a button of the top bar.
+    void openMenu(const QString& button);
+    /// Opens it and clicks on the line with this text.
+    void chooseInMenu(const QString& button, const QString& text);
+    /// What the screen shows, as a file: for who wants to look. Nothing unless HOPSEL_PICTURES names a
+    /// folder.
+    void keepPicture(const QString& name);
     /// As the lock screen does: extensions are off.
     void setLocked(bool isLocked);
 

@@ -15,10 +15,13 @@ const {display, idleMonitor} = globalThis.global;
 const folder = Gio.File.new_for_path(path);
 const {default: Extension} = await import(folder.get_child('extension.js').get_uri());
 const {default: Shell} = await import('gi://Shell'); // after the extension: it brings the real shell's modules
+const {default: St} = await import('gi://St');
+const {Actor} = await import('resource:///org/gnome/shell/actors.js');
+for (const drawn of ['BoxLayout', 'DrawingArea', 'Icon']) Object.defineProperty(St, drawn, {value: Actor}); // need a stage
 Shell.WindowTracker = {get_default: () => ({get_window_app: () => null})}; // the real one needs a whole shell
 const {getInputSourceManager} = await import('resource:///org/gnome/shell/ui/status/keyboard.js');
 const {getIBusManager} = await import('resource:///org/gnome/shell/misc/ibusManager.js');
-const {inputMethod, wm} = await import('resource:///org/gnome/shell/ui/main.js');
+const {inputMethod, panel, wm} = await import('resource:///org/gnome/shell/ui/main.js');
 const manager = getInputSourceManager();
 const ibus = getIBusManager();
 const bus = Gio.DBus.session;
@@ -34,8 +37,8 @@ function expect(what, value, expected) {
 
 /** What is answered, or the last word of the error. */
 function call(method, argument) {
-    const types = {Activate: '(s)', Listen: '(b)', Filter: '(a(uu))'};
-    const args = argument === undefined ? null : new GLib.Variant(types[method], [argument]);
+    const types = {Activate: '(s)', Listen: '(b)', Filter: '(a(uu))', Show: '(ssasua(ssbs))'};
+    const args = argument === undefined ? null : new GLib.Variant(types[method], method === 'Show' ? argument : [argument]);
     return new Promise(resolve => {
         bus.call('app.hopsel.Shell', '/app/hopsel/Shell', 'app.hopsel.Shell1', method, args, null,
             Gio.DBusCallFlags.NO_AUTO_START, 10000, null, (connection, result) => {
@@ -59,7 +62,7 @@ async function begin(id) {
 bus.signal_subscribe(null, 'app.hopsel.Shell1', null, null, null, Gio.DBusSignalFlags.NONE,
     (connection, sender, object, iface, signal, args) => (signal === 'FrontChanged' ? fronts : told).push([signal, ...args.recursiveUnpack()]));
 const ours = () => manager.handlers.size + ibus.handlers.size + ibus._ibus.handlers.size + idleMonitor.watches.size +
-    display.given.size + Object.keys(wm._allowedKeybindings).length;
+    display.given.size + Object.keys(panel.statusArea).length + Object.keys(wm._allowedKeybindings).length;
 
 /** What is told about keys: the kernel's numbers, negative when they go up. True for those that are swallowed. */
 const symbols = {29: 0xffe3, 57: 0x20, 97: 0xffe4, 100: 0xffea};
@@ -94,7 +97,7 @@ extension.enable();
 
 expect('before registering', await call('Activate', 'xkb:ru'), 'Busy');
 expect('registered', await call('Register'), ['1.2.3',
-    {switch: true, taps: true, combinations: true, passwords: true, front: true},
+    {switch: true, taps: true, combinations: true, passwords: true, front: true, indicator: true},
     [['xkb', 'us', 'us shown', ''], ['xkb', 'ru', 'ru shown', ''], ['ibus', 'hangul', 'hangul shown', 'ko']], 'xkb:us']);
 expect('a layout for a layout needs no engine', await call('Activate', 'xkb:ru'), []);
 
@@ -188,6 +191,38 @@ Clutter.get_current_event = () => {
 idleMonitor.fire();
 await call('Register');
 expect('a fault', told.splice(0), [['Fault', 'Error: played']]);
+
+// The menu is the program's, down to what a click does.
+const lines = [['toggle', 'On', true, 't'], ['separator', '', false, ''], ['info', 'x'.repeat(300), false, ''],
+    ['menu', 'More', false, ''], ['choice', 'One', true, 'c1'], ['choice', 'Two', false, 'c2'],
+    ['window', 'Open', false, 'w'], ['problem', 'Bad', false, '']];
+for (const [what, wrong] of Object.entries({
+    symbol: ['', 'toString', [], 0, []], place: ['', 'keyboard', ['A'], 1, []],
+    labels: ['', 'keyboard', ['A', 'B', 'C'], 0, []], kind: ['', 'keyboard', [], 0, [['script', '', false, '']]],
+    length: ['', 'keyboard', [], 0, Array(257).fill(lines[0])],
+})) expect(what, await call('Show', wrong), 'Refused');
+expect('nothing yet', Object.keys(panel.statusArea), []);
+expect('shown', await call('Show', ['Played', 'problem', ['ABCDEF', '한'], 1, lines]), []);
+const [button] = Object.values(panel.statusArea);
+const [toggle, , info, more, open] = button.menu.items;
+expect('cut', [info.label.text.length, button.children[0].children[1].labels], [200, ['ABCD', '한']]);
+expect('choices', more.menu.items.map(item => [item.label.text, item.ornament]), [['One', 1], ['Two', 0]]);
+toggle.click();
+open.emit('activate');
+more.menu.items[1].emit('activate');
+expect('stays as it was told', toggle.state, true);
+lines[0][2] = false;
+expect('shown again', await call('Show', ['Played', 'paused', [], 0, lines]), []);
+expect('in place', [button.menu.items[0] === toggle, toggle.state], [true, false]);
+expect('clicks', told.splice(0), [['Clicked', 't', ''], ['Clicked', 'w', 'played token'], ['Clicked', 'c2', '']]);
+panel.addToStatusArea = () => {
+    throw new Error('played');
+};
+button.destroy();
+expect('no room', await call('Show', ['Played', 'paused', [], 0, lines]), 'Failed');
+delete panel.addToStatusArea;
+told.length = 0;
+
 type(29, 57); // and goes while it holds a key
 extension.disable();
 expect('left behind', ours(), 0);

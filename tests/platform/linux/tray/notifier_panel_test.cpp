@@ -128,7 +128,8 @@ TEST_F(NotifierPanel, IsPreferredUnlessAnItemOfTheOtherKindHasBeenMade) {
     const auto comes = [&](TrayKind kind) {
         return runLoopUntil([&] { return !told.empty(); }) && std::exchange(told, {}) == std::vector{kind};
     };
-    TrayHost host(std::make_shared<BusLink>(bus_address::session), true, {much.withXEmbed, little.withNone});
+    TrayHost host(std::make_shared<BusLink>(bus_address::session), nullptr, true,
+                  {much.withLess, little.withNone});
     host.start([&](TrayKind kind) { told.push_back(kind); });
     ASSERT_TRUE(comes(TrayKind::none));
     auto trayer = startTrayer();
@@ -137,7 +138,7 @@ TEST_F(NotifierPanel, IsPreferredUnlessAnItemOfTheOtherKindHasBeenMade) {
     ASSERT_TRUE(comes(TrayKind::statusNotifier));
     panel.reset();
     startPanel();
-    EXPECT_TRUE(staysFalse([&] { return !told.empty(); }, much.withXEmbed)) << "worth waiting for";
+    EXPECT_TRUE(staysFalse([&] { return !told.empty(); }, much.withLess)) << "worth waiting for";
     panel.reset();
     ASSERT_TRUE(comes(TrayKind::xEmbed));
     host.settleOn(TrayKind::xEmbed);

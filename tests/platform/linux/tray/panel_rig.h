@@ -21,8 +21,8 @@ class PanelRig : public testing::Test {
 
     void makeController(TrayHost::Patience patience) {
         controller = std::make_unique<StatusItemController>(
-            model,
-            std::make_unique<TrayHost>(std::make_shared<BusLink>(bus_address::session), true, patience));
+            model, std::make_unique<TrayHost>(std::make_shared<BusLink>(bus_address::session), nullptr, true,
+                                              patience));
         controller->onHostChanged = [this](bool hasHost) { hosts.push_back(hasHost); };
     }
     /// Runs the loop until the controller has said so.

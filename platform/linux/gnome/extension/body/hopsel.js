@@ -6,6 +6,7 @@ import GLib from 'gi://GLib';
 
 import {Filter} from './filter.js';
 import {Front} from './front.js';
+import {Indicator, mayBeShown} from './indicator.js';
 import {Keys} from './keys.js';
 import {mayBeSwallowed} from './modifiers.js';
 import {Peer} from './peer.js';
@@ -36,6 +37,7 @@ export class Hopsel {
             Activate: (args, reply, fail) => this._activate(args[0], reply, fail),
             Listen: (args, reply, fail) => this._listen(args[0], reply, fail),
             Filter: (args, reply, fail) => this._setFilter(args[0], reply, fail),
+            Show: (args, reply, fail) => this._show(args, reply, fail),
             gone: () => this._rest(),
         });
         this._sources = this._probe(Sources, () => new Sources(this._shell, guard, {
@@ -46,15 +48,18 @@ export class Hopsel {
         this._filter = this._probe(Filter, () => new Filter(this._shell, guard, () => this._shell.isPassword()));
         this._keys = this._probe(Keys, () => new Keys(this._shell, guard,
             (...event) => this._tellKey(event), this._filter ?? PASSING));
+        this._indicator = this._probe(Indicator, () => new Indicator(this._shell, guard,
+            (key, token) => this._peer.tell('Clicked', new GLib.Variant('(ss)', [key, token]))));
     }
 
     disable() {
+        this._indicator?.close();
         this._keys?.close();
         this._filter?.close();
         this._front?.close();
         this._sources?.close();
         this._peer?.close();
-        this._keys = this._filter = this._front = this._sources = this._peer = null;
+        this._indicator = this._keys = this._filter = this._front = this._sources = this._peer = null;
     }
 
     /** What this shell lacks, or does otherwise than is known, is told as a capability that is missing. */
@@ -69,6 +74,7 @@ export class Hopsel {
 
     /** Nobody is there to be told. */
     _rest() {
+        this._indicator?.close();
         this._keys?.listen(false);
         this._filter?.set([]);
     }
@@ -90,7 +96,7 @@ export class Hopsel {
             this._version, {
                 switch: Boolean(this._sources), taps: Boolean(this._keys),
                 combinations: Boolean(this._keys && this._filter), passwords: this._shell.knowsPasswords,
-                front: Boolean(this._front),
+                front: Boolean(this._front), indicator: Boolean(this._indicator),
             }, this._sources?.list ?? [], this._sources?.current ?? '',
         ]));
         if (this._front) this._tellFront(this._front.names);
@@ -115,6 +121,17 @@ export class Hopsel {
         if (!this._keys || !this._filter) fail('Lacking');
         else if (combinations.length > MOST_COMBINATIONS || !combinations.every(mayBeSwallowed)) fail('Refused');
         else reply(new GLib.Variant('(au)', [this._filter.set(combinations)]));
+    }
+
+    _show([name, symbol, labels, current, lines], reply, fail) {
+        if (!this._indicator) {
+            fail('Lacking');
+        } else if (!mayBeShown(symbol, labels, current, lines)) {
+            fail('Refused');
+        } else {
+            this._indicator.show(name, symbol, labels, current, lines);
+            reply(new GLib.Variant('()', []));
+        }
     }
 
     /** Nothing that goes wrong here may end up in the shell: it is logged and told. */

@@ -26,7 +26,7 @@ export class Peer {
         this._second = 0;
         this._calls = 0;
         const methods = {};
-        for (const method of ['Register', 'Activate', 'Listen', 'Filter'])
+        for (const method of ['Register', 'Activate', 'Listen', 'Filter', 'Show'])
             methods[`${method}Async`] = (args, invocation) => this._called(method, args, invocation);
         this._object = Gio.DBusExportedObject.wrapJSObject(description, methods);
         this._object.export(Gio.DBus.session, PATH);

@@ -3,10 +3,12 @@
 //
 // Called by the entry, which knows where its shell keeps its modules. Holds nothing itself.
 
-/** @param {object} modules - Clutter, Meta, Shell, Main, getInputSourceManager, getIBusManager and, where input methods
- *     see keys first, overrideKeyFilter */
+import Gio from 'gi://Gio';
+
+/** @param {object} modules - Clutter, Meta, Shell, St, Main, PanelMenu, PopupMenu, getInputSourceManager, getIBusManager
+ *     and, where input methods see keys first, overrideKeyFilter */
 export function partsOf(modules) {
-    const {Clutter, Meta, Shell, Main} = modules;
+    const {Clutter, Meta, Shell, St, Main, PanelMenu, PopupMenu} = modules;
     const {EventFlags, InputContentPurpose} = Clutter;
     return {
         Clutter,
@@ -25,6 +27,17 @@ export function partsOf(modules) {
         allowKeybinding: name => Main.wm.allowKeybinding(name, Shell.ActionMode.ALL),
         forgetKeybinding: name => {
             if (Main.wm._allowedKeybindings) delete Main.wm._allowedKeybindings[name];
+        },
+        St,
+        PanelMenu,
+        PopupMenu,
+        addToPanel: (name, button) => Main.panel.addToStatusArea(name, button),
+        /** With which a window that somebody else opens may have the focus. */
+        makeToken: () => {
+            const program = Gio.AppInfo.create_from_commandline('hopsel', 'Hopsel',
+                Gio.AppInfoCreateFlags.SUPPORTS_STARTUP_NOTIFICATION);
+            return global.create_app_launch_context(global.get_current_time(), -1)
+                .get_startup_notify_id(program, []) ?? '';
         },
         knowsPasswords: Number.isInteger(InputContentPurpose?.PASSWORD) &&
             Number.isInteger(Main.inputMethod?.content_purpose) && 'currentFocus' in Main.inputMethod,

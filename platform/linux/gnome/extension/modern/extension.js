@@ -2,11 +2,14 @@
 import Clutter from 'gi://Clutter';
 import Meta from 'gi://Meta';
 import Shell from 'gi://Shell';
+import St from 'gi://St';
 
 import {Extension, InjectionManager} from 'resource:///org/gnome/shell/extensions/extension.js';
 import {getIBusManager} from 'resource:///org/gnome/shell/misc/ibusManager.js';
 import {InputMethod} from 'resource:///org/gnome/shell/misc/inputMethod.js';
 import * as Main from 'resource:///org/gnome/shell/ui/main.js';
+import * as PanelMenu from 'resource:///org/gnome/shell/ui/panelMenu.js';
+import * as PopupMenu from 'resource:///org/gnome/shell/ui/popupMenu.js';
 import {getInputSourceManager} from 'resource:///org/gnome/shell/ui/status/keyboard.js';
 
 import {Hopsel} from './body/hopsel.js';
@@ -23,7 +26,8 @@ function overrideKeyFilter(swallows) {
 
 export default class HopselExtension extends Extension {
     enable() {
-        const shell = partsOf({Clutter, Meta, Shell, Main, getInputSourceManager, getIBusManager, overrideKeyFilter});
+        const shell = partsOf({Clutter, Meta, Shell, St, Main, PanelMenu, PopupMenu, getInputSourceManager,
+            getIBusManager, overrideKeyFilter});
         this._hopsel = new Hopsel(shell, this.dir, this.metadata['version-name']);
         this._hopsel.enable();
     }

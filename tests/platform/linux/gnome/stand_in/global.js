@@ -48,3 +48,6 @@ export const idleMonitor = {
 };
 
 export const backend = {get_core_idle_monitor: () => idleMonitor};
+
+export const get_current_time = () => 0;
+export const create_app_launch_context = () => ({get_startup_notify_id: () => 'played token'});

@@ -9,3 +9,11 @@ export const wm = {
         this._allowedKeybindings[name] = modes;
     },
 };
+export const panel = {
+    statusArea: {},
+
+    addToStatusArea(role, button) {
+        this.statusArea[role] = button;
+        button.connect('destroy', () => delete this.statusArea[role]);
+    },
+};
