@@ -44,34 +44,34 @@ void Stage::waitForProgram() {
     window_->clear();
 }
 
-// Keys arrive in order, so that once the letter is there, the Space before it has come or was kept back. This
-// has no try still under way when it answers, as a tap would that came too early to be heard at once.
+// Keys arrive in order, so that once the letter has, the Space before it has come or was kept back. This has
+// no try still under way when it answers, as a tap would that came too early to be heard at once.
 bool Stage::swallowsTheShortcut() {
-    window_->records();
-    window_->clear();
-    keyboard_.press(key::leftShift);
-    keyboard_.tap(key::space);
-    keyboard_.release(key::leftShift);
-    keyboard_.tap(key::x);
-    const auto isPressed = [](const XTestWindow::Records& records, std::uint16_t code) {
-        return std::any_of(records.begin(), records.end(), [code](const XRecord& record) {
-            return record.kind == XRecord::Kind::keyPress && record.code == code;
-        });
-    };
-    if (!window_->waitFor([&](const auto& records) { return isPressed(records, key::x); }, patience))
-        throw std::runtime_error("the application gets no keys");
-    return !isPressed(window_->records(), key::space);
+    const auto records = recordsUntilTheLetter(key::leftShift);
+    return std::none_of(records.begin(), records.end(),
+                        [](const XRecord& record) { return record.code == key::space; });
 }
 
 // The combination on the other side is no trigger, but the program has to look at it before the application
-// gets it; and it looks at one key after the other.
-void Stage::waitUntilAllIsLookedAt() {
+// gets it; and it looks at one key after the other. While it looks the keyboard stands still, and a click
+// would come before keys that were pressed earlier.
+void Stage::waitUntilAllIsLookedAt() { recordsUntilTheLetter(key::rightShift); }
+
+// The letter is typed nowhere else. A number of keys would not do: they could be those of the act before.
+XTestWindow::Records Stage::recordsUntilTheLetter(std::uint16_t shift) {
     window_->records();
     window_->clear();
-    keyboard_.press(key::rightShift);
+    keyboard_.press(shift);
     keyboard_.tap(key::space);
-    keyboard_.release(key::rightShift);
-    if (!window_->waitForKeys(4, patience)) throw std::runtime_error("the program keeps a key back");
+    keyboard_.release(shift);
+    keyboard_.tap(key::x);
+    const auto hasCome = [](const XTestWindow::Records& records) {
+        return std::any_of(records.begin(), records.end(), [](const XRecord& record) {
+            return record.kind == XRecord::Kind::keyRelease && record.code == key::x;
+        });
+    };
+    if (!window_->waitFor(hasCome, patience)) throw std::runtime_error("the program keeps a key back");
+    return window_->records();
 }
 
 Observation Stage::observe(const std::function<double(XKeyboard&)>& play, bool expectSwitch) {
@@ -81,6 +81,7 @@ Observation Stage::observe(const std::function<double(XKeyboard&)>& play, bool e
     if (!expectSwitch) waitUntilAllIsLookedAt();
     seen.verified = layouts_.waitForGroup(1 - before, expectSwitch ? patience : 0s);
     seen.milliseconds = (monotonicSeconds() - posted) * 1000;
+    if (expectSwitch) waitUntilAllIsLookedAt();
     seen.before = sourceOf(before);
     seen.after = sourceOf(layouts_.lockedGroup());
     return seen;
@@ -107,6 +108,11 @@ std::string Stage::typeAcrossTheShortcut() {
 void Stage::bringProgramForward() {
     const auto second = program_->startAnother();
     if (second->waitForExit(patience) != 0) throw std::runtime_error("a second copy does not leave");
+}
+
+void Stage::waitForItsTurn() {
+    const auto question = program_->startAnother({"--status"});
+    if (question->waitForExit(patience) != 0) throw std::runtime_error("the program does not answer");
 }
 
 bool Stage::endProgram() {

@@ -35,6 +35,9 @@ class Stage {
     /// Starts the program a second time, which shows the Settings window of the first.
     void bringProgramForward();
 
+    /// Asks the program for its state, and returns when it has answered: it has seen to what came before.
+    void waitForItsTurn();
+
     /// Asks the program to end; true if it did, with status 0.
     bool endProgram();
 
@@ -45,6 +48,7 @@ class Stage {
     void waitForProgram();
     bool swallowsTheShortcut();
     void waitUntilAllIsLookedAt();
+    session::XTestWindow::Records recordsUntilTheLetter(std::uint16_t shift);
 
     session::XServer server_;
     session::XLayouts layouts_;

@@ -1,9 +1,10 @@
 #include "session/x_screenshot.h"
 
-#include <QImage>
 #include <QString>
+#include <algorithm>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 
 namespace hopsel::session {
 
@@ -26,6 +27,11 @@ QImage lookAt(XDisplay& display) {
         .copy();
 }
 
+void write(const QImage& image, const std::filesystem::path& path) {
+    if (!image.save(QString::fromStdString(path.string()), "PNG"))
+        throw std::runtime_error("cannot write " + path.string());
+}
+
 } // namespace
 
 void XScreenshots::save(const std::filesystem::path& path) {
@@ -37,8 +43,30 @@ void XScreenshots::save(const std::filesystem::path& path) {
         if (next == image) break;
         image = std::move(next);
     }
-    if (!image.save(QString::fromStdString(path.string()), "PNG"))
-        throw std::runtime_error("cannot write " + path.string());
+    write(image, path);
+}
+
+void XScreenshots::saveNext(const std::filesystem::path& path, const QRect& part,
+                            const std::function<void()>& turn, std::chrono::milliseconds atMost) {
+    const Deadline deadline(atMost);
+    QImage image = lookAt(display_);
+    for (bool isSteady = false; !isSteady || !isNext(image, part);) {
+        if (deadline.hasPassed())
+            throw std::runtime_error("nothing new appears on the screen for " + path.string());
+        turn();
+        QImage next = lookAt(display_);
+        isSteady = next == image;
+        image = std::move(next);
+    }
+    written_.push_back(image);
+    write(image, path);
+}
+
+bool XScreenshots::isNext(const QImage& image, const QRect& part) const {
+    const QImage shown = image.copy(part);
+    QImage empty(shown.size(), shown.format());
+    empty.fill(shown.pixel(0, 0));
+    return shown != empty && std::find(written_.begin(), written_.end(), image) == written_.end();
 }
 
 } // namespace hopsel::session
