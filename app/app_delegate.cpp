@@ -9,7 +9,6 @@
 
 #include <QCoreApplication>
 #include <QPointer>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <stdexcept>
@@ -19,9 +18,6 @@ namespace hopsel {
 
 namespace {
 
-using namespace std::chrono_literals;
-
-constexpr auto retryInterval = 2000ms;
 constexpr double tapMax = 0.5;
 
 /// What a user who started the program must see at once, wherever the log goes.
@@ -55,8 +51,11 @@ std::string words(const StoreProblem& problem) {
 } // namespace
 
 AppDelegate::AppDelegate(std::unique_ptr<SingleInstance> singleInstance, PlatformFactory makePlatform,
-                         Start start)
-    : singleInstance_(std::move(singleInstance)), makePlatform_(std::move(makePlatform)), start_(start) {}
+                         Start start, std::chrono::milliseconds retryEvery)
+    : singleInstance_(std::move(singleInstance)),
+      makePlatform_(std::move(makePlatform)),
+      start_(start),
+      retryTimer_(retryEvery, [this] { return needsRetry(); }, [this] { retry(); }) {}
 
 AppDelegate::Launch AppDelegate::didFinishLaunching() {
     if (!singleInstance_->acquire()) {
@@ -78,7 +77,7 @@ AppDelegate::Launch AppDelegate::didFinishLaunching() {
     // A user who was here before and lost the permission is asked at once; a new one by the introduction.
     if (model_->statusLine() == StatusLine::permissionMissing && model_->onboardingCompleted())
         settingsOpener_->requestInputMonitoring();
-    startRetrying();
+    retryTimer_.start();
     sayStoreProblem();
     sayWhyNotListening();
     showFirstWindow();
@@ -160,7 +159,7 @@ void AppDelegate::buildWindows() {
     onboardingController_ = std::make_unique<OnboardingWindowController>(*model_);
     settingsController_->onClosed = [this] {
         // Once the toolkit is done with closing.
-        QMetaObject::invokeMethod(&retryTimer_, [this] { sayThatItRunsOn(); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(&context_, [this] { sayThatItRunsOn(); }, Qt::QueuedConnection);
     };
     model_->onRequestOnboarding = [this] { showOnboarding(); };
     statusController_ = std::make_unique<StatusItemController>(*model_, platform_->trayHost());
@@ -202,7 +201,7 @@ void AppDelegate::showSettings(std::optional<SettingsPane> pane) {
 void AppDelegate::showOnboarding() {
     platform_->comeToFront();
     onboardingController_->show();
-    QObject::connect(onboardingController_->window(), &QObject::destroyed, &retryTimer_, [this] {
+    QObject::connect(onboardingController_->window(), &QObject::destroyed, &context_, [this] {
         // The first answer comes by itself.
         if (isPanelKnown_ && !statusController_->hasHost()) showSettings();
     });
@@ -230,10 +229,7 @@ void AppDelegate::sayThatItRunsOn() {
         runsOnMessage_ = std::move(message);
 }
 
-void AppDelegate::startRetrying() {
-    QObject::connect(&retryTimer_, &QTimer::timeout, &retryTimer_, [this] { retry(); });
-    retryTimer_.start(retryInterval);
-}
+bool AppDelegate::needsRetry() const { return platform_->needsRetry() || model_->needsRetry(); }
 
 // While there is no server, another copy may take over: the one that the next session starts may know the way
 // to its server better than this one.

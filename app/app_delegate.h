@@ -5,6 +5,7 @@
 #pragma once
 
 #include "app/command_desk.h"
+#include "app/retry_timer.h"
 #include "core/engine/engine_coordinator.h"
 #include "model/app_model.h"
 #include "model/settings_file_watch.h"
@@ -15,7 +16,8 @@
 #include "ui/onboarding/onboarding_window_controller.h"
 #include "ui/settings/settings_window_controller.h"
 
-#include <QTimer>
+#include <QObject>
+#include <chrono>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -39,11 +41,14 @@ class AppDelegate {
     /// Throws `std::runtime_error`, in words for the user, if nothing can work in this session.
     using PlatformFactory = std::function<std::unique_ptr<Platform>()>;
 
+    static constexpr std::chrono::milliseconds retryInterval{2000};
     AppDelegate(std::unique_ptr<SingleInstance> singleInstance, PlatformFactory makePlatform,
-                Start start = Start::byHand);
+                Start start = Start::byHand, std::chrono::milliseconds retryEvery = retryInterval);
 
     Launch didFinishLaunching();
     void willTerminate();
+    /// Something is broken, or does not tell of its changes, and is looked after again and again.
+    bool isRetrying() const { return retryTimer_.isRunning(); }
 
     /// The file named by HOPSEL_CONFIG when that is set and not empty, else the default place.
     static std::filesystem::path configURL(const FileStorage& storage);
@@ -59,7 +64,7 @@ class AppDelegate {
     void openCommandDesk();
     void takePanel(bool hasPanel);
     void sayThatItRunsOn();
-    void startRetrying();
+    bool needsRetry() const;
     void retry();
     void sayStoreProblem();
     void sayWhyNotListening();
@@ -81,7 +86,8 @@ class AppDelegate {
     std::unique_ptr<StatusItemController> statusController_;
     std::unique_ptr<SwitchIndicator> indicator_;
     std::unique_ptr<QWidget> runsOnMessage_;
-    QTimer retryTimer_;
+    QObject context_; ///< what is put off ends with it
+    RetryTimer retryTimer_;
     std::string saidLast_; ///< about listening; each reason is said once
 };
 

@@ -8,7 +8,10 @@
 
 namespace hopsel::bench {
 
-/// Leaves it alone for some thirty seconds, and reports how often it woke up and how long it ran.
-void reportIdle(const std::string& title, pid_t process, Budget wakeUpsPerMinute = {});
+constexpr double idleWakeUps = 2; ///< a minute, at most
+
+/// Leaves it alone for some eighty seconds, and reports how often each of its threads woke up and how long
+/// they ran.
+void reportIdle(const std::string& title, pid_t process, Budget wakeUpsPerMinute);
 
 } // namespace hopsel::bench

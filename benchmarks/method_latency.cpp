@@ -76,7 +76,7 @@ class Contest {
         report(title + ", hopsel behind its own trigger key median", own - contestants[1].samples.median(),
                "ms");
         report(title + ", hopsel behind its tool median", own - contestants[2].samples.median(), "ms", 0.0);
-        reportIdle(framework_.name + ", idle", startHopsel()->id());
+        reportIdle(framework_.name + ", idle", startHopsel()->id(), idleWakeUps);
     }
 
   private:

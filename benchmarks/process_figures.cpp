@@ -4,6 +4,7 @@
 #include <fstream>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace hopsel::bench {
 
@@ -33,21 +34,23 @@ Threads threadsOf(pid_t process) {
         double nanoseconds = 0;
         if (!(std::ifstream(thread.path() / "schedstat") >> nanoseconds))
             throw std::runtime_error("the kernel does not tell processor times");
-        threads[thread.path().filename()] = {nanoseconds / nanosecondsPerMillisecond,
+        std::string name;
+        std::getline(std::ifstream(thread.path() / "comm"), name);
+        threads[thread.path().filename()] = {std::move(name), nanoseconds / nanosecondsPerMillisecond,
                                              figureIn(thread.path() / "status", "voluntary_ctxt_switches:")};
     }
     return threads;
 }
 
-Activity between(const Threads& before, const Threads& after) {
-    Activity total;
-    for (const auto& [thread, now] : after) {
-        const auto found = before.find(thread);
-        const Activity earlier = found == before.end() ? Activity() : found->second;
-        total.processorTime += now.processorTime - earlier.processorTime;
-        total.wakeUps += now.wakeUps - earlier.wakeUps;
+Threads between(const Threads& before, const Threads& after) {
+    Threads meanwhile = after;
+    for (auto& [thread, activity] : meanwhile) {
+        const auto earlier = before.find(thread);
+        if (earlier == before.end()) continue;
+        activity.processorTime -= earlier->second.processorTime;
+        activity.wakeUps -= earlier->second.wakeUps;
     }
-    return total;
+    return meanwhile;
 }
 
 } // namespace hopsel::bench

@@ -14,13 +14,14 @@ struct Memory {
 Memory memoryOf(pid_t process);
 
 struct Activity {
+    std::string name;         ///< of the thread
     double processorTime = 0; ///< milliseconds that it has had a processor
     long wakeUps = 0; ///< how often it has gone to sleep by its own will, which is how often it was woken
 };
 /// Of each thread, by its identifier.
 using Threads = std::map<std::string, Activity>;
 Threads threadsOf(pid_t process);
-/// What happened between two looks. A thread that has ended meanwhile does not count.
-Activity between(const Threads& before, const Threads& after);
+/// What happened between two looks, thread by thread. One that has ended meanwhile does not count.
+Threads between(const Threads& before, const Threads& after);
 
 } // namespace hopsel::bench

@@ -32,7 +32,7 @@ void measureStart(const Programs& programs) {
 void measureIdle(const Programs& programs) {
     HopselProgram program(programs.hopsel, twoRules);
     TriggerKey().tapUntilSwitched();
-    reportIdle("idle", program.process().id(), 30.0); // the two-second timer
+    reportIdle("idle", program.process().id(), idleWakeUps);
 }
 
 void measureMemory(const Programs& programs) {

@@ -100,6 +100,11 @@ void AppModel::frontmostAppChanged(const std::optional<std::string>& bundleID) {
         remote_apps::kind(bundleID ? std::optional<std::string_view>(*bundleID) : std::nullopt));
 }
 
+bool AppModel::needsRetry() const {
+    return engineEnabled_ && (std::holds_alternative<engine_state::Degraded>(parts_.engine->state()) ||
+                              parts_.engine->shortcutStatus() == ShortcutStatus::unavailable);
+}
+
 void AppModel::retryPermissionIfNeeded() {
     if (!engineEnabled_) return;
     if (std::holds_alternative<engine_state::Degraded>(parts_.engine->state())) parts_.engine->start();

@@ -70,6 +70,8 @@ class AppModel final : public ObservableObject {
     void currentSourceChanged();
     void frontmostAppChanged(const std::optional<std::string>& bundleID);
     void retryPermissionIfNeeded();
+    /// `retryPermissionIfNeeded` has something to do.
+    bool needsRetry() const;
 
     // app_model.cpp: switches and settings
     void setEngineEnabled(bool on);

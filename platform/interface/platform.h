@@ -74,8 +74,10 @@ class Platform {
     virtual void recoverFrom(SystemEvent /*event*/) {}
 
     enum class Connection { kept, regained, lost };
-    /// Called every two seconds: takes up again what was lost.
+    /// Takes up again what was lost, and looks at what does not tell of its changes.
     virtual Connection retry() = 0;
+    /// It is to be called every two seconds, for now. Asked each time before the event loop sleeps.
+    virtual bool needsRetry() const { return true; }
     /// The connection to the display was lost.
     virtual void setOnLost(const std::function<void()>& /*callback*/) {}
     /// Why there is no listening, in words for whoever started the program from a terminal; empty when there

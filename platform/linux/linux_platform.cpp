@@ -106,13 +106,17 @@ LinuxPlatform::LinuxPlatform()
       systemObserver_(sources_, std::make_shared<BusLink>(bus_address::system), bus_),
       frontmostObserver_(windowObserver()) {
     if (session_kind::isGnomeWayland()) gnomeFront_ = std::make_unique<GnomeFrontmostApp>(gnome_);
-    keys_->onHandled = runScheduled;
+    keys_->onHandled = [sources = sources_.get()] {
+        runScheduled();
+        sources->noteUse();
+    };
     systemObserver_.onLocked = [this](bool isLocked) { secureInput_->setLocked(isLocked); };
     // Some frameworks keep a source for each text field, and do not tell: it is looked up as the focus moves,
     // and again as a trigger may be going down.
     frontmostObserver_->onWindowChange = [this] {
         passwordFields_->windowChanged();
         sources_->askCurrent();
+        sources_->noteUse();
     };
     keys_->onModifierDown = [this] { sources_->askCurrent(); };
 }
@@ -213,6 +217,11 @@ void LinuxPlatform::recoverFrom(SystemEvent event) {
     case SystemEvent::sessionBecameActive: keys_->resynchronise(); break;
     default: break;
     }
+}
+
+bool LinuxPlatform::needsRetry() const {
+    return sources_->needsRetry() || passwordFields_->needsRetry() || (layouts_ && layouts_->isLost()) ||
+           (!gnomeFront_ && frontmostObserver_->isLost()) || systemObserver_.isLost();
 }
 
 LinuxPlatform::Connection LinuxPlatform::retry() {

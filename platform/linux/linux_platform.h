@@ -59,6 +59,7 @@ class LinuxPlatform final : public Platform {
     void recoverFrom(SystemEvent event) override;
     /// Of servers and buses.
     Connection retry() override;
+    bool needsRetry() const override;
     void setOnLost(const std::function<void()>& callback) override;
     std::string listeningFailure() const override { return keys_->listeningFailure(); }
 

@@ -11,6 +11,7 @@
 
 #include <QApplication>
 #include <algorithm>
+#include <chrono>
 #include <fstream>
 #include <gmock/gmock.h>
 
@@ -44,7 +45,7 @@ class Delegate : public testing::Test {
                 platform->stored = stored;
                 return made;
             },
-            how);
+            how, std::chrono::milliseconds(1));
         return delegate->didFinishLaunching();
     }
     static std::vector<std::string> windows() {
@@ -150,6 +151,42 @@ TEST_F(Delegate, FollowsTheSettingsFileAndClearsWhatAKilledWriterLeft) {
         return !platform->service->switches.empty();
     }));
     EXPECT_THAT(platform->logged.lines, ElementsAre(testing::HasSubstr("by another program")));
+}
+
+TEST_F(Delegate, RetriesOnlyWhileSomethingIsBroken) {
+    RuleStore store(RuleStore::defaultFileURL(PosixFileStorage(folder.path())),
+                    std::make_shared<PosixFileStorage>(folder.path()), [] { return 0; });
+    store.load();
+    store.add(fakes::shortcutRule("B2", {96, {}}, "A", "B")); // so that there is a filter
+    launch();
+    const auto lose = [](auto& tap) {
+        tap.refuses = true;
+        tap.onDisabled(false);
+    };
+    const struct {
+        const char* what;
+        std::function<void()> breaks, mends;
+    } cases[] = {
+        {"what the platform looks after", [&] { platform->isBroken = true; },
+         [&] { platform->isBroken = false; }},
+        {"listening", [&] { lose(*platform->source); }, [&] { platform->source->refuses = false; }},
+        {"the filter", [&] { lose(*platform->filter); }, [&] { platform->filter->refuses = false; }},
+    };
+    for (const auto& [what, breaks, mends] : cases) {
+        SCOPED_TRACE(what);
+        ASSERT_TRUE(test::runLoopUntil([&] { return !delegate->isRetrying(); }));
+        const int before = platform->retries;
+        EXPECT_TRUE(test::staysFalse([&] { return platform->retries > before; }));
+        breaks();
+        EXPECT_TRUE(test::runLoopUntil([&] { return platform->retries > before + 3; }));
+        mends();
+        EXPECT_TRUE(test::runLoopUntil([&] { return !delegate->isRetrying(); }));
+        EXPECT_TRUE(platform->source->isStarted && platform->filter->isStarted);
+    }
+    platform->isBroken = true;
+    ASSERT_TRUE(test::runLoopUntil([&] { return delegate->isRetrying(); }));
+    delegate->willTerminate();
+    EXPECT_TRUE(test::staysFalse([&] { return delegate->isRetrying(); }));
 }
 
 TEST_F(Delegate, LeavesTheEngineOffIfTheUserSwitchedItOff) {

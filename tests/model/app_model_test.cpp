@@ -169,7 +169,14 @@ TEST_F(Model, RetriesOnlyWhatIsWantedAndDegraded) {
     engine->stateAfterStart = engine_state::Degraded{DegradedReason::permissionMissing};
     launch();
     engine->stateAfterStart = engine_state::Running{};
+    engine->status = ShortcutStatus::unavailable;
+    EXPECT_TRUE(model->needsRetry());
+    model->retryPermissionIfNeeded();
+    EXPECT_TRUE(model->needsRetry()) << "combinations cannot be had yet";
     engine->status = ShortcutStatus::running;
+    EXPECT_FALSE(model->needsRetry());
+    calls.pop_back();
+    EXPECT_EQ(model->statusLine(), StatusLine::accessibilityMissing);
     model->retryPermissionIfNeeded();
     EXPECT_EQ(model->statusLine(), StatusLine::ok);
     EXPECT_EQ(model->shortcutStatus(), ShortcutStatus::running);
@@ -177,6 +184,8 @@ TEST_F(Model, RetriesOnlyWhatIsWantedAndDegraded) {
     EXPECT_THAT(calls, ElementsAre("engine start", "engine retryShortcut", "engine retryShortcut"));
     model->setEngineEnabled(false);
     calls.clear();
+    engine->status = ShortcutStatus::unavailable;
+    EXPECT_FALSE(model->needsRetry());
     model->retryPermissionIfNeeded();
     EXPECT_THAT(calls, IsEmpty());
     EXPECT_FALSE(preferences->enabled);

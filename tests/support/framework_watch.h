@@ -14,6 +14,7 @@
 #include <csignal>
 #include <gmock/gmock.h>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace hopsel::test {
@@ -25,11 +26,16 @@ inline const SelectResult notFound = select_result::NotFound{};
 inline const SelectResult gone = select_result::Failed{platform_error::frameworkGone};
 inline const SelectResult refused = select_result::Failed{platform_error::frameworkRefused};
 
-/// Lets the sources retry, as the program does every so often, until the condition holds.
+/// Lets the sources retry while they need it, as the program does every so often, until the condition holds.
 template <class Sources>
 bool retryUntil(Sources& sources, const std::function<bool()>& condition) {
     return runLoopUntil([&] {
-        sources.retry();
+        bool isNeeded = false;
+        if constexpr (std::is_base_of_v<InputFramework, Sources>)
+            isNeeded = sources.retries() != InputFramework::Retries::never;
+        else
+            isNeeded = sources.needsRetry();
+        if (isNeeded) sources.retry();
         return runLoopUntil(condition, std::chrono::milliseconds(50));
     });
 }

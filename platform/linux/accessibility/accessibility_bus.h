@@ -20,6 +20,8 @@ class AccessibilityBus final {
     bool isEnabled() const { return isEnabled_; }
     /// Looks for the bus if there is no connection.
     void retry();
+    /// There should be one.
+    bool needsRetry() const { return launcher_.isOwned() && !isConnected(); }
 
   private:
     void followLauncher();

@@ -24,8 +24,10 @@ class AtspiSecureInput final : public SecureInputProviding {
 
     /// Another window may have come to the front.
     void windowChanged();
-    /// Every two seconds: looks for a lost bus again, and asks the focused field whether it still is.
+    /// Every two seconds while needed: looks for a lost bus again, and asks the focused password field
+    /// whether it still is.
     void retry();
+    bool needsRetry() const { return bus_.needsRetry() || isEnabled(); }
 
   private:
     void update();

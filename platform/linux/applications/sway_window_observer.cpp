@@ -56,6 +56,8 @@ void SwayWindowObserver::start() {
     if (!path.isEmpty()) ipc_.open(path);
 }
 
+bool SwayWindowObserver::isLost() const { return !ipc_.isOpen() && qEnvironmentVariableIsSet("SWAYSOCK"); }
+
 void SwayWindowObserver::take(quint32 type, const QByteArray& payload) {
     if (type == SwayIpc::windowEvent || type == SwayIpc::workspaceEvent) return ask();
     if (type != SwayIpc::getTree || !std::exchange(isAsking_, false)) return;

@@ -17,6 +17,7 @@ class SwayWindowObserver final : public WindowObserver {
 
     /// What is in front is told when sway has said so.
     void start() override;
+    bool isLost() const override;
 
   private:
     void take(quint32 type, const QByteArray& payload);

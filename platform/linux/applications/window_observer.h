@@ -14,6 +14,8 @@ class WindowObserver : public FrontmostAppObserving {
   public:
     /// Another window may be the active one, of the same application or of another. Comes after `onChange`.
     std::function<void()> onWindowChange;
+    /// Nothing is told, where something could be after another `start`.
+    virtual bool isLost() const = 0;
 
   protected:
     /// Tells of an application that is another than the last one told.

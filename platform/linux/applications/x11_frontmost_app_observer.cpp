@@ -1,6 +1,7 @@
 #include "platform/linux/applications/x11_frontmost_app_observer.h"
 
 #include "platform/linux/applications/app_identifier.h"
+#include "platform/linux/base/session_kind.h"
 
 #include <cstring>
 #include <stdexcept>
@@ -22,7 +23,7 @@ X11FrontmostAppObserver::X11FrontmostAppObserver()
     : readAhead_(std::chrono::milliseconds(0), std::chrono::milliseconds(0), [this] { takeEvents(); }) {}
 
 void X11FrontmostAppObserver::start() {
-    if (!isLost()) return;
+    if (isConnected()) return;
     try {
         connect();
     } catch (const std::runtime_error&) {
@@ -31,6 +32,8 @@ void X11FrontmostAppObserver::start() {
     }
     report(readIdentifier());
 }
+
+bool X11FrontmostAppObserver::isLost() const { return !isConnected() && session_kind::hasDisplay(); }
 
 void X11FrontmostAppObserver::connect() {
     auto connection = std::make_unique<X11Connection>();

@@ -24,10 +24,11 @@ class X11FrontmostAppObserver final : public WindowObserver {
     /// report, that of another start comes only if the value is another than the last one reported.
     void start() override;
 
-    /// There is no connection: call `start` (again).
-    bool isLost() const { return !connection_ || connection_->isLost(); }
+    /// False where there is no server to be found.
+    bool isLost() const override;
 
   private:
+    bool isConnected() const { return connection_ && !connection_->isLost(); }
     void connect();
     void takeEvents();
     bool isNews(const xcb_generic_event_t& event) const;

@@ -58,6 +58,10 @@ QString local(const QString& addresses) {
     return {};
 }
 
+std::filesystem::path socketFile(const QString& localAddress) {
+    return localAddress.startsWith(pathKind) ? nameIn(localAddress).toStdString() : std::string();
+}
+
 bool acceptsClients(const QString& localAddress) {
     const QByteArray name = nameIn(localAddress);
     if (name.isEmpty() || name.size() > longestName) return false;

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <QString>
+#include <filesystem>
 
 namespace hopsel::bus_address {
 
@@ -16,6 +17,9 @@ QString system();
 /// The first of the addresses that is a socket on this machine, with nothing but its place in it. Empty if
 /// there is none.
 QString local(const QString& addresses);
+
+/// The file of such an address; empty for a socket that has none.
+std::filesystem::path socketFile(const QString& localAddress);
 
 /// Someone listens there and has room for another client. Never waits.
 bool acceptsClients(const QString& localAddress);

@@ -8,6 +8,8 @@
 #include <QDBusPendingCallWatcher>
 #include <algorithm>
 #include <climits>
+#include <filesystem>
+#include <system_error>
 
 namespace hopsel {
 
@@ -26,9 +28,7 @@ BusLink::BusLink(Where where, Return way)
     : where_(std::move(where)), way_(way), greetingPatience_(shortestGreeting) {
     again_.setInterval(interval);
     connect(&again_, &QTimer::timeout, this, &BusLink::retry);
-    if (way == Return::whenAsked) return;
-    if (!where_().isEmpty()) again_.start();
-    retry();
+    if (way == Return::byItself) retry();
 }
 
 BusLink::~BusLink() { end(); }
@@ -42,6 +42,26 @@ void BusLink::retry() {
     }
     const QString address = bus_address::local(where_());
     if (!address.isEmpty() && bus_address::acceptsClients(address)) open(address);
+    lookOut();
+}
+
+// A socket that comes is told by its folder. Only of one that is there and does not answer, and of one
+// without a place in the file system, nothing tells.
+void BusLink::lookOut() {
+    if (way_ == Return::whenAsked) return;
+    const QString address = isGreeted_ ? QString() : bus_address::local(where_());
+    const std::filesystem::path file = bus_address::socketFile(address);
+    const bool mayWatch = !file.empty() && !isOpen();
+    if (mayWatch && !place_)
+        place_ = std::make_unique<FolderWatch>(
+            file, [this] { QMetaObject::invokeMethod(this, &BusLink::retry, Qt::QueuedConnection); });
+    std::error_code ignored; // a folder that may not be entered: nothing is there for us
+    const bool isAwaited = mayWatch && !std::filesystem::exists(file, ignored);
+    if (!isAwaited) place_.reset();
+    if (address.isEmpty() || isAwaited)
+        again_.stop();
+    else if (!again_.isActive())
+        again_.start();
 }
 
 void BusLink::open(const QString& address) {
@@ -60,10 +80,13 @@ void BusLink::open(const QString& address) {
 }
 
 void BusLink::greet(const QDBusMessage& reply) {
-    if (!bus_call::isReply(reply, "s")) return end();
+    if (!bus_call::isReply(reply, "s")) {
+        end();
+        return lookOut();
+    }
     isGreeted_ = true;
     greetingPatience_ = shortestGreeting;
-    again_.stop();
+    lookOut();
     for (const auto& listener : listeners_) listen(listener->signal);
     Q_EMIT connected();
 }
@@ -72,12 +95,13 @@ void BusLink::close() {
     if (!ears_) return;
     const bool wasGreeted = isGreeted_;
     end();
+    lookOut();
     if (wasGreeted) Q_EMIT lost();
 }
 
 void BusLink::end() {
     ++number_;
-    const bool wasGreeted = std::exchange(isGreeted_, false);
+    isGreeted_ = false;
     ears_.reset();
     const QString name = connection_.name();
     if (!name.isEmpty()) {
@@ -87,7 +111,6 @@ void BusLink::end() {
         connection_ = QDBusConnection(QString());
         QDBusConnection::disconnectFromPeer(name);
     }
-    if (wasGreeted && way_ == Return::byItself) again_.start();
 }
 
 void BusLink::call(const QDBusMessage& message, const QObject* context, Answer onAnswer,

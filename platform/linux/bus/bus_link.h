@@ -9,6 +9,7 @@
 #pragma once
 
 #include "platform/linux/bus/bus_signal.h"
+#include "platform/linux/files/folder_watch.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -30,7 +31,7 @@ class BusLink final : public QObject {
   public:
     using Where = std::function<QString()>;
     enum class Return {
-        byItself,  ///< looks every two seconds while there is none
+        byItself,  ///< when the bus comes
         whenAsked, ///< by `retry` alone
     };
     /// `where` is asked each time; an empty answer says that there is no such bus.
@@ -43,6 +44,8 @@ class BusLink final : public QObject {
     bool isConnected() const { return isGreeted_; }
     /// Connected, or waiting for the greeting.
     bool isOpen() const { return ears_ != nullptr; }
+    /// There is none, and the clock alone tells when to look again.
+    bool isPolling() const { return again_.isActive(); }
     /// Looks for the bus if it is not open. One that does not greet is tried again after ever longer times:
     /// its backlog must not fill with attempts of ours.
     void retry();
@@ -75,6 +78,7 @@ class BusLink final : public QObject {
     void ask(const QDBusMessage& message, const QObject* context, Answer onAnswer, int milliseconds);
     void greet(const QDBusMessage& reply);
     void end();
+    void lookOut();
     void dispatch(const QDBusMessage& message);
     void listen(const BusSignal& signal);
     void add(const std::shared_ptr<Listener>& listener);
@@ -83,6 +87,7 @@ class BusLink final : public QObject {
     Where where_;
     Return way_;
     QTimer again_;
+    std::unique_ptr<FolderWatch> place_; ///< while there is no socket
     QDBusConnection connection_{QString()};
     std::unique_ptr<BusEars> ears_; ///< of the connection
     unsigned number_ = 0;           ///< of the connection

@@ -33,6 +33,7 @@ class GnomeSources final : public RememberedFramework {
     SelectResult select(const std::string& id) override;
     /// Also reads the settings again, for storages that do not tell of changes.
     void retry() override;
+    Retries retries() const override { return shell_.isOwned() ? Retries::whileUsed : Retries::never; }
 
   private:
     void followOwner();

@@ -57,8 +57,13 @@ void KdeLayouts::retry() {
     if (!service_.owner().isEmpty() && !isInCharge() && !isAsking_) ask();
 }
 
+InputFramework::Retries KdeLayouts::retries() const {
+    if (service_.owner().isEmpty() || isInCharge()) return Retries::never;
+    return hasFailed_ ? Retries::always : Retries::whileUsed;
+}
+
 void KdeLayouts::followOwner() {
-    isAsking_ = isOutdated_ = false;
+    isAsking_ = isOutdated_ = hasFailed_ = false;
     wanted_.reset();
     readBack_.reset();
     told_.clear();
@@ -86,6 +91,7 @@ void KdeLayouts::ask() {
 
 void KdeLayouts::takeList(const QDBusMessage& reply) {
     const auto told = layoutsIn(reply);
+    hasFailed_ = !told;
     if (!told) {
         isAsking_ = false; // `retry` asks again
         wanted_.reset();

@@ -23,6 +23,7 @@ class KdeLayouts final : public RememberedFramework {
     /// While the list is out of date, the request waits for the new one, and `refusal` may become `NotFound`.
     SelectResult select(const std::string& id) override;
     void retry() override;
+    Retries retries() const override;
 
   private:
     void followOwner();
@@ -39,6 +40,7 @@ class KdeLayouts final : public RememberedFramework {
     std::vector<InputSourceInfo> sources_;
     QList<QStringList> told_; ///< what the two were made from
     bool isAsking_ = false;
+    bool hasFailed_ = false;              ///< its last answer was none
     bool isOutdated_ = false;             ///< it has changed again while we ask
     std::optional<std::string> wanted_;   ///< a request that waits for the list
     std::optional<std::string> readBack_; ///< one that was carried out, but of which no signal told

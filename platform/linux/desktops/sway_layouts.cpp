@@ -70,6 +70,11 @@ void SwayLayouts::retry() {
     if (!path.isEmpty()) ipc_.open(path);
 }
 
+InputFramework::Retries SwayLayouts::retries() const {
+    if (ipc_.isOpen()) return Retries::whileUsed;
+    return qEnvironmentVariableIsSet("SWAYSOCK") ? Retries::always : Retries::never;
+}
+
 SelectResult SwayLayouts::select(const std::string& id) {
     if (!ipc_.isOpen()) return select_result::Failed{platform_error::frameworkGone};
     const auto isIt = [&id](const InputSourceInfo& source) { return source.id == id; };

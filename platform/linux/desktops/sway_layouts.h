@@ -19,6 +19,7 @@ class SwayLayouts final : public RememberedFramework {
     SelectResult select(const std::string& id) override;
     /// Also asks again: sway does not tell when a program's virtual keyboard gets its layouts.
     void retry() override;
+    Retries retries() const override;
 
   private:
     void take(quint32 type, const QByteArray& payload);

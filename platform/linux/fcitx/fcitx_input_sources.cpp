@@ -57,6 +57,11 @@ void FcitxInputSources::retry() {
     if (!daemon_.owner().isEmpty()) ask();
 }
 
+InputFramework::Retries FcitxInputSources::retries() const {
+    if (daemon_.owner().isEmpty()) return Retries::never;
+    return list_.isTold() ? Retries::whileUsed : Retries::always;
+}
+
 std::optional<std::string> FcitxInputSources::currentID() {
     if (!current_.method()) return std::nullopt;
     return fcitx::sourceID(*current_.method());

@@ -26,6 +26,8 @@ class FcitxInputSources final : public InputFramework {
         return !daemon_.isOwnerKnown() || (!daemon_.owner().isEmpty() && !list_.isTold());
     }
     void retry() override;
+    /// Fcitx5 has no signal for its current method.
+    Retries retries() const override;
     const char* settingsProgram() const override { return "fcitx5-configtool"; }
     void askCurrent() override {
         if (!daemon_.owner().isEmpty()) current_.ask();
@@ -33,8 +35,9 @@ class FcitxInputSources final : public InputFramework {
 
     /// Empty while Fcitx5 is not in charge.
     std::vector<InputSourceInfo> enabledKeyboardSources() override { return list_.sources(); }
-    /// As read last: right after a switch and where Fcitx5 shows the method in a panel, else up to two
-    /// seconds ago. Absent while no text field has Fcitx5's attention.
+    /// As read last: right after a switch, where Fcitx5 shows the method in a panel and as a modifier key
+    /// goes down, else up to two seconds ago, or when the user last did something. Absent while no text field
+    /// has Fcitx5's attention.
     std::optional<std::string> currentID() override;
     /// `Failed`, here and in `refusal`, has a code of platform_errors.h.
     SelectResult select(const std::string& id) override;

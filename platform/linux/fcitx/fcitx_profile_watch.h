@@ -1,13 +1,13 @@
 // Notices that Fcitx5 has written the file with the groups of input methods: no signal of it tells so.
 //
 // Owned by the input sources. The file and its folders may come, go and come back; Fcitx5 replaces the file
-// as a whole, so it is the folder that is watched, or the nearest above it that is there.
+// as a whole, so it is the folder that is watched.
 #pragma once
 
 #include "platform/linux/base/coalescing_timer.h"
 #include "platform/linux/files/file_version.h"
+#include "platform/linux/files/folder_watch.h"
 
-#include <QFileSystemWatcher>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -24,14 +24,13 @@ class FcitxProfileWatch {
     static std::filesystem::path defaultProfile();
 
   private:
-    void follow();
     void look();
 
     std::filesystem::path profile_;
     std::function<void()> onChanged_;
     std::optional<FileVersion> version_;
     CoalescingTimer timer_;
-    QFileSystemWatcher watcher_;
+    FolderWatch folder_;
 };
 
 } // namespace hopsel

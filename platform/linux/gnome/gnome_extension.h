@@ -49,6 +49,7 @@ class GnomeExtension final {
               BusLink::Answer onAnswer);
     /// Registers anew where the extension would not have us.
     void retry();
+    bool needsRetry() const { return extension_.isOwned() && !isOurs_; }
 
     /// The last word of the error that it answered with; empty for anything else.
     static QString error(const QDBusMessage& reply);

@@ -24,6 +24,7 @@ class GnomeShell final : public RememberedFramework {
     SelectResult select(const std::string& id) override;
     /// Also registers anew where the extension would not have us: another copy of the program had it.
     void retry() override { extension_->retry(); }
+    Retries retries() const override { return extension_->needsRetry() ? Retries::always : Retries::never; }
 
   private:
     void extensionChanged();

@@ -25,6 +25,7 @@ class IbusBus final {
     void close();
     /// Open, or being opened.
     bool isOpen() const { return link_->isOpen(); }
+    bool isConnected() const { return link_->isConnected(); }
 
     /// `onAnswer` gets the reply or the error; it is never called once the bus is closed.
     void call(const char* method, const QVariantList& arguments, BusLink::Answer onAnswer);

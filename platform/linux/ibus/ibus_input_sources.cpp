@@ -47,6 +47,11 @@ void IbusInputSources::retry() {
     connect();
 }
 
+InputFramework::Retries IbusInputSources::retries() const {
+    if (!owner_.isThere()) return Retries::never;
+    return bus_.isConnected() ? Retries::whileUsed : Retries::always;
+}
+
 void IbusInputSources::connect() {
     // At the owner change the file may still be the last daemon's, or none: then `retry` finds it.
     if (owner_.isThere()) bus_.open();

@@ -40,6 +40,8 @@ class IbusInputSources final : public InputFramework {
         return !owner_.isKnown() || (owner_.isThere() && !(current_ && areEnginesTold_));
     }
     void retry() override;
+    /// Storages of settings may not tell of changes.
+    Retries retries() const override;
     const char* settingsProgram() const override { return "ibus-setup"; }
 
   private:

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <iterator>
 #include <system_error>
 
 namespace hopsel {
@@ -18,6 +19,8 @@ namespace hopsel {
 namespace {
 
 constexpr std::string_view ibusPrefix = "ibus:", fcitxPrefix = "fcitx:";
+/// Whose settings are files.
+constexpr std::string_view ofFiles[] = {fcitxPrefix, "ibus:mozc"};
 
 const QString writer = QStringLiteral("dconf");
 
@@ -92,6 +95,13 @@ void LatinStart::setStartsInOwnScript(const std::string& id, bool inOwnScript) {
     // A process of its own: the storage's library would wait for the bus, and start threads. The storage
     // tells when it is written.
     QProcess::startDetached(writer, {"write", QString::fromStdString(*path), QString::fromStdString(value)});
+}
+
+bool LatinStart::needsCheck() const {
+    return std::any_of(told_.begin(), told_.end(), [](const auto& entry) {
+        return std::any_of(std::begin(ofFiles), std::end(ofFiles),
+                           [&](std::string_view prefix) { return startsWith(entry.first, prefix); });
+    });
 }
 
 void LatinStart::check() {

@@ -22,6 +22,7 @@ class LatinStart final : public SourceLimits {
     bool canSetStart(const std::string& id) const override;
     void setStartsInOwnScript(const std::string& id, bool inOwnScript) override;
     void check() override;
+    bool needsCheck() const override;
 
   private:
     std::map<std::string, SourceLimit> told_;

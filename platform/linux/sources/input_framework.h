@@ -17,9 +17,15 @@ class InputFramework : public InputSourceCatalog {
   public:
     /// Its daemon is there, has told its sources, and can be asked to switch.
     virtual bool isInCharge() const = 0;
-    /// Every two seconds, and right after a switch of ours: for what no signal tells, and for taking up a
-    /// connection that was lost.
+    /// For what no signal tells, and for taking up a connection that was lost.
     virtual void retry() {}
+    /// When `retry` is to be called every two seconds. Asked each time before the event loop sleeps.
+    enum class Retries {
+        never,
+        whileUsed, ///< around what the user does: only that changes what no signal tells
+        always,    ///< it is broken
+    };
+    virtual Retries retries() const { return Retries::never; }
 
     /// The program in which its sources are set up; null where the desktop's settings have them.
     virtual const char* settingsProgram() const { return nullptr; }

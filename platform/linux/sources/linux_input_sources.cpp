@@ -2,6 +2,7 @@
 
 #include "platform/linux/sources/platform_errors.h"
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -104,7 +105,27 @@ SwitchHindrance LinuxInputSources::hindrance(std::int32_t code) const {
     }
 }
 
+bool LinuxInputSources::needsRetry() const {
+    switch (retries()) {
+    case InputFramework::Retries::never: return false;
+    case InputFramework::Retries::whileUsed: return roundsLeft_ > 0;
+    case InputFramework::Retries::always: return true;
+    }
+    return true;
+}
+
+InputFramework::Retries LinuxInputSources::retries() const {
+    using enum InputFramework::Retries;
+    InputFramework::Retries most = limits_ && limits_->needsCheck() ? whileUsed : never;
+    for (const auto& framework : frameworks_) {
+        most = std::max(most, framework->retries());
+        if (framework.get() == inCharge_) break; // those behind it change nothing
+    }
+    return most;
+}
+
 void LinuxInputSources::retry() {
+    if (roundsLeft_ > 0) --roundsLeft_;
     for (const auto& framework : frameworks_) framework->retry();
     if (limits_) limits_->check();
 }

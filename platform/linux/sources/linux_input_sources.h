@@ -44,6 +44,9 @@ class LinuxInputSources final : public InputSourceCatalog {
 
     /// For every framework: see there.
     void retry();
+    bool needsRetry() const;
+    /// The user does something: for the next ten seconds what no signal tells may change.
+    void noteUse() { roundsLeft_ = roundsAfterUse; }
     /// For the one in charge: see there.
     void askCurrent();
     /// Null while the fallback answers.
@@ -54,6 +57,7 @@ class LinuxInputSources final : public InputSourceCatalog {
     InputSourceCatalog* answering() const;
     void decide();
     bool isAnyAsked() const;
+    InputFramework::Retries retries() const;
     void noteAsking();
     void handOn(const InputSourceCatalog* from, const std::function<void()>& change) const;
     void announce() const;
@@ -65,7 +69,9 @@ class LinuxInputSources final : public InputSourceCatalog {
     bool hasRequest_ = false; ///< accepted by the one in charge since it came
     bool isRequestLost_ = false;
     bool isAsked_ = false; ///< one of those that `isAsking` speaks of, however long
-    QTimer patience_;      ///< runs while that is worth waiting for
+    static constexpr int roundsAfterUse = 5;
+    int roundsLeft_ = roundsAfterUse; ///< of `retry`
+    QTimer patience_;                 ///< runs while that is worth waiting for
     QTimer announcement_;
 };
 

@@ -23,6 +23,8 @@ class SourceLimits {
     virtual void setStartsInOwnScript(const std::string& /*id*/, bool /*inOwnScript*/) {}
     /// Looks whether what was told last is still so, where nothing tells of changes.
     virtual void check() {}
+    /// There is something that nothing tells of.
+    virtual bool needsCheck() const { return false; }
 
     /// What was told last is so no more. Called from the event loop or by `check`.
     std::function<void()> onChanged;

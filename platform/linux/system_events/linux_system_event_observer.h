@@ -27,6 +27,7 @@ class LinuxSystemEventObserver final : public SystemEventObserving {
     void stop() override;
     /// Takes the X server up again, if it was lost.
     void retry();
+    bool isLost() const { return xSaver_ && xSaver_->isLost(); }
 
     /// Told of each change, and of a screen that is found locked.
     std::function<void(bool isLocked)> onLocked;

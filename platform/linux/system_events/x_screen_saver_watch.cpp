@@ -7,7 +7,7 @@
 namespace hopsel {
 
 void XScreenSaverWatch::connect() {
-    if (connection_ && !connection_->isLost()) return;
+    if (!isLost()) return;
     notifier_.reset();
     try {
         connection_ = std::make_unique<X11Connection>();

@@ -21,6 +21,7 @@ class XScreenSaverWatch final {
 
     /// Does nothing while there is a connection, nor without a server.
     void connect();
+    bool isLost() const { return !connection_ || connection_->isLost(); }
 
   private:
     void takeEvents();

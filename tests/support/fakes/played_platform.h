@@ -101,7 +101,11 @@ class PlayedPlatform final : public Platform {
     }
     void setOnReopen(std::function<void()> callback) override { reopen = std::move(callback); }
     void recoverFrom(SystemEvent event) override { recovered.push_back(event); }
-    Connection retry() override { return Connection::kept; }
+    Connection retry() override {
+        ++retries;
+        return Connection::kept;
+    }
+    bool needsRetry() const override { return isBroken; }
 
     /// The user's finger on a modifier key.
     void key(ModifierKey key, bool isDown) {
@@ -130,6 +134,8 @@ class PlayedPlatform final : public Platform {
     std::function<void()> reopen;
     TrayHosting::OnChange tellTray;
     std::vector<SystemEvent> recovered;
+    bool isBroken = false;
+    int retries = 0;
 
   private:
     std::filesystem::path folder_;

@@ -13,10 +13,12 @@
 #include "platform/linux/system_events/linux_system_event_observer.h"
 #include "platform/linux/tray/status_notifier_watch.h"
 #include "session/private_bus.h"
+#include "session/temporary_folder.h"
 #include "support/bus_links.h"
 #include "support/fakes/engine_fakes.h"
 
 #include <csignal>
+#include <filesystem>
 #include <gtest/gtest.h>
 
 namespace hopsel::test {
@@ -223,6 +225,24 @@ TEST_F(Bus, EverythingComesBackWithARestartedBus) {
         }));
         if (round == 0) bus.restart();
     }
+}
+
+TEST_F(Bus, OneThatIsNotThereIsAwaitedAsleep) {
+    session::TemporaryFolder folder;
+    const auto runtime = folder.path() / "user" / "runtime";
+    BusLink late([&] { return QString::fromStdString("unix:path=" + (runtime / "bus").string()); });
+    BusLink none([] { return QString(); });
+    EXPECT_FALSE(late.isPolling() || none.isPolling());
+    std::filesystem::create_directories(runtime);
+    const auto socket = QString::fromStdString(bus.address()).section(u'=', 1).section(u',', 0, 0);
+    std::filesystem::rename(socket.toStdString(), runtime / "bus");
+    EXPECT_TRUE(runLoopUntil([&] { return late.isConnected(); }));
+    EXPECT_FALSE(late.isPolling());
+    bus.kill();
+    EXPECT_TRUE(runLoopUntil([&] { return !late.isConnected(); }));
+    EXPECT_TRUE(late.isPolling()) << "the socket has stayed, and nothing tells when it is listened to";
+    std::filesystem::remove(runtime / "bus");
+    EXPECT_TRUE(runLoopUntil([&] { return !late.isPolling(); }));
 }
 
 TEST_F(Bus, OneThatHangsHoldsNothingUpAndIsThereWhenItGoesOn) {

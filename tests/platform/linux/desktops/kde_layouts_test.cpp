@@ -156,7 +156,7 @@ TEST_F(KdeLayoutsTest, DeathInTheMiddleOfASwitchEndsItAndLateAnswersDoNotCount) 
     EXPECT_EQ(layouts.select("kde:kr"), gone);
     const session::PrivateBus nextBus;
     const KdeDaemon last(nextBus);
-    layouts.retry();
+    EXPECT_EQ(layouts.retries(), InputFramework::Retries::never);
     EXPECT_TRUE(watch.comesInCharge());
 }
 
@@ -170,12 +170,15 @@ TEST_F(KdeLayoutsTest, AnythingForAListGivesOneThatIsSafeToShow) {
     daemon.changeList(Told(50'000, {"us", "", ""}));
     EXPECT_TRUE(runLoopUntil([&] { return watch.ids().size() == 64; }));
 
+    auto retries = InputFramework::Retries::whileUsed; // a list without names is one: the next is told
     for (const Answer& wrong : {replyWith(inVariant(Told{{"", "", ""}})), replyWith("us"),
                                 replyWith(QStringList{"us", "ru"}), replyWith(7)}) {
         daemon.answers["getLayoutsList"] = wrong;
         daemon.tell("layoutListChanged");
         EXPECT_TRUE(watch.comesInCharge(false));
         daemon.behave();
+        EXPECT_EQ(layouts.retries(), retries);
+        retries = InputFramework::Retries::always;
         layouts.retry();
         ASSERT_TRUE(watch.comesInCharge());
     }

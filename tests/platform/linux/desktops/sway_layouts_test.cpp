@@ -116,6 +116,7 @@ TEST_F(SwayLayoutsTest, AnythingElseThanSwaysAnswersEndsTheConnectionUntilTheRet
         ASSERT_TRUE(watch.comesInCharge());
         sway->write(framed(SwayIpc::inputEvent, longest) + framed(7, "?") + wrong);
         EXPECT_TRUE(watch.comesInCharge(false));
+        EXPECT_EQ(layouts.retries(), InputFramework::Retries::always);
         layouts.retry();
     }
     ASSERT_TRUE(watch.comesInCharge());

@@ -291,7 +291,7 @@ TEST_F(GnomeKeysTest, NothingIsSwallowedOnceTheProgramIsGone) {
     next.leave();
     EXPECT_TRUE(eventually([&] {
         bus->retry();
-        extension->retry();
+        if (extension->needsRetry()) extension->retry();
         return extension->isOurs();
     }));
     ASSERT_TRUE(isFiltering());

@@ -124,9 +124,11 @@ TEST_F(LatinStartTest, IsListedWithTheSourcesAndFollowsTheSettings) {
 }
 
 TEST_F(LatinStartTest, LooksAtFilesAgain) {
-    EXPECT_EQ(limits->limitOf("fcitx:mozc"), none);
-    EXPECT_EQ(limits->limitOf("ibus:mozc-jp"), byFile);
     EXPECT_EQ(limits->limitOf("kde:mozc"), none);
+    EXPECT_FALSE(limits->needsCheck());
+    EXPECT_EQ(limits->limitOf("ibus:mozc-jp"), byFile);
+    EXPECT_TRUE(limits->needsCheck()) << "nothing tells of files";
+    EXPECT_EQ(limits->limitOf("fcitx:mozc"), none);
     int changes = 0;
     limits->onChanged = [&] { ++changes; };
     limits->check();

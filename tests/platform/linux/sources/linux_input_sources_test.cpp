@@ -15,6 +15,8 @@ class FakeFramework final : public InputFramework {
     std::optional<SelectResult> refusal() const override { return said; }
     bool isInCharge() const override { return isThere; }
     bool isAsking() const override { return isAsked; }
+    void retry() override { ++tries; }
+    Retries retries() const override { return wanted; }
     void ask(bool asked) {
         isAsked = asked;
         onAskingChanged();
@@ -27,6 +29,8 @@ class FakeFramework final : public InputFramework {
     std::string name;
     bool isThere = false;
     bool isAsked = false;
+    Retries wanted = Retries::never;
+    int tries = 0;
     std::optional<SelectResult> said;
 };
 
@@ -111,6 +115,27 @@ TEST_F(LinuxInputSourcesTest, AsksWhileOneThatMayTakeOverHasNotAnsweredButNotFor
     first->ask(false);
     first->be(true);
     EXPECT_FALSE(sources->isAsking());
+}
+
+TEST_F(LinuxInputSourcesTest, RetriesForEverWhatIsBrokenAndAroundUseWhatTellsNothing) {
+    using enum InputFramework::Retries;
+    const auto rounds = [this] {
+        const int before = first->tries;
+        while (sources->needsRetry() && first->tries < before + 20) sources->retry();
+        return first->tries - before;
+    };
+    EXPECT_EQ(rounds(), 0);
+    first->wanted = second->wanted = whileUsed;
+    EXPECT_EQ(rounds(), 5) << "the start counts as use";
+    EXPECT_EQ(rounds(), 0);
+    sources->noteUse();
+    EXPECT_EQ(rounds(), 5);
+    second->wanted = always;
+    EXPECT_EQ(rounds(), 20);
+    first->be(true);
+    EXPECT_EQ(rounds(), 0) << "those behind the one in charge change nothing";
+    sources->noteUse();
+    EXPECT_EQ(rounds(), 5);
 }
 
 TEST_F(LinuxInputSourcesTest, ARequestIsLostWithTheOneThatAcceptedIt) {

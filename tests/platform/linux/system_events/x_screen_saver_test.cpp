@@ -116,12 +116,14 @@ TEST_F(XScreenSaver, IsFoundLockedAndOpensWithItsServer) {
     server.reset();
     EXPECT_TRUE(test::runLoopUntil([&] { return !isLocked; }));
     observer.retry();
+    EXPECT_TRUE(observer.isLost());
 
     server.emplace();
     PlayedSaver next;
     next.write("LOCK");
     observer.retry();
     EXPECT_TRUE(isLocked) << "on the next one";
+    EXPECT_FALSE(observer.isLost());
 }
 
 } // namespace
