@@ -190,7 +190,11 @@ TEST_F(Delegate, RetriesOnlyWhileSomethingIsBroken) {
 }
 
 TEST_F(Delegate, LeavesTheEngineOffIfTheUserSwitchedItOff) {
-    stored->enabled = false;
+    ASSERT_EQ(launch(), AppDelegate::Launch::running);
+    EXPECT_TRUE(platform->source->isStarted);
+    platform->command(R"({"command": "pause"})", [](const std::string&) {});
+    EXPECT_FALSE(platform->source->isStarted);
+    delegate.reset();
     ASSERT_EQ(launch(), AppDelegate::Launch::running);
     EXPECT_FALSE(platform->source->isStarted);
     platform->system.onEvent(SystemEvent::didWake);

@@ -307,6 +307,49 @@ TEST_F(Model, RecordsWhileDiagnosticsAreShownAndReportsWhatItKnows) {
     EXPECT_FALSE(model->reportCopied());
 }
 
+TEST_F(Model, DatesReportsByTheClockOfTheUser) {
+    const struct {
+        int hours, minutes;
+        const char* told;
+        const char* file;
+    } zones[] = {
+        {-5, 0, "2026-11-15T20:42:23-05:00", "20261115-204223"},
+        {-3, -30, "2026-11-15T22:12:23-03:30", "20261115-221223"},
+        {0, -30, "2026-11-16T01:12:23-00:30", "20261116-011223"},
+        {0, 0, "2026-11-16T01:42:23+00:00", "20261116-014223"},
+        {5, 45, "2026-11-16T07:27:23+05:45", "20261116-072723"},
+    };
+    for (const auto& zone : zones) {
+        timeZone = QTimeZone((zone.hours * 60 + zone.minutes) * 60);
+        launch();
+        EXPECT_THAT(model->buildReport(), HasSubstr(std::string("\n생성: ") + zone.told + "\n"));
+        model->saveReport();
+        EXPECT_THAT(calls.back(), HasSubstr(zone.file));
+    }
+}
+
+TEST_F(Model, ProbesWhatArrivesFromThePressOfTheButtonOn) {
+    using key_event_kind::ModifierDown;
+    addStoredRule(trigger::ModifierTap{ModifierKey::rightCommand});
+    launch();
+    model->setDiagnosticsVisible(true);
+    record(99.99, ModifierDown{ModifierKey::rightCommand});
+    EXPECT_EQ(model->probeResult(), std::nullopt) << "nobody has asked for one";
+    model->startProbe(); // at 100
+    EXPECT_EQ(model->probeResult(), ProbeResult::noSignal);
+    record(100, ModifierDown{ModifierKey::leftCommand});
+    EXPECT_EQ(model->probeResult(), ProbeResult::arrivedAsOtherKey);
+    record(100.5, ModifierDown{ModifierKey::rightCommand});
+    EXPECT_EQ(model->probeResult(), ProbeResult::received);
+    model->setRuleEnabled(model->rules()[0].id, false);
+    EXPECT_EQ(model->probeResult(), std::nullopt) << "there is no key to be probed";
+    model->setRuleEnabled(model->rules()[0].id, true);
+    EXPECT_EQ(model->probeResult(), ProbeResult::received);
+    model->setDiagnosticsVisible(false);
+    model->setDiagnosticsVisible(true);
+    EXPECT_EQ(model->probeResult(), std::nullopt);
+}
+
 TEST(SourceSuggester, PairsAnotherLanguageWithEnglish) {
     const InputSourceInfo us{"us", "U.S.", "", {"en-US"}, true};
     const InputSourceInfo plain{"plain", "Plain", "", {}, true};

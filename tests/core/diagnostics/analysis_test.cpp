@@ -1,8 +1,12 @@
 // What a recording says about programs in the way.
 #include "core/diagnostics/conflict_analyzer.h"
+#include "core/diagnostics/known_apps.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <set>
+#include <string_view>
+#include <utility>
 
 namespace hopsel {
 namespace {
@@ -52,6 +56,61 @@ TEST(Probe, IsDecidedByTheFirstPressOfExactlyTheTrigger) {
         {{{0, press}, {1, opposite}}, ProbeResult::received},
     };
     for (const auto& each : cases) EXPECT_EQ(conflict_analyzer::probe(each.entries, trigger), each.result);
+}
+
+TEST(KnownApps, AreFoundByWhatTheirProcessesAndBundlesAreCalled) {
+    const std::pair<const char*, const char*> running[] = {
+        {"org.pqrs.Karabiner-Menu", "Karabiner-Elements"},
+        {"com.hegenberg.BetterTouchTool", "BetterTouchTool"},
+        {"com.stairways.keyboardmaestro.engine", "Keyboard Maestro"},
+        {"org.hammerspoon.Hammerspoon", "Hammerspoon"},
+        {"com.logi.optionsplus", "Logi Options+"},
+        {"com.logitech.manager", "Logi Options+"},
+        {"jp.plentycom.boa.SteerMouse", "SteerMouse"},
+        {"com.nuebling.mac-mouse-fix", "Mac Mouse Fix"},
+        {"com.lujjjh.LinearMouse", "LinearMouse"},
+        {"com.raycast.macos", "Raycast"},
+        {"com.runningwithcrayons.Alfred", "Alfred"},
+        {"com.knollsoft.Rectangle", "Rectangle"},
+        {"com.parallels.desktop.console", "Parallels"},
+        {"com.vmware.fusion", "VMware Fusion"},
+        {"com.microsoft.rdc.macos", "Windows App / Remote Desktop"},
+        {"keyd", "keyd"},
+        {"kmonad", "KMonad"},
+        {"kanata", "kanata"},
+        {"xremap", "xremap"},
+        {"input-remapper-service", "Input Remapper"},
+        {"input-remap", "Input Remapper"},
+        {"udevmon", "Interception Tools"},
+        {"intercept", "Interception Tools"},
+        {"evremap", "evremap"},
+        {"hawck-inputd", "hawck"},
+        {"xkeysnail", "xkeysnail"},
+        {"toshy_tray", "Toshy"},
+        {"xcape", "xcape"},
+        {"ksuperkey", "ksuperkey"},
+        {"autokey-gtk", "AutoKey"},
+        {"espanso", "Espanso"},
+        {"xbindkeys", "xbindkeys"},
+        {"sxhkd", "sxhkd"},
+        {"swhkd", "swhkd"},
+        {"solaar", "Solaar"},
+        {"io.github.pwr_Solaar.solaar", "Solaar"},
+        {"logid", "logiops"},
+        {"barrier", "Barrier / Input Leap / Synergy"},
+        {"input-leap", "Barrier / Input Leap / Synergy"},
+        {"synergy-core", "Barrier / Input Leap / Synergy"},
+        {"deskflow", "Barrier / Input Leap / Synergy"},
+    };
+    std::set<std::string_view> found;
+    for (const auto& [identifier, name] : running) {
+        const auto apps = process_scanner::detect({identifier}, known_apps::all());
+        ASSERT_EQ(apps.size(), 1U) << identifier;
+        EXPECT_EQ(apps[0].name, name) << identifier;
+        found.insert(apps[0].name);
+    }
+    EXPECT_EQ(found.size(), known_apps::all().size());
+    EXPECT_TRUE(process_scanner::detect({"org.gnome.Terminal", "", "xkeyd"}, known_apps::all()).empty());
 }
 
 } // namespace

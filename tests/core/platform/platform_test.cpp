@@ -58,10 +58,48 @@ TEST_F(Switcher, DoesNotWaitForWhatWasNotSelected) {
 
 TEST(RemoteApps, AreKnownByTheBeginningOfTheirIdentifier) {
     using enum remote_apps::Kind;
-    for (const char* guest :
-         {"com.parallels.desktop", "COM.VMware.x", "com.microsoft.rdc", "org.remmina.Remmina"})
+    // One for each, as their windows and bundles call themselves.
+    for (const char* guest : {"com.parallels.desktop.console",
+                              "COM.VMware.fusion",
+                              "org.virtualbox.app.VirtualBoxVM",
+                              "com.utmapp.UTM",
+                              "com.veertu.anka",
+                              "codes.rambo.VirtualBuddy",
+                              "com.microsoft.rdc.macos",
+                              "com.apple.ScreenSharing",
+                              "com.apple.RemoteDesktop",
+                              "VirtualBox Machine",
+                              "VirtualBoxVM",
+                              "Vmware",
+                              "Vmplayer",
+                              "Vmrc",
+                              "virt-manager",
+                              "org.virt_manager.virt-manager",
+                              "Virt-viewer",
+                              "remote-viewer",
+                              "Spicy",
+                              "org.gnome.Boxes",
+                              "gnome-boxes",
+                              "Qemu-system-x86_64",
+                              "looking-glass-client",
+                              "org.remmina.Remmina",
+                              "Remmina",
+                              "com.freerdp.FreeRDP",
+                              "org.freerdp.FreeRDP",
+                              "xfreerdp3",
+                              "wlfreerdp",
+                              "sdl-freerdp3",
+                              "rdesktop",
+                              "org.kde.krdc",
+                              "Krdc",
+                              "org.gnome.Connections",
+                              "gnome-connections"})
         EXPECT_EQ(remote_apps::kind(guest), guestOS) << guest;
-    for (const char* screen : {"com.TeamViewer.x", "com.philandro.anydesk", "vncviewer"})
+    for (const char* screen :
+         {"com.p5sys.jump.mac.viewer", "com.TeamViewer.TeamViewer", "com.philandro.anydesk",
+          "com.citrix.receiver", "com.realvnc.vncviewer", "TeamViewer", "Anydesk", "com.anydesk.Anydesk",
+          "Rustdesk", "com.rustdesk.RustDesk", "Vncviewer", "xtigervncviewer", "TigerVNC Viewer",
+          "realvnc-vncviewer", "Wfica", "parsecd", "com.parsecgaming.parsec", "Nxplayer.bin", "X2GoAgent"})
         EXPECT_EQ(remote_apps::kind(screen), remoteScreen) << screen;
     for (const char* local : {"VirtualBox Manager", "org.gnome.Terminal", "xvncviewer", "com.vmware", ""})
         EXPECT_FALSE(remote_apps::isRemote(local)) << local;

@@ -39,6 +39,12 @@ TEST_F(PosixFileStorageTest, WhatIsWrittenIsReadBackAndNothingElseLiesAround) {
         EXPECT_EQ(fs::status(file).permissions(), fs::perms(0600)) << "the user's alone";
     }
     EXPECT_THAT(listing(), ElementsAre("config.json"));
+
+    storage.writeAtomically(file, "old");
+    fs::create_hard_link(file, folder / "held");
+    storage.writeAtomically(file, "new");
+    EXPECT_EQ(contents(folder / "held"), "old") << "whoever reads it meanwhile reads all of one or the other";
+    EXPECT_EQ(storage.read(file), "new");
 }
 
 TEST_F(PosixFileStorageTest, ALinkIsFollowedToTheFileAndStaysALink) {

@@ -44,8 +44,8 @@ class ModelRig {
         parts.secureInput = secureInput;
         parts.environment = {
             [] { return 100; },
-            [] { return QDateTime(QDate(2026, 11, 16), QTime(1, 42, 23), QTimeZone::utc()); },
-            QTimeZone(9 * 3600), "14.5.0", "arm64"};
+            [] { return QDateTime(QDate(2026, 11, 16), QTime(1, 42, 23), QTimeZone::utc()); }, timeZone,
+            "14.5.0", "arm64"};
         parts.log = &log;
         model = std::make_unique<AppModel>(std::move(parts));
     }
@@ -68,6 +68,7 @@ class ModelRig {
         recorder->record(diagnostic_kind::Key{kind, {}, KeyVerdict::passed}, time);
     }
 
+    QTimeZone timeZone{9 * 3600};
     session::TemporaryFolder folder;
     std::filesystem::path file = folder.path() / "config.json";
     std::shared_ptr<PosixFileStorage> storage = std::make_shared<PosixFileStorage>(folder.path());

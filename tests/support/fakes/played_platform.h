@@ -100,6 +100,7 @@ class PlayedPlatform final : public Platform {
         onChange(design::Appearance::light);
     }
     void setOnReopen(std::function<void()> callback) override { reopen = std::move(callback); }
+    void setOnCommand(CommandHandler handler) override { command = std::move(handler); }
     void recoverFrom(SystemEvent event) override { recovered.push_back(event); }
     Connection retry() override {
         ++retries;
@@ -132,6 +133,7 @@ class PlayedPlatform final : public Platform {
     PlayedSystemEvents system;
     PlayedFrontmostApp frontmost;
     std::function<void()> reopen;
+    CommandHandler command;
     TrayHosting::OnChange tellTray;
     std::vector<SystemEvent> recovered;
     bool isBroken = false;
