@@ -23,6 +23,10 @@ void report(const std::string& name, double value, const std::string& unit, Budg
     std::fflush(stdout);
 }
 
+void reportRatio(const std::string& name, double value, double other, Budget budget) {
+    report(name, value / other, "times", budget);
+}
+
 void report(const std::string& name, const Samples& samples, Budget median, Budget p99) {
     report(name + " median", samples.median(), "ms", median);
     report(name + " p99", samples.p99(), "ms", p99);

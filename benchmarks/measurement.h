@@ -28,6 +28,8 @@ class Samples {
 using Budget = std::optional<double>;
 
 void report(const std::string& name, double value, const std::string& unit, Budget budget = {});
+/// How many times the other value it is, which a machine that is slow for both does not change.
+void reportRatio(const std::string& name, double value, double other, Budget budget = {});
 /// Samples in milliseconds.
 void report(const std::string& name, const Samples& samples, Budget median = {}, Budget p99 = {});
 

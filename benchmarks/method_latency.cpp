@@ -72,10 +72,11 @@ class Contest {
             report(title + ", " + contestant.name, contestant.samples);
         const double own = contestants[3].samples.median();
         report(title + ", hopsel behind its own call median", own - contestants[0].samples.median(), "ms",
-               1.0);
-        report(title + ", hopsel behind its own trigger key median", own - contestants[1].samples.median(),
-               "ms");
-        report(title + ", hopsel behind its tool median", own - contestants[2].samples.median(), "ms", 0.0);
+               0.3);
+        reportRatio(title + ", hopsel to its own call median", own, contestants[0].samples.median());
+        reportRatio(title + ", hopsel to its own trigger key median", own, contestants[1].samples.median(),
+                    1.0);
+        reportRatio(title + ", hopsel to its tool median", own, contestants[2].samples.median(), 1.0);
         reportIdle(framework_.name + ", idle", startHopsel()->id(), idleWakeUps);
     }
 

@@ -10,7 +10,7 @@ namespace {
 
 // Many short rounds: a program can be lucky or unlucky with its processor for as long as it runs.
 constexpr int rounds = 30;
-constexpr int samplesPerRound = 100;
+constexpr int samplesPerRound = 50;
 
 struct Contestant {
     Switcher switcher;
@@ -39,10 +39,11 @@ void measureSwitchLatency(const Programs& programs) {
     for (const Contestant* other : {&bare, &xcape})
         report("trigger key to group, " + other->switcher.name, other->samples);
     report("trigger key to group, hopsel", hopsel.samples, 0.15, 1.0);
-    report("trigger key to group, hopsel behind xcape median",
-           hopsel.samples.median() - xcape.samples.median(), "ms", 0.0);
-    report("trigger key to group, hopsel behind xcape p99", hopsel.samples.p99() - xcape.samples.p99(), "ms",
-           0.0);
+    reportRatio("trigger key to group, hopsel to bare XCB client median", hopsel.samples.median(),
+                bare.samples.median(), 1.25);
+    reportRatio("trigger key to group, hopsel to xcape median", hopsel.samples.median(),
+                xcape.samples.median(), 1.0);
+    reportRatio("trigger key to group, hopsel to xcape p99", hopsel.samples.p99(), xcape.samples.p99(), 1.0);
 }
 
 } // namespace hopsel::bench

@@ -18,8 +18,8 @@ constexpr std::uint8_t triggerCode = key::rightSuper + xOffset;
 constexpr std::uint8_t letterCode = key::a + xOffset;
 
 constexpr auto patience = 5s;
-/// Longer than anything that a switch leaves to be done.
-constexpr auto quietMoment = 3ms;
+/// Longer than anything that a switch leaves to be done: a few milliseconds after it the icon is another.
+constexpr auto quietMoment = 10ms;
 
 } // namespace
 

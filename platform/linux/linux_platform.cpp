@@ -138,7 +138,9 @@ EngineCoordinator::Parts LinuxPlatform::engineParts() {
     parts.service = std::make_shared<LiveInputSourceService>(sources_, uptimeSeconds, runFor);
     parts.secureInput = secureInput_;
     parts.guestKeySender = keys_->guestKeySender();
-    parts.schedule = schedule;
+    parts.schedule = [keys = keys_.get()](std::function<void()> function) {
+        keys->isHandling() ? putOff(std::move(function)) : schedule(std::move(function));
+    };
     return parts;
 }
 

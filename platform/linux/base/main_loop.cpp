@@ -8,6 +8,7 @@
 #include <ctime>
 #include <poll.h>
 #include <utility>
+#include <vector>
 
 namespace hopsel {
 
@@ -19,7 +20,7 @@ class ScheduledEvent final : public QEvent {
   public:
     explicit ScheduledEvent(std::function<void()> function)
         : QEvent(scheduledType), function_(std::move(function)) {}
-    void run() const { function_(); }
+    const std::function<void()>& function() const { return function_; }
 
   private:
     std::function<void()> function_;
@@ -32,13 +33,17 @@ class ScheduledReceiver final : public QObject {
   public:
     bool event(QEvent* event) override {
         if (event->type() != scheduledType) return QObject::event(event);
+        run(static_cast<ScheduledEvent*>(event)->function());
+        return true;
+    }
+
+    void run(const std::function<void()>& function) {
         ++depth_;
-        static_cast<ScheduledEvent*>(event)->run();
+        function();
         // The turns of the wait took back what would keep a loop that was ended meanwhile, by whatever call,
         // from waiting once more.
         if (--depth_ == 0 && std::exchange(hasWaited, false))
             QAbstractEventDispatcher::instance()->interrupt();
-        return true;
     }
 
   private:
@@ -48,6 +53,11 @@ class ScheduledReceiver final : public QObject {
 ScheduledReceiver& receiver() {
     static ScheduledReceiver instance; // lives in the thread of the first call: the main thread
     return instance;
+}
+
+std::vector<std::function<void()>>& putOffFunctions() {
+    static std::vector<std::function<void()>> functions;
+    return functions;
 }
 
 } // namespace
@@ -62,7 +72,15 @@ void schedule(std::function<void()> function) {
     QCoreApplication::postEvent(&receiver(), new ScheduledEvent(std::move(function)), Qt::HighEventPriority);
 }
 
-void runScheduled() { QCoreApplication::sendPostedEvents(&receiver(), scheduledType); }
+void putOff(std::function<void()> function) { putOffFunctions().push_back(std::move(function)); }
+
+void runScheduled() {
+    QCoreApplication::sendPostedEvents(&receiver(), scheduledType);
+    while (!putOffFunctions().empty()) { // what runs may wait, and be called here again by an event
+        const auto functions = std::exchange(putOffFunctions(), {});
+        for (const auto& function : functions) receiver().run(function);
+    }
+}
 
 void runFor(double seconds) {
     const int milliseconds = static_cast<int>(std::ceil(std::fmax(seconds, 0) * 1000));

@@ -13,6 +13,10 @@ double uptimeSeconds();
 /// Runs the function on a later turn of the loop, ahead of painting and the like, in the order of the calls.
 void schedule(std::function<void()> function);
 
+/// As `schedule`, for a caller that sees to it that `runScheduled` is called as soon as it has returned: the
+/// loop need not be woken for it.
+void putOff(std::function<void()> function);
+
 /// Runs what has been scheduled so far, if any, instead of waiting for the loop's next turn to do so. Not for
 /// use inside a callback that scheduled something.
 void runScheduled();

@@ -48,6 +48,9 @@ class KeySession {
     /// Tells, for the rest of the process, what is printed on the keys; null where that cannot be known.
     virtual std::function<PrintedKeys()> printedKeys() const { return {}; }
 
+    /// In the callbacks of the sources, after which `onHandled` is called.
+    virtual bool isHandling() const { return false; }
+
     /// A modifier key went down, and the engine has been told: a trigger may be on its way.
     std::function<void()> onModifierDown;
     /// After each event, outside the callbacks of the sources: what these have put off can be done now.

@@ -4,7 +4,8 @@
 // process that was stopped, cannot let go of it; so a small process of our own listens along
 // (keyboard_guard_process.h), and when a key has not been dealt with for a second it has the X server cut the
 // hook's connections. With them the server drops the grabs, and the keys pass; the hook opens new connections
-// when the program goes on. Nothing wakes the guard but a key, and it listens only while keys are filtered.
+// when the program goes on. Nothing wakes the guard but a key, four times a second at most, and it listens
+// only while keys are filtered.
 //
 // Made at the start, while the process has one thread, and owned by the launch; the guard ends with it, or
 // with the process, however that ends. A guard that cannot be started is none: the keys work as before. Main

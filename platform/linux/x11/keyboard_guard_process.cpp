@@ -22,6 +22,9 @@ using Clock = std::chrono::steady_clock;
 using namespace std::chrono_literals;
 
 constexpr auto patience = 1000ms;
+/// The server wakes everyone who hears a key, and whoever is woken first takes a processor from the others.
+/// So one key is enough for a while, in which the next ones wait unread.
+constexpr auto pause = 250ms;
 
 /// Hears every key, whoever has it.
 class Ears {
@@ -71,13 +74,16 @@ class Guard {
     bool turn() {
         std::array<pollfd, 2> watched{
             {{.fd = words_, .events = POLLIN, .revents = 0},
-             {.fd = ears_ ? ears_->fileDescriptor() : -1, .events = POLLIN, .revents = 0}}};
+             {.fd = ears_ && !pauseEnd_ ? ears_->fileDescriptor() : -1, .events = POLLIN, .revents = 0}}};
         poll(watched.data(), watched.size(), millisecondsLeft());
         if (watched[0].revents != 0 && !takeWords()) return false;
         if (!ears_) return true;
-        if (ears_->hear()) {
-            latest_ = {ears_->latest(), Clock::now() + patience};
+        const auto now = Clock::now();
+        if (pauseEnd_ && now >= *pauseEnd_) pauseEnd_.reset();
+        if (!pauseEnd_ && ears_->hear()) {
+            latest_ = {ears_->latest(), now + patience};
             if (!waiting_) waiting_ = latest_;
+            pauseEnd_ = now + pause;
         }
         if (ears_->isLost())
             rest();
@@ -93,8 +99,11 @@ class Guard {
     };
 
     int millisecondsLeft() const {
-        if (!waiting_) return -1;
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(waiting_->end - Clock::now());
+        if (!waiting_ && !pauseEnd_) return -1;
+        auto end = Clock::time_point::max();
+        if (waiting_) end = waiting_->end;
+        if (pauseEnd_) end = std::min(end, *pauseEnd_);
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now());
         return static_cast<int>(std::max(0ms, left).count());
     }
 
@@ -116,6 +125,7 @@ class Guard {
     void rest() {
         ears_.reset();
         waiting_.reset();
+        pauseEnd_.reset();
     }
 
     /// A key that the program has dealt with waits no more; but a later one may.
@@ -145,6 +155,7 @@ class Guard {
     std::unique_ptr<Ears> ears_;
     std::optional<Key> waiting_; ///< the first that has not been dealt with
     Key latest_{};
+    std::optional<Clock::time_point> pauseEnd_; ///< until which nothing is heard
 };
 
 /// Nothing of the program is kept but the way to it: no signal, no terminal, no file; and nobody looks in.

@@ -173,9 +173,9 @@ bool X11KeyHook::reopen() {
 void X11KeyHook::dispatch() {
     if (isDispatching_) return;
     while (session_ && !session_->isLost()) {
-        isDispatching_ = true;
+        isDispatching_ = isHandling_ = true;
         const bool handledOne = step();
-        isDispatching_ = false;
+        isDispatching_ = isHandling_ = false;
         if (guard_ && pending_.empty()) guard_->handled(lastKey_);
         if (!handledOne) break;
         // Between two events what was put off may run, even the event loop, which may call this again.

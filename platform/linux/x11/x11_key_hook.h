@@ -80,6 +80,9 @@ class X11KeyHook {
     /// The Linux code of a key on whose press no program acts; nothing if the keymap has none to spare.
     std::optional<std::uint16_t> silentKey() const;
 
+    /// In a callback, after which `onHandled` is called.
+    bool isHandling() const { return isHandling_; }
+
     /// Handles what has arrived. The event loop calls it.
     void dispatch();
     /// Waits without the event loop, handling what arrives.
@@ -167,6 +170,7 @@ class X11KeyHook {
     /// still.
     XcbPtr<xcb_generic_event_t> helperEvent_;
     bool isDispatching_ = false;
+    bool isHandling_ = false;
     double reopenedAt_ = -std::numeric_limits<double>::infinity(); ///< or was tried to be
 };
 

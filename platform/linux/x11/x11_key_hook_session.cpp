@@ -2,7 +2,9 @@
 
 #include "platform/linux/x11/xkb_extension.h"
 
+#include <QEvent>
 #include <algorithm>
+#include <utility>
 
 namespace hopsel {
 
@@ -13,11 +15,23 @@ struct EventSelection {
     std::uint32_t mask;
 };
 
-QSocketNotifier* watch(const X11Connection& connection, const std::function<void()>& dispatch) {
-    auto* notifier = new QSocketNotifier(connection.fileDescriptor(), QSocketNotifier::Read);
-    QObject::connect(notifier, &QSocketNotifier::activated, notifier, [dispatch] { dispatch(); });
-    return notifier;
-}
+/// Without the signal: a key waits for this.
+class Notifier final : public QSocketNotifier {
+  public:
+    Notifier(const X11Connection& connection, std::function<void()> dispatch)
+        : QSocketNotifier(connection.fileDescriptor(), QSocketNotifier::Read),
+          dispatch_(std::move(dispatch)) {}
+
+  protected:
+    bool event(QEvent* event) override {
+        if (event->type() != QEvent::SockAct) return QSocketNotifier::event(event);
+        dispatch_();
+        return true;
+    }
+
+  private:
+    std::function<void()> dispatch_;
+};
 
 /// A notifier may be the one whose signal we are in.
 void unwatch(QSocketNotifier* notifier) {
@@ -37,8 +51,8 @@ X11KeyHookSession::X11KeyHookSession(const std::function<void()>& dispatch)
     hasXTest = x11_input_devices::hasXTest(primary);
     selectEvents();
     masters = x11_input_devices::masterKeyboards(primary);
-    primaryNotifier_ = watch(primary, dispatch);
-    helperNotifier_ = watch(helper, dispatch);
+    primaryNotifier_ = new Notifier(primary, dispatch);
+    helperNotifier_ = new Notifier(helper, dispatch);
 }
 
 X11KeyHookSession::~X11KeyHookSession() {

@@ -21,6 +21,7 @@ class X11KeySession final : public KeySession {
     std::shared_ptr<Permissions> permissions() override;
     std::string listeningFailure() const override { return listenSource_->failure(); }
     void resynchronise() override { hook_->resynchronise(); }
+    bool isHandling() const override { return hook_->isHandling(); }
     std::function<PrintedKeys()> printedKeys() const override;
 
   private:

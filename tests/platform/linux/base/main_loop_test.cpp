@@ -45,6 +45,25 @@ TEST(RunFor, ReturnsAsSoonAsAPostedFunctionRan) {
     EXPECT_TRUE(test::runLoopUntil([&] { return ran == 3; }));
 }
 
+TEST(RunScheduled, RunsEverythingOnceInOrderAlsoWhatComesMeanwhile) {
+    std::string ran;
+    schedule([&] { ran += 'a'; });
+    putOff([&] {
+        putOff([&] { ran += 'd'; });
+        ran += 'b';
+    });
+    putOff([&] { ran += 'c'; });
+    EXPECT_EQ(ran, "");
+    runScheduled();
+    EXPECT_EQ(ran, "abcd");
+    runScheduled();
+    putOff([&] {
+        schedule([&] { ran += 'e'; });
+        EXPECT_TRUE(waitEndsAt([&] { return ran == "abcde"; }));
+    });
+    runScheduled();
+}
+
 // An end that is asked for during a wait must reach the program's loop at once, and must neither be lost nor
 // turn later waits into spinning.
 TEST(RunFor, KeepsAnEndForTheLoopThatCalled) {
