@@ -18,6 +18,7 @@ const char* word(StatusLine status) {
     case StatusLine::paused: return "paused";
     case StatusLine::starting: return "starting";
     case StatusLine::permissionMissing: return "not-listening";
+    case StatusLine::tapsUnheard: return "only-combinations";
     case StatusLine::tapDisabled: return "interrupted";
     case StatusLine::accessibilityMissing: return "combination-taken";
     case StatusLine::configProblem: return "settings-problem";

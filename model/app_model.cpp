@@ -41,20 +41,22 @@ void AppModel::start() {
 }
 
 void AppModel::handle(const EngineEvent& event) {
-    std::visit(
-        Overloaded{
-            [this](const engine_event::StateChanged& changed) { publish(engineState_, changed.state); },
-            [this](const engine_event::Switched& switched) {
-                if (switched.verified) publish(switchCount_, switchCount_ + 1);
-                currentSourceChanged();
-            },
-            [this](const engine_event::ShortcutStatusChanged& changed) {
-                publish(shortcutStatus_, changed.status);
-                publish(takenShortcuts_, parts_.engine->unavailableShortcuts());
-            },
-            [](const auto&) {}, // the recorder has it
-        },
-        event);
+    std::visit(Overloaded{
+                   [this](const engine_event::StateChanged& changed) {
+                       publish(engineState_, changed.state);
+                       publish(tapsAreHeard_, parts_.engine->hearsTaps());
+                   },
+                   [this](const engine_event::Switched& switched) {
+                       if (switched.verified) publish(switchCount_, switchCount_ + 1);
+                       currentSourceChanged();
+                   },
+                   [this](const engine_event::ShortcutStatusChanged& changed) {
+                       publish(shortcutStatus_, changed.status);
+                       publish(takenShortcuts_, parts_.engine->unavailableShortcuts());
+                   },
+                   [](const auto&) {}, // the recorder has it
+               },
+               event);
     noteFiring(event);
     if (const auto hear = onEngineEvent) hear(event);
 }
@@ -76,6 +78,7 @@ void AppModel::noteFiring(const EngineEvent& event) {
 
 void AppModel::refreshEngineState() {
     publish(engineState_, parts_.engine->state());
+    publish(tapsAreHeard_, parts_.engine->hearsTaps());
     publish(shortcutStatus_, parts_.engine->shortcutStatus());
     publish(takenShortcuts_, parts_.engine->unavailableShortcuts());
 }

@@ -266,6 +266,7 @@ class AppModel final : public ObservableObject {
     EngineState engineState_;
     ShortcutStatus shortcutStatus_ = ShortcutStatus::notNeeded;
     ShortcutSet takenShortcuts_;
+    bool tapsAreHeard_ = true;
     bool engineEnabled_;
     LoginItemStatus launchStatus_ = LoginItemStatus::disabled;
     std::optional<StoreProblem> storeProblem_;

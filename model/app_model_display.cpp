@@ -93,7 +93,11 @@ StatusLine AppModel::statusOfRules() const {
     const auto canSwitch = [&](const Rule& rule) {
         return rule.enabled && std::holds_alternative<rule_health::Ok>(health(rule));
     };
+    const auto isUnheard = [&](const Rule& rule) {
+        return rule.enabled && warning(rule.trigger, true) == RuleWarning::tapUnheard;
+    };
     if (std::none_of(rules_.begin(), rules_.end(), isOn)) return StatusLine::noRules;
+    if (std::any_of(rules_.begin(), rules_.end(), isUnheard)) return StatusLine::tapsUnheard;
     return std::any_of(rules_.begin(), rules_.end(), canSwitch) ? StatusLine::ok
                                                                 : StatusLine::nothingToSwitch;
 }

@@ -151,7 +151,7 @@ void AppModel::refreshConflicts() {
 
 std::optional<RuleWarning> AppModel::warning(const Trigger& trigger, bool enabled) const {
     const std::optional<ShortcutKey> shortcut = swallowedShortcut(trigger);
-    if (!shortcut) return std::nullopt;
+    if (!shortcut) return enabled && !tapsAreHeard_ ? std::optional(RuleWarning::tapUnheard) : std::nullopt;
     // Where it is known which combinations are taken, the others are all right.
     const bool isTaken = takenShortcuts_.empty() ? shortcutStatus_ == ShortcutStatus::unavailable
                                                  : takenShortcuts_.count(*shortcut) > 0;

@@ -83,7 +83,11 @@ struct StartOffer {
     friend bool operator==(const StartOffer&, const StartOffer&) = default;
 };
 
-enum class RuleWarning { needsAccessibility, systemShortcutConflict };
+enum class RuleWarning {
+    needsAccessibility,
+    systemShortcutConflict,
+    tapUnheard, ///< only combinations arrive
+};
 
 /// The error's kind and what it carries: "writeFailed(No space left on device)". Other errors in their own
 /// words.

@@ -14,7 +14,7 @@ packages_to_test="systemd libgtest-dev libgmock-dev clang lld llvm libclang-rt-d
   libatspi2.0-dev at-spi2-core sway qt6-wayland libxkbcommon-tools dconf-cli dconf-service dconf-gsettings-backend
   gsettings-desktop-schemas ibus ibus-hangul fcitx5 fcitx5-hangul fcitx5-frontend-gtk3 ibus-gtk3 python3-gi gir1.2-gtk-3.0 iso-codes"
 packages_to_desktops="x11-utils xfwm4 xfce4-panel xfce4-settings xfconf xfce4-xkb-plugin
-  qemu-system-x86 linux-image-amd64 polkitd pkexec util-linux kwin-x11 kded5 plasma-workspace plasma-desktop gnome-shell gjs"
+  qemu-system-x86 linux-image-amd64 polkitd pkexec util-linux kwin-wayland kwin-x11 kded5 plasma-workspace plasma-desktop gnome-shell gjs"
 packages_to_check="git clang-format-19 clang-tidy-19"
 packages_to_bench="libbenchmark-dev xcape dbus-daemon libglib2.0-bin dconf-cli dconf-service dconf-gsettings-backend ibus
   ibus-hangul fcitx5 fcitx5-hangul fcitx5-frontend-gtk3 ibus-gtk3 python3-gi gir1.2-gtk-3.0"

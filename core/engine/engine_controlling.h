@@ -44,6 +44,8 @@ class EngineControlling {
     virtual void setGuestKey(ShortcutKey key) = 0;
     /// Whether this platform can keep launchers and menu bars from acting on a trigger's lone tap.
     virtual bool canGuardTaps() const { return false; }
+    /// False while it runs for combinations alone; another state comes before it changes.
+    virtual bool hearsTaps() const { return true; }
     /// By default it does where it can.
     virtual void setGuardsTaps(bool /*on*/) {}
     /// Does not fail: the outcome is the state, running or degraded. Does nothing while running; called again

@@ -72,6 +72,7 @@ class EngineCoordinator final : public EngineControlling,
     void setGuestKey(ShortcutKey key) override { guestKey_ = key; }
 
     bool canGuardTaps() const override { return source_->canGuardTaps(); }
+    bool hearsTaps() const override { return source_->hearsTaps(); }
     void setGuardsTaps(bool on) override;
 
     bool isRemoteAppFrontmost() const { return frontmostRemoteKind_.has_value(); }

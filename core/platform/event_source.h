@@ -33,6 +33,8 @@ class EventSource {
     /// its doing looks like one of the user's. Does not throw.
     virtual void setTapTriggers(ModifierSet /*triggers*/) {}
     virtual bool canGuardTaps() const { return false; }
+    /// False for one that has been started only so that combinations can be filtered: it tells of no key.
+    virtual bool hearsTaps() const { return true; }
 
     /// Without a handler events are dropped.
     EventHandler onEvent;

@@ -14,6 +14,7 @@ using l10n::t;
 std::optional<MenuItemSpec> remedy(StatusLine status) {
     switch (status) {
     case StatusLine::permissionMissing:
+    case StatusLine::tapsUnheard:
         return menu_item::Action{MenuAction::openPrivacySettings, t(Key::actionOpenPrivacy)};
     case StatusLine::accessibilityMissing:
         return menu_item::Action{MenuAction::openAccessibilitySettings, t(Key::actionOpenAccessibility)};
@@ -55,6 +56,7 @@ std::string statusTitle(StatusLine status, const std::vector<std::string>& taken
     case StatusLine::paused: return t(Key::statusPaused);
     case StatusLine::starting: return t(Key::statusStarting);
     case StatusLine::permissionMissing: return t(Key::statusPermission);
+    case StatusLine::tapsUnheard: return t(Key::statusTapsUnheard);
     case StatusLine::tapDisabled: return t(Key::statusTapDisabled);
     case StatusLine::accessibilityMissing: return t(Key::statusAccessibility);
     case StatusLine::configProblem: return t(Key::statusConfigProblem);

@@ -26,6 +26,7 @@ enum class StatusLine {
     permissionMissing,    ///< cannot listen
     tapDisabled,          ///< listened, and was cut off
     accessibilityMissing, ///< listens, but cannot filter combinations
+    tapsUnheard,          ///< combinations work, and a rule that is on needs more
     configProblem,        ///< the settings file cannot be used
     noRules,              ///< listens, but no rule is on
     nothingToSwitch,      ///< no rule that is on can switch now: its sources are not there, or fixed

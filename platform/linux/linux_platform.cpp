@@ -20,6 +20,7 @@
 #include "platform/linux/gnome/gnome_secure_input.h"
 #include "platform/linux/gnome/gnome_shell.h"
 #include "platform/linux/ibus/ibus_input_sources.h"
+#include "platform/linux/kde_keys/kde_key_session.h"
 #include "platform/linux/keys_helper/session/helper_key_session.h"
 #include "platform/linux/latin_start/latin_start.h"
 #include "platform/linux/texts/linux_words.h"
@@ -64,6 +65,8 @@ std::unique_ptr<KeySession> keySession(const std::shared_ptr<BusLink>& bus,
                                        const std::shared_ptr<GnomeExtension>& gnome, Log& log) {
     if (session_kind::isGnomeWayland())
         return std::make_unique<GnomeKeySession>(bus, gnome, uptimeSeconds, log);
+    if (session_kind::isWayland() && session_kind::isKde())
+        return std::make_unique<KdeKeySession>(bus, HelperPlaces::live(), uptimeSeconds, log);
     if (session_kind::isWayland())
         return std::make_unique<HelperKeySession>(HelperPlaces::live(), uptimeSeconds, log);
     return std::make_unique<X11KeySession>(uptimeSeconds, runFor, log);

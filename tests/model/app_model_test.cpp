@@ -160,7 +160,16 @@ TEST_F(Model, SaysThatItWorksOnlyWhileARuleThatIsOnCanSwitch) {
     emitEvent(engine_event::ShortcutStatusChanged{ShortcutStatus::unavailable});
     EXPECT_EQ(model->statusLine(), StatusLine::accessibilityMissing);
     emitEvent(engine_event::ShortcutStatusChanged{ShortcutStatus::notNeeded});
+    // Where only combinations arrive, a lone key's rule is named and the others work.
+    engine->hears = false;
+    emitEvent(engine_event::StateChanged{engine_state::Running{}});
+    EXPECT_EQ(model->statusLine(), StatusLine::tapsUnheard);
+    EXPECT_EQ(model->warning(rightCommand, true), RuleWarning::tapUnheard);
+    EXPECT_FALSE(model->warning(rightCommand, false) || model->warning(leftShiftSpace, true));
+    model->addRule(leftShiftSpace, korean, english);
     model->setRuleEnabled(model->rules()[0].id, false);
+    EXPECT_EQ(model->statusLine(), StatusLine::ok);
+    model->setRuleEnabled(model->rules()[2].id, false);
     EXPECT_EQ(model->statusLine(), StatusLine::noRules);
 }
 

@@ -63,6 +63,7 @@ TEST_F(Texts, NameKeys) {
 TEST_F(Texts, OfferTheWayOutOfWhatIsMissing) {
     const std::pair<StatusLine, menu_item::Action> cases[] = {
         {StatusLine::permissionMissing, {MenuAction::openPrivacySettings, "Open System Settings…"}},
+        {StatusLine::tapsUnheard, {MenuAction::openPrivacySettings, "Open System Settings…"}},
         {StatusLine::accessibilityMissing,
          {MenuAction::openAccessibilitySettings, "Open Accessibility Settings…"}}};
     for (const auto& [status, wayOut] : cases)
@@ -103,7 +104,7 @@ TEST(StatusItemPresenter, ShowsALabelOnlyWhenAllIsWellAndWarnsElse) {
     EXPECT_EQ(appearance(StatusLine::paused, true, "B", pair).symbolName, "pause.circle");
     for (const StatusLine problem :
          {StatusLine::permissionMissing, StatusLine::tapDisabled, StatusLine::accessibilityMissing,
-          StatusLine::configProblem, StatusLine::nothingToSwitch}) {
+          StatusLine::tapsUnheard, StatusLine::configProblem, StatusLine::nothingToSwitch}) {
         EXPECT_EQ(appearance(problem, true, "B", pair),
                   (StatusItemAppearance{"exclamationmark.triangle", std::nullopt}));
         EXPECT_THAT(menu_builder::statusTitle(problem), testing::StartsWith("⚠ "));

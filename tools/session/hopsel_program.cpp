@@ -30,10 +30,11 @@ const std::string_view twoRules = R"json({
 }
 )json";
 
-HopselProgram::HopselProgram(const std::filesystem::path& executable, std::string_view settings)
+HopselProgram::HopselProgram(const std::filesystem::path& executable, std::string_view settings,
+                             const std::vector<std::string>& arguments)
     : executable_(std::filesystem::absolute(executable)),
       settingsFile_(folder_.write("config.json", settings)) {
-    process_ = startAnother();
+    process_ = startAnother(arguments);
 }
 
 std::unique_ptr<ChildProcess> HopselProgram::startAnother(const std::vector<std::string>& arguments) const {

@@ -18,7 +18,8 @@ extern const std::string_view twoRules;
 class HopselProgram {
   public:
     /// Does not wait until it works: see `XLayouts` for that. What it says on standard error is captured.
-    HopselProgram(const std::filesystem::path& executable, std::string_view settings);
+    HopselProgram(const std::filesystem::path& executable, std::string_view settings,
+                  const std::vector<std::string>& arguments = {});
 
     ChildProcess& process() { return *process_; }
     const std::filesystem::path& settingsFile() const { return settingsFile_; }

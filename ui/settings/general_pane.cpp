@@ -136,7 +136,7 @@ void GeneralPane::refresh() {
     dot_->setTone(toneOf(status));
     status_->setText(QString::fromStdString(menu_builder::statusTitle(status, model_.takenCombinations())));
     main_->setChecked(model_.engineEnabled());
-    openPrivacy_->setVisible(status == StatusLine::permissionMissing);
+    openPrivacy_->setVisible(status == StatusLine::permissionMissing || status == StatusLine::tapsUnheard);
     showLabel_->setChecked(model_.showSourceLabel());
     if (indicate_ != nullptr) indicate_->setChecked(model_.indicatesSwitches().value_or(false));
     if (guardTaps_ != nullptr) guardTaps_->setChecked(model_.guardsTaps());

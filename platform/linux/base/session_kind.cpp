@@ -10,10 +10,17 @@ bool isWayland() {
            qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
 }
 
-bool isGnomeWayland() {
-    return isWayland() &&
-           qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(':').contains("GNOME", Qt::CaseInsensitive);
+namespace {
+
+bool isDesktop(const char* name) {
+    return qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(':').contains(name, Qt::CaseInsensitive);
 }
+
+} // namespace
+
+bool isGnomeWayland() { return isWayland() && isDesktop("GNOME"); }
+
+bool isKde() { return isDesktop("KDE"); }
 
 bool hasDisplay() { return !qEnvironmentVariableIsEmpty("DISPLAY"); }
 

@@ -8,6 +8,7 @@ namespace hopsel::session_kind {
 bool isWayland();
 /// GNOME's shell is the compositor.
 bool isGnomeWayland();
+bool isKde();
 /// There is an X server to be asked, if only one for the X11 programs of a Wayland session.
 bool hasDisplay();
 

@@ -42,6 +42,7 @@ class FakeEngine final : public EngineControlling {
     ShortcutKey guestKey() const override { return guest; }
     void setGuestKey(ShortcutKey key) override { guest = key; }
     bool canGuardTaps() const override { return canGuard; }
+    bool hearsTaps() const override { return hears; }
     void setGuardsTaps(bool on) override { guards = on; }
     void start() override {
         calls.emplace_back("engine start");
@@ -68,6 +69,7 @@ class FakeEngine final : public EngineControlling {
 
     Calls& calls;
     bool canGuard = false;
+    bool hears = true;
     bool guards = true;
     EngineState current;
     EngineState stateAfterStart = engine_state::Running{};

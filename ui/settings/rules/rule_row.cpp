@@ -95,6 +95,8 @@ RuleRow::RuleRow(AppModel& model, Rule rule, QWidget* parent)
     broken_ = note("exclamationmark.triangle.fill", text(Key::ruleBroken), this);
     needsAccessibility_ = note("exclamationmark.triangle", text(Key::ruleNeedsAccessibility), this,
                                text(Key::statusAccessibility));
+    tapUnheard_ =
+        note("exclamationmark.triangle", text(Key::ruleTapUnheard), this, text(Key::ruleTapUnheardWhy));
     systemConflict_ = note("exclamationmark.triangle", text(Key::ruleSystemConflict), this,
                            text(Key::issueSystemShortcutConflict));
     limit_ = note("exclamationmark.triangle",
@@ -165,6 +167,7 @@ void RuleRow::showNotes() {
     const auto warning = model_.warning(rule_.trigger, rule_.enabled);
     broken_->setVisible(std::holds_alternative<rule_health::BrokenSource>(model_.health(rule_)));
     needsAccessibility_->setVisible(warning == RuleWarning::needsAccessibility);
+    tapUnheard_->setVisible(warning == RuleWarning::tapUnheard);
     systemConflict_->setVisible(warning == RuleWarning::systemShortcutConflict);
     const auto limit = model_.limitNote(toggle(rule_).sourceA.sourceId, toggle(rule_).sourceB.sourceId);
     limit_->setVisible(limit.has_value());
@@ -179,8 +182,8 @@ std::optional<StartOffer> RuleRow::startOffer() const {
     return model_.startOffer(toggle(rule_).sourceA.sourceId, toggle(rule_).sourceB.sourceId);
 }
 
-std::array<QWidget*, 5> RuleRow::notes() const {
-    return {broken_, needsAccessibility_, systemConflict_, limit_, start_};
+std::array<QWidget*, 6> RuleRow::notes() const {
+    return {broken_, needsAccessibility_, tapUnheard_, systemConflict_, limit_, start_};
 }
 
 void RuleRow::enable(bool on) {

@@ -54,7 +54,7 @@ class RuleRow final : public QWidget {
   private:
     std::optional<StartOffer> startOffer() const;
     /// In the order of reading, also those that are hidden.
-    std::array<QWidget*, 5> notes() const;
+    std::array<QWidget*, 6> notes() const;
     /// What a picker shows.
     using Shown = std::tuple<std::vector<InputSourceInfo>, InputSourceRef>;
 
@@ -74,6 +74,7 @@ class RuleRow final : public QWidget {
     design::SourcePicker* pickerB_;
     QWidget* broken_;
     QWidget* needsAccessibility_;
+    QWidget* tapUnheard_;
     QWidget* systemConflict_;
     QWidget* limit_;        ///< what should be known of the sources
     design::Button* start_; ///< and what can be done about it, and back

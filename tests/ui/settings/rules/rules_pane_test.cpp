@@ -67,6 +67,20 @@ TEST_F(Pane, NamesTheCombinationThatAnotherProgramHoldsAndOffersTwoWaysOut) {
     EXPECT_FALSE(says("⚠ ") || model->statusLine() != StatusLine::ok);
 }
 
+TEST_F(Pane, MarksTheRulesThatNeedMoreThanCombinations) {
+    addRule(leftShiftSpace);
+    addRule(rightCommand);
+    open(SettingsPane::rules);
+    EXPECT_FALSE(says("Needs the key helper"));
+    engine->hears = false;
+    emitEvent(engine_event::StateChanged{engine_state::Running{}});
+    settle();
+    EXPECT_TRUE(says("Needs the key helper"));
+    model->setRuleEnabled(model->rules()[1].id, false);
+    settle();
+    EXPECT_FALSE(says("Needs the key helper"));
+}
+
 TEST_F(Pane, GoesBackToWhatIsStoredWhenAChangeIsRefused) {
     addRule(rightCommand);
     open(SettingsPane::rules);
