@@ -115,7 +115,7 @@ MenuState AppModel::menuState() const {
 
 std::vector<MenuSource> AppModel::sourceChoices() const {
     std::vector<MenuSource> choices;
-    if (!std::holds_alternative<engine_state::Running>(engineState_)) return choices;
+    if (std::holds_alternative<engine_state::Stopped>(engineState_)) return choices;
     for (const InputSourceInfo& source : selectableSources())
         choices.push_back({source.id, source.name, source.id == currentSourceID_});
     if (choices.size() < 2) choices.clear();

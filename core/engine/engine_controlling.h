@@ -58,7 +58,8 @@ class EngineControlling {
     /// Reads again which sources can be selected; called when the platform's set of them changed.
     virtual void refreshSources() = 0;
     /// Does what the rule says as if its trigger had been pressed; the rule need not be one of those applied.
-    /// What comes of it is told by events with the rule's identifier. False, and nothing, while not running.
+    /// What comes of it is told by events with the rule's identifier. Needs no key to be heard; false, and
+    /// nothing, while stopped.
     virtual bool request(const Rule& /*rule*/) { return false; }
     /// Starts the filtering source again if it is unavailable.
     virtual void retryShortcutIfNeeded() = 0;

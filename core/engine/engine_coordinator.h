@@ -127,7 +127,8 @@ class EngineCoordinator final : public EngineControlling,
     bool isRunning() const { return std::holds_alternative<engine_state::Running>(state_); }
 
     // engine_switching.cpp
-    void enqueue(const Rule& rule);
+    enum class Origin { trigger, request };
+    void enqueue(const Rule& rule, Origin origin = Origin::trigger);
     void drain();
     void perform(const Rule& rule);
     RemoteGate remoteGate() const;
@@ -159,8 +160,12 @@ class EngineCoordinator final : public EngineControlling,
     ShortcutMatcher shortcutMatcher_;
     std::unordered_map<ShortcutKey, Rule> shortcutRules_;
     std::set<std::string> availableIDs_;
-    std::deque<Rule> queue_;  // waiting to be performed
-    bool isDraining_ = false; // a drain is scheduled or running
+    struct Queued {
+        Rule rule;
+        Origin origin;
+    };
+    std::deque<Queued> queue_; // waiting to be performed
+    bool isDraining_ = false;  // a drain is scheduled or running
     std::optional<PendingSwitch> pending_;
     ModifierSet secureAtDown_; // triggers that went down under secure text entry
     CaptureHandler captureHandler_;

@@ -8,13 +8,13 @@ namespace hopsel {
 void EngineCoordinator::refreshSources() { availableIDs_ = service_->availableSourceIDs(); }
 
 bool EngineCoordinator::request(const Rule& rule) {
-    if (!isRunning()) return false;
-    enqueue(rule);
+    if (std::holds_alternative<engine_state::Stopped>(state_)) return false;
+    enqueue(rule, Origin::request);
     return true;
 }
 
-void EngineCoordinator::enqueue(const Rule& rule) {
-    queue_.push_back(rule);
+void EngineCoordinator::enqueue(const Rule& rule, Origin origin) {
+    queue_.push_back({rule, origin});
     if (isDraining_) return;
     isDraining_ = true;
     schedule_([weak = weak_from_this()] {
@@ -26,9 +26,11 @@ void EngineCoordinator::enqueue(const Rule& rule) {
 void EngineCoordinator::drain() {
     const WhileTrue draining(isDraining_);
     while (!queue_.empty()) {
-        const Rule rule = std::move(queue_.front());
+        const Queued next = std::move(queue_.front());
         queue_.pop_front();
-        perform(rule);
+        const bool isStopped = std::holds_alternative<engine_state::Stopped>(state_);
+        // What is asked for without a key needs none to be heard.
+        if (next.origin == Origin::trigger ? isRunning() : !isStopped) perform(next.rule);
     }
 }
 
@@ -40,7 +42,6 @@ EngineCoordinator::RemoteGate EngineCoordinator::remoteGate() const {
 }
 
 void EngineCoordinator::perform(const Rule& rule) {
-    if (!isRunning()) return;
     switch (remoteGate()) {
     case RemoteGate::switchesLocally: break;
     case RemoteGate::sendsGuestKey: sendGuestKey(rule); return;

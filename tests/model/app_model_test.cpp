@@ -165,8 +165,8 @@ TEST_F(Model, SaysThatItWorksOnlyWhileARuleThatIsOnCanSwitch) {
     emitEvent(engine_event::StateChanged{engine_state::Running{}});
     EXPECT_EQ(model->statusLine(), StatusLine::tapsUnheard);
     EXPECT_EQ(model->warning(rightCommand, true), RuleWarning::tapUnheard);
-    EXPECT_FALSE(model->warning(rightCommand, false) || model->warning(leftShiftSpace, true));
-    model->addRule(leftShiftSpace, korean, english);
+    EXPECT_FALSE(model->warning(rightCommand, false) || model->warning(shiftSpace, true));
+    model->addRule(shiftSpace, korean, english);
     model->setRuleEnabled(model->rules()[0].id, false);
     EXPECT_EQ(model->statusLine(), StatusLine::ok);
     model->setRuleEnabled(model->rules()[2].id, false);

@@ -94,6 +94,19 @@ TEST_F(Engine, KeepsNoGrabOfAFilterThatWasLost) {
     EXPECT_FALSE(rig.filter->isStarted);
 }
 
+TEST_F(Engine, SwitchesOnRequestAlsoWhereNoKeyIsHeard) {
+    rig.source->onDisabled(false);
+    tap();
+    const Rule asked = fakes::tapRule("asked", ModifierKey::leftControl, "A", "B");
+    EXPECT_TRUE(engine->request(asked));
+    EXPECT_EQ(scenario.run("turn"), "reset tap, degraded: tap, filter off, A>B") << "and no trigger has";
+    EXPECT_TRUE(engine->request(asked));
+    engine->stop();
+    EXPECT_FALSE(engine->request(asked));
+    scenario.run("turn");
+    EXPECT_THAT(rig.service->switches, SizeIs(1));
+}
+
 TEST_F(Engine, IsHeldWeaklyByItsCallbacks) {
     tap();
     engine.reset();

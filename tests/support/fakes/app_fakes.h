@@ -58,7 +58,7 @@ class FakeEngine final : public EngineControlling {
     void refreshSources() override { calls.emplace_back("engine refreshSources"); }
     bool request(const Rule& rule) override {
         requested.push_back(rule);
-        return std::holds_alternative<engine_state::Running>(current);
+        return !std::holds_alternative<engine_state::Stopped>(current);
     }
     void retryShortcutIfNeeded() override { calls.emplace_back("engine retryShortcut"); }
     void handle(SystemEvent event) override {

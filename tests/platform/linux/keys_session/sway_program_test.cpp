@@ -82,6 +82,13 @@ TEST_F(SwayProgram, SaysWhatIsMissingAndGoesOnOnceItIsThere) {
     const auto status = program.startAnother({"--status", "--json"});
     const std::string said = status->readAll(std::chrono::seconds(20));
     EXPECT_NE(said.find("not-listening"), std::string::npos) << said;
+    // What needs no key works: the menu, and commands that sway's own bindings can call.
+    ASSERT_TRUE(runLoopUntil([&] {
+        program.startAnother({"--select", "sway:Russian"})->readAll(std::chrono::seconds(20));
+        return becomesCurrent(1, std::chrono::seconds(1));
+    }));
+    program.startAnother({"--toggle"})->readAll(std::chrono::seconds(20));
+    EXPECT_TRUE(becomesCurrent(0));
     // Once it is turned on the program takes it up by itself.
     std::filesystem::create_symlink(helper.path(), later);
     ASSERT_TRUE(helper.greet());
