@@ -76,7 +76,7 @@ KdeKeySession::KdeKeySession(const std::shared_ptr<BusLink>& sessionBus, HelperP
 KdeKeySession::~KdeKeySession() { kde_->onHandled = nullptr; }
 
 std::string KdeKeySession::listeningFailure() const {
-    const std::string failure = helper_.listeningFailure();
+    std::string failure = helper_.listeningFailure();
     if (failure.empty() || listenSource_->hearsTaps()) return failure;
     return failure + " (until then KDE tells of combinations, whichever side their modifiers are on)";
 }
