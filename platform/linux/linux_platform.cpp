@@ -1,6 +1,7 @@
 #include "platform/linux/linux_platform.h"
 
 #include "core/platform/input_source_switcher.h"
+#include "platform/linux/applications/hyprland_window_observer.h"
 #include "platform/linux/applications/proc_running_apps.h"
 #include "platform/linux/applications/sway_window_observer.h"
 #include "platform/linux/applications/x11_frontmost_app_observer.h"
@@ -13,6 +14,7 @@
 #include "platform/linux/desktop/settings_preferences.h"
 #include "platform/linux/desktop/system_facts.h"
 #include "platform/linux/desktops/gnome_sources.h"
+#include "platform/linux/desktops/hyprland_layouts.h"
 #include "platform/linux/desktops/kde_layouts.h"
 #include "platform/linux/desktops/sway_layouts.h"
 #include "platform/linux/fcitx/fcitx_input_sources.h"
@@ -52,6 +54,7 @@ frameworks(const std::shared_ptr<BusLink>& bus, const std::shared_ptr<GnomeExten
     all.push_back(std::make_unique<IbusInputSources>(bus, log));
     all.push_back(std::make_unique<KdeLayouts>(bus));
     all.push_back(std::make_unique<SwayLayouts>());
+    all.push_back(std::make_unique<HyprlandLayouts>());
     return all;
 }
 
@@ -80,6 +83,8 @@ std::shared_ptr<SecureInputProviding> fields(const std::shared_ptr<GnomeExtensio
 std::unique_ptr<WindowObserver> windowObserver() {
     if (session_kind::isWayland() && qEnvironmentVariableIsSet("SWAYSOCK"))
         return std::make_unique<SwayWindowObserver>();
+    if (session_kind::isWayland() && qEnvironmentVariableIsSet("HYPRLAND_INSTANCE_SIGNATURE"))
+        return std::make_unique<HyprlandWindowObserver>();
     return std::make_unique<X11FrontmostAppObserver>();
 }
 
