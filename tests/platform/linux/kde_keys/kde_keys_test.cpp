@@ -20,7 +20,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::Pair;
 
 constexpr int space = 0x20;
 constexpr int shift = 0x02000000;
