@@ -21,6 +21,7 @@
 #include "platform/linux/gnome/gnome_key_session.h"
 #include "platform/linux/gnome/gnome_secure_input.h"
 #include "platform/linux/gnome/gnome_shell.h"
+#include "platform/linux/gnome/gnome_switched_keys.h"
 #include "platform/linux/ibus/ibus_input_sources.h"
 #include "platform/linux/kde_keys/kde_key_session.h"
 #include "platform/linux/keys_helper/session/helper_key_session.h"
@@ -48,7 +49,7 @@ frameworks(const std::shared_ptr<BusLink>& bus, const std::shared_ptr<GnomeExten
     all.push_back(std::make_unique<FcitxInputSources>(bus));
     all.push_back(std::make_unique<GnomeShell>(gnome));
     // Where the shell has not our extension.
-    all.push_back(std::make_unique<GnomeSources>(bus, session_kind::isGnomeWayland()
+    all.push_back(std::make_unique<GnomeSources>(bus, session_kind::isGnome()
                                                           ? GnomeSources::Rules::beforehand
                                                           : GnomeSources::Rules::useless));
     all.push_back(std::make_unique<IbusInputSources>(bus, log));
@@ -65,14 +66,17 @@ std::shared_ptr<XkbInputSources> layouts() {
 }
 
 std::unique_ptr<KeySession> keySession(const std::shared_ptr<BusLink>& bus,
-                                       const std::shared_ptr<GnomeExtension>& gnome, Log& log) {
+                                       const std::shared_ptr<GnomeExtension>& gnome,
+                                       const std::shared_ptr<LinuxInputSources>& sources, Log& log) {
     if (session_kind::isGnomeWayland())
         return std::make_unique<GnomeKeySession>(bus, gnome, uptimeSeconds, log);
     if (session_kind::isWayland() && session_kind::isKde())
         return std::make_unique<KdeKeySession>(bus, HelperPlaces::live(), uptimeSeconds, log);
     if (session_kind::isWayland())
         return std::make_unique<HelperKeySession>(HelperPlaces::live(), uptimeSeconds, log);
-    return std::make_unique<X11KeySession>(uptimeSeconds, runFor, log);
+    auto keys = std::make_unique<X11KeySession>(uptimeSeconds, runFor, log);
+    if (!session_kind::isGnome()) return keys;
+    return std::make_unique<GnomeSwitchedKeys>(std::move(keys), bus, gnome, sources);
 }
 
 std::shared_ptr<SecureInputProviding> fields(const std::shared_ptr<GnomeExtension>& gnome,
@@ -107,7 +111,7 @@ LinuxPlatform::LinuxPlatform()
       sources_(std::make_shared<LinuxInputSources>(frameworks(bus_, gnome_, log_),
                                                    session_kind::isWayland() ? nullptr : layouts_,
                                                    std::make_shared<LatinStart>(bus_))),
-      keys_(keySession(bus_, gnome_, log_)),
+      keys_(keySession(bus_, gnome_, sources_, log_)),
       switchKeys_(std::make_shared<DesktopSwitchKeys>(bus_, DesktopSwitchKeys::liveReaders())),
       passwordFields_(std::make_shared<AtspiSecureInput>(bus_, log_)),
       secureInput_(std::make_shared<LockSecureInput>(fields(gnome_, passwordFields_))),
@@ -197,9 +201,9 @@ std::function<bool(const ShortcutKey&)> LinuxPlatform::systemShortcutConflict() 
 }
 
 l10n::SystemWords LinuxPlatform::words() const {
-    return linuxWords(keys_->printedKeys(), session_kind::isGnomeWayland() ? KeysFrom::gnomeExtension
-                                            : session_kind::isWayland()    ? KeysFrom::keyHelper
-                                                                           : KeysFrom::xServer);
+    return linuxWords(keys_->printedKeys(), session_kind::isGnome()     ? KeysFrom::gnomeExtension
+                                            : session_kind::isWayland() ? KeysFrom::keyHelper
+                                                                        : KeysFrom::xServer);
 }
 
 void LinuxPlatform::followAppearance(std::function<void(design::Appearance)> onChange) {

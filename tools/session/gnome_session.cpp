@@ -20,7 +20,7 @@ ChildProcess::Options options(const char* program, const std::vector<std::string
 
 } // namespace
 
-GnomeSession::GnomeSession(const std::string& dataFolder, const std::string& sources) {
+GnomeSession::GnomeSession(const std::string& dataFolder, const std::string& sources, Kind kind) {
     IbusSession::set("/org/gnome/shell/enabled-extensions",
                      "['hopsel@app.hopsel.Hopsel', 'hopsel-43@app.hopsel.Hopsel']");
     IbusSession::set("/org/gnome/shell/welcome-dialog-last-shown-version", "'99'");
@@ -34,19 +34,23 @@ GnomeSession::GnomeSession(const std::string& dataFolder, const std::string& sou
     runProgram(
         options("gdbus", {"wait", "--system", "--timeout", "20", "org.freedesktop.login1"}, "libglib2.0-bin"),
         std::chrono::seconds(25));
-    auto shell =
-        options("gnome-shell",
-                {"--headless", "--virtual-monitor", "1280x720", "--wayland", "--no-x11", "--unsafe-mode"},
-                "gnome-shell");
+    const bool isWayland = kind == Kind::wayland;
+    auto shell = options(
+        "gnome-shell",
+        isWayland ? std::vector<std::string>{"--headless", "--virtual-monitor", "1280x720", "--wayland",
+                                             "--no-x11", "--unsafe-mode"}
+                  : std::vector<std::string>{"--x11", "--unsafe-mode"},
+        "gnome-shell");
     shell.environment = {{"XDG_DATA_DIRS", dataFolder + ":/usr/local/share:/usr/share"},
-                         {"XDG_SESSION_TYPE", "wayland"},
+                         {"XDG_SESSION_TYPE", isWayland ? "wayland" : "x11"},
                          {"XDG_CURRENT_DESKTOP", "GNOME"},
                          {"LIBGL_ALWAYS_SOFTWARE", "1"},
                          {"LC_ALL", "C.UTF-8"},
                          {"GTK_IM_MODULE", std::nullopt},
-                         {"DISPLAY", std::nullopt}};
+                         {"WAYLAND_DISPLAY", std::nullopt}};
+    if (isWayland) shell.environment["DISPLAY"] = std::nullopt;
     shell_ = std::make_unique<ChildProcess>(shell);
-    setenv("WAYLAND_DISPLAY", display, 1);
+    if (isWayland) setenv("WAYLAND_DISPLAY", display, 1);
 }
 
 GnomeSession::~GnomeSession() { unsetenv("WAYLAND_DISPLAY"); }

@@ -1,5 +1,5 @@
 // A user's session of GNOME without a screen: a message bus, settings, a logind that is played, and the real
-// shell as a Wayland compositor, with Hopsel's extension.
+// shell as a Wayland compositor or on the X server of $DISPLAY, with Hopsel's extension.
 //
 // The shell runs in its unsafe mode, so that a test may ask it anything. The home is one for the whole
 // process, as the settings' library asks for it only once. Destroy it after whatever connected to its bus.
@@ -14,9 +14,11 @@ namespace hopsel::session {
 
 class GnomeSession {
   public:
+    enum class Kind { wayland, x11 };
+
     /// `dataFolder` has the extension beneath it, as an installation's share has. Returns at once. Throws
     /// `std::runtime_error`.
-    GnomeSession(const std::string& dataFolder, const std::string& sources);
+    GnomeSession(const std::string& dataFolder, const std::string& sources, Kind kind = Kind::wayland);
     ~GnomeSession();
     GnomeSession(const GnomeSession&) = delete;
     GnomeSession& operator=(const GnomeSession&) = delete;

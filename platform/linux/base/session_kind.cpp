@@ -18,7 +18,9 @@ bool isDesktop(const char* name) {
 
 } // namespace
 
-bool isGnomeWayland() { return isWayland() && isDesktop("GNOME"); }
+bool isGnome() { return isDesktop("GNOME"); }
+
+bool isGnomeWayland() { return isWayland() && isGnome(); }
 
 bool isKde() { return isDesktop("KDE"); }
 

@@ -29,6 +29,7 @@ class GnomeSources final : public RememberedFramework {
     };
     explicit GnomeSources(std::shared_ptr<BusLink> sessionBus, Rules rules = Rules::useless);
 
+    bool canSwitch() const override { return false; }
     /// `NotFound` or `Failed`.
     SelectResult select(const std::string& id) override;
     /// Also reads the settings again, for storages that do not tell of changes.

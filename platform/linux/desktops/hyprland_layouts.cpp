@@ -43,6 +43,11 @@ HyprlandLayouts::HyprlandLayouts() {
 
 void HyprlandLayouts::retry() { ipc_.isOpen() ? ask() : ipc_.open(); }
 
+InputFramework::Retries HyprlandLayouts::retries() const {
+    if (ipc_.isOpen()) return Retries::whileUsed;
+    return qEnvironmentVariableIsSet("HYPRLAND_INSTANCE_SIGNATURE") ? Retries::always : Retries::never;
+}
+
 SelectResult HyprlandLayouts::select(const std::string& id) {
     if (!ipc_.isOpen()) return select_result::Failed{platform_error::frameworkGone};
     const auto isIt = [&id](const InputSourceInfo& source) { return source.id == id; };

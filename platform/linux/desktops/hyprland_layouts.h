@@ -19,6 +19,7 @@ class HyprlandLayouts final : public RememberedFramework {
     SelectResult select(const std::string& id) override;
     /// Also asks again: not every version tells when a keyboard is plugged in.
     void retry() override;
+    Retries retries() const override;
 
   private:
     void ask();

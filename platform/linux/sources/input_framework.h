@@ -17,6 +17,9 @@ class InputFramework : public InputSourceCatalog {
   public:
     /// Its daemon is there, has told its sources, and can be asked to switch.
     virtual bool isInCharge() const = 0;
+    /// What it lists can be switched, if maybe not all of it. False where that takes somebody else, who is
+    /// not there.
+    virtual bool canSwitch() const { return true; }
     /// For what no signal tells, and for taking up a connection that was lost.
     virtual void retry() {}
     /// When `retry` is to be called every two seconds. Asked each time before the event loop sleeps.

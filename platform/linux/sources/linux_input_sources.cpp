@@ -141,6 +141,7 @@ void LinuxInputSources::decide() {
     if (std::exchange(hasRequest_, false)) isRequestLost_ = true;
     announcement_.start(0);
     noteAsking();
+    if (onInChargeChanged) onInChargeChanged();
 }
 
 bool LinuxInputSources::isAnyAsked() const {

@@ -13,6 +13,7 @@
 #include "platform/linux/sources/source_limits.h"
 
 #include <QTimer>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -51,6 +52,9 @@ class LinuxInputSources final : public InputSourceCatalog {
     void askCurrent();
     /// Null while the fallback answers.
     const InputFramework* inCharge() const { return inCharge_; }
+    bool canSwitch() const { return inCharge_ == nullptr || inCharge_->canSwitch(); }
+    /// `inCharge` is another; at once, from the event loop.
+    std::function<void()> onInChargeChanged;
 
   private:
     InputFramework* firstInCharge() const;

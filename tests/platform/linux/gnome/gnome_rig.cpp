@@ -66,7 +66,8 @@ bool Caller::isFloodRefused(const QString& method, const QVariantList& arguments
     return false;
 }
 
-GnomeRig::GnomeRig() {
+GnomeRig::GnomeRig(Kind kind)
+    : session(HOPSEL_SHARE, "[('xkb','us'),('xkb','ru'),('ibus','hangul')]", kind) {
     const auto isThere = [&](const QString& name) {
         return caller
             .call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "NameHasOwner",
@@ -80,6 +81,7 @@ GnomeRig::GnomeRig() {
     EXPECT_TRUE(
         runLoopUntil([&] { return evaluate("Main.layoutManager._startingUp") == "false"; }, patience));
     evaluate("Main.overview.hide()");
+    if (kind == Kind::x11) return;
     keyboard_ = caller.call(remoteDesktop, "/org/gnome/Mutter/RemoteDesktop", remoteDesktop, "CreateSession")
                     .arguments()
                     .value(0)
