@@ -49,9 +49,8 @@ frameworks(const std::shared_ptr<BusLink>& bus, const std::shared_ptr<GnomeExten
     all.push_back(std::make_unique<FcitxInputSources>(bus));
     all.push_back(std::make_unique<GnomeShell>(gnome));
     // Where the shell has not our extension.
-    all.push_back(std::make_unique<GnomeSources>(bus, session_kind::isGnome()
-                                                          ? GnomeSources::Rules::beforehand
-                                                          : GnomeSources::Rules::useless));
+    all.push_back(std::make_unique<GnomeSources>(
+        bus, session_kind::isGnome() ? GnomeSources::Rules::beforehand : GnomeSources::Rules::useless));
     all.push_back(std::make_unique<IbusInputSources>(bus, log));
     all.push_back(std::make_unique<KdeLayouts>(bus));
     all.push_back(std::make_unique<SwayLayouts>());

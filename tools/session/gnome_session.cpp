@@ -35,12 +35,11 @@ GnomeSession::GnomeSession(const std::string& dataFolder, const std::string& sou
         options("gdbus", {"wait", "--system", "--timeout", "20", "org.freedesktop.login1"}, "libglib2.0-bin"),
         std::chrono::seconds(25));
     const bool isWayland = kind == Kind::wayland;
-    auto shell = options(
-        "gnome-shell",
-        isWayland ? std::vector<std::string>{"--headless", "--virtual-monitor", "1280x720", "--wayland",
-                                             "--no-x11", "--unsafe-mode"}
-                  : std::vector<std::string>{"--x11", "--unsafe-mode"},
-        "gnome-shell");
+    auto shell = options("gnome-shell",
+                         isWayland ? std::vector<std::string>{"--headless", "--virtual-monitor", "1280x720",
+                                                              "--wayland", "--no-x11", "--unsafe-mode"}
+                                   : std::vector<std::string>{"--x11", "--unsafe-mode"},
+                         "gnome-shell");
     shell.environment = {{"XDG_DATA_DIRS", dataFolder + ":/usr/local/share:/usr/share"},
                          {"XDG_SESSION_TYPE", isWayland ? "wayland" : "x11"},
                          {"XDG_CURRENT_DESKTOP", "GNOME"},

@@ -66,8 +66,7 @@ bool Caller::isFloodRefused(const QString& method, const QVariantList& arguments
     return false;
 }
 
-GnomeRig::GnomeRig(Kind kind)
-    : session(HOPSEL_SHARE, "[('xkb','us'),('xkb','ru'),('ibus','hangul')]", kind) {
+GnomeRig::GnomeRig(Kind kind) : session(HOPSEL_SHARE, "[('xkb','us'),('xkb','ru'),('ibus','hangul')]", kind) {
     const auto isThere = [&](const QString& name) {
         return caller
             .call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "NameHasOwner",

@@ -1,4 +1,5 @@
-// The program itself in a GNOME session on a real X server: keys come from the server, switches are the shell's.
+// The program itself in a GNOME session on a real X server: keys come from the server, switches are the
+// shell's.
 #include "gnome_rig.h"
 #include "session/hopsel_program.h"
 #include "session/text_field.h"
