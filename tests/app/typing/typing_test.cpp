@@ -50,9 +50,16 @@ void typeInTurn(InputFramework& sources, const char* inputMethod, const std::str
         fingersMove();
         keyboard.release(key::rightSuper);
     };
-    // Until the program has started, a tap does nothing.
-    const Deadline start(std::chrono::seconds(30));
-    while (!becomes(korean, std::chrono::milliseconds(700)) && !start.hasPassed()) tapTrigger();
+    // Until the program says that it works a tap does nothing; and a second one would undo a slow first.
+    const auto works = [question = options]() mutable {
+        question.arguments = {"--status"};
+        question.output = ChildProcess::Output::capture;
+        question.errors = ChildProcess::Output::discard;
+        return ChildProcess(question).waitForLine("✓", std::chrono::seconds(10)).has_value();
+    };
+    ASSERT_TRUE(runLoopUntil(works, std::chrono::seconds(30)));
+    if (!becomes(korean, std::chrono::seconds(1))) tapTrigger();
+    ASSERT_TRUE(becomes(korean, std::chrono::seconds(30))) << "the engine's own program starts with it";
     std::string expected;
     for (int tap = 0; tap < taps; tap += 2) {
         ASSERT_TRUE(becomes(korean, std::chrono::seconds(5))) << tap;
