@@ -37,6 +37,10 @@ HyprlandWindowObserver::HyprlandWindowObserver() {
     };
 }
 
+bool HyprlandWindowObserver::isLost() const {
+    return !ipc_.isOpen() && qEnvironmentVariableIsSet("HYPRLAND_INSTANCE_SIGNATURE");
+}
+
 // One at a time: a program that changes its title all the time is followed as fast as Hyprland answers.
 void HyprlandWindowObserver::ask() {
     isStale_ = isAsking_;

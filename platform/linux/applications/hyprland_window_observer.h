@@ -17,6 +17,7 @@ class HyprlandWindowObserver final : public WindowObserver {
 
     /// What is in front is told when Hyprland has said so.
     void start() override { ipc_.open(); }
+    bool isLost() const override;
 
   private:
     void ask();
