@@ -65,7 +65,7 @@ class Kwin {
     Kwin& operator=(const Kwin&) = delete;
 
     /// "+42" is pressed, "-42" released.
-    void type(const std::string& keys) const { std::ofstream(pipe()) << keys << std::endl; }
+    void type(const std::string& keys) const { std::ofstream(pipe()) << keys << '\n'; }
 
   private:
     std::filesystem::path pipe() const { return folder_.path() / "typed"; }
